@@ -23,8 +23,8 @@ enum VarType : std::uint16_t {
   VT_I4 = 3,
   VT_R4 = 4,
   VT_R8 = 5,
-  VT_CY = 6,        ///< 64-bit integer, the value times 10000
-  VT_DATE = 7,      ///< days since 1899-12-30 as a double
+  VT_CY = 6,    ///< 64-bit integer, the value times 10000
+  VT_DATE = 7,  ///< days since 1899-12-30 as a double
   VT_BSTR = 8,
   VT_DISPATCH = 9,
   VT_ERROR = 10,    ///< a result code; DISP_E_PARAMNOTFOUND is the missing argument
@@ -91,8 +91,9 @@ class Variant {
   static Variant Text(WString&& text);
   static Variant Object(IDispatch* object);  ///< adds a reference; null is allowed
   static Variant Unknown(IUnknown* object);  ///< adds a reference; null is allowed
-  static Variant Array(std::vector<Variant> items);  ///< VT_ARRAY | VT_VARIANT, one dimension, from 0
-  static Variant RefTo(Variant* target);             ///< VT_BYREF | VT_VARIANT
+  static Variant Array(
+      std::vector<Variant> items);        ///< VT_ARRAY | VT_VARIANT, one dimension, from 0
+  static Variant RefTo(Variant* target);  ///< VT_BYREF | VT_VARIANT
   /// @}
 
   /// The type with its bits.
@@ -103,7 +104,9 @@ class Variant {
 
   /// \name Reading the value as it stands; the type must be the one asked for
   /// @{
-  [[nodiscard]] std::int64_t AsInt64() const { return m_value.i64; }    ///< all signed integers, BOOL bits, CY, ERROR
+  [[nodiscard]] std::int64_t AsInt64() const {
+    return m_value.i64;
+  }  ///< all signed integers, BOOL bits, CY, ERROR
   [[nodiscard]] std::uint64_t AsUInt64() const { return m_value.u64; }  ///< all unsigned integers
   [[nodiscard]] double AsDouble() const { return m_value.r64; }         ///< R4 (widened), R8, DATE
   [[nodiscard]] const WString& AsText() const;                          ///< BSTR
@@ -120,13 +123,18 @@ class Variant {
 
   /// Converts into another type by the automation rules in the neutral English locale
   /// (texts of numbers and dates, rounding half to even, booleans as -1).
-  /// \return S_OK; DISP_E_TYPEMISMATCH, DISP_E_OVERFLOW, DISP_E_BADVARTYPE or E_INVALIDARG, and `*out` untouched.
+  /// \return S_OK; DISP_E_TYPEMISMATCH, DISP_E_OVERFLOW, DISP_E_BADVARTYPE or E_INVALIDARG, and
+  /// `*out` untouched.
   Result ChangeType(std::uint16_t type, Variant* out) const;
 
   void Clear();
   void Swap(Variant& other) noexcept;
 
  private:
+  static Variant Signed(VarType type, std::int64_t value);
+  static Variant Unsigned(VarType type, std::uint64_t value);
+  static Variant Real(VarType type, double value);
+
   union Value {
     std::int64_t i64 = 0;
     std::uint64_t u64;
@@ -134,9 +142,9 @@ class Variant {
     IDispatch* dispatch;
     IUnknown* unknown;
     Variant* target;
-    WString* text;                 // owned
-    Decimal* decimal;              // owned
-    std::vector<Variant>* array;   // owned
+    WString* text;                // owned
+    Decimal* decimal;             // owned
+    std::vector<Variant>* array;  // owned
   };
   std::uint16_t m_type = VT_EMPTY;
   Value m_value;
@@ -145,8 +153,9 @@ class Variant {
 /// What a comparison of two variants says.
 enum class VarOrder { Less = 0, Equal = 1, Greater = 2, Null = 3 };
 
-/// Orders two variants by the automation rules, ignoring case of texts. `Null` if one side is VT_NULL.
-/// \return S_OK; DISP_E_TYPEMISMATCH or DISP_E_BADVARTYPE for types that can't be compared.
+/// Orders two variants by the automation rules, ignoring case of texts. `Null` if one side is
+/// VT_NULL. \return S_OK; DISP_E_TYPEMISMATCH or DISP_E_BADVARTYPE for types that can't be
+/// compared.
 Result CompareVariants(const Variant& a, const Variant& b, VarOrder* order);
 
 }  // namespace hv
