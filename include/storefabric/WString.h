@@ -4,18 +4,19 @@
 #include <compare>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 
 namespace hv::cor {
 
 /// A wide string: UTF-16 code units between three pointers, always terminated by a zero unit, which
-/// isn't counted. A plain value; memory comes from malloc, so that a string filled in one module may
-/// be freed in another.
+/// isn't counted. A plain value; memory comes from malloc, so that a string filled in one module
+/// may be freed in another.
 ///
-/// `==`, `!=` and the order operators ignore case (see `CompareNoCase`); `CompareExact`, `EqualsExact`
-/// and the functor `ExactLess` tell upper and lower case apart. A map keyed by strings names the one
-/// it uses.
+/// `==`, `!=` and the order operators ignore case (see `CompareNoCase`); `CompareExact`,
+/// `EqualsExact` and the functor `ExactLess` tell upper and lower case apart. A map keyed by
+/// strings names the one it uses.
 class WString {
  public:
   static constexpr std::size_t npos = static_cast<std::size_t>(-1);
@@ -31,6 +32,7 @@ class WString {
   WString& operator=(WString&& other) noexcept;
   WString& operator=(std::u16string_view text);
   WString& operator=(const char16_t* text);
+  WString& operator=(const std::u16string& text) { return *this = std::u16string_view(text); }
 
   /// The text; terminated, never null.
   [[nodiscard]] const char16_t* c_str() const { return m_begin ? m_begin : u""; }
@@ -51,7 +53,8 @@ class WString {
   char16_t& operator[](std::size_t pos) { return m_begin[pos]; }
 
   void clear() noexcept;
-  /// Room for `units` units without another allocation. Raises `BoundExceeded` beyond the size limit.
+  /// Room for `units` units without another allocation. Raises `BoundExceeded` beyond the size
+  /// limit, as everything does that makes a string longer.
   void reserve(std::size_t units);
   WString& append(std::u16string_view text);
   WString& append(std::size_t count, char16_t unit);
@@ -59,7 +62,8 @@ class WString {
   WString& operator+=(char16_t unit) { return append(1, unit); }
   void swap(WString& other) noexcept;
 
-  /// Position of the first match at or behind `start`, or -1; a start at or beyond the end gives -1.
+  /// Position of the first match at or behind `start`, or -1; a start at or beyond the end gives
+  /// -1.
   [[nodiscard]] std::int64_t Find(std::u16string_view text, std::size_t start = 0) const;
   [[nodiscard]] std::int64_t FindFirstOf(std::u16string_view set, std::size_t start = 0) const;
   [[nodiscard]] std::int64_t FindFirstNotOf(std::u16string_view set, std::size_t start = 0) const;
@@ -80,8 +84,11 @@ class WString {
   [[nodiscard]] bool EqualsExact(std::u16string_view other) const { return view() == other; }
 
  private:
+  friend WString FromUtf8(std::string_view text);
+
   void Assign(std::u16string_view text);
-  void Grow(std::size_t units);
+  /// Writes the terminator behind `units` units, which becomes the length; there must be room.
+  void SetLength(std::size_t units) noexcept;
 
   char16_t* m_begin = nullptr;
   char16_t* m_end = nullptr;
@@ -89,18 +96,31 @@ class WString {
 };
 
 /// -1, 0 or 1, without regard to case: the root collation at the strength that tells letters and
-/// accents apart but not case, with a fast path of the same order for plain ASCII. A text with
-/// embedded zeros is compared unit by unit, so that a zero doesn't end it; then the shorter comes first.
+/// accents apart but not case, with a fast path of the same order for plain ASCII. Control
+/// characters other than white space don't count. A text with embedded zeros is compared unit by
+/// unit, so that a zero doesn't end it; then the shorter comes first.
 int CompareNoCase(std::u16string_view a, std::u16string_view b);
 
 inline bool operator==(const WString& a, const WString& b) { return CompareNoCase(a, b) == 0; }
 inline bool operator==(const WString& a, std::u16string_view b) { return CompareNoCase(a, b) == 0; }
-inline bool operator==(const WString& a, const char16_t* b) { return CompareNoCase(a, b) == 0; }
+inline bool operator==(const WString& a, const std::u16string& b) {
+  return CompareNoCase(a, b) == 0;
+}
+/// Null counts as empty, as it does in the constructor.
+inline bool operator==(const WString& a, const char16_t* b) {
+  return CompareNoCase(a, b ? b : u"") == 0;
+}
 inline std::weak_ordering operator<=>(const WString& a, const WString& b) {
   return CompareNoCase(a, b) <=> 0;
 }
 inline std::weak_ordering operator<=>(const WString& a, std::u16string_view b) {
   return CompareNoCase(a, b) <=> 0;
+}
+inline std::weak_ordering operator<=>(const WString& a, const std::u16string& b) {
+  return CompareNoCase(a, b) <=> 0;
+}
+inline std::weak_ordering operator<=>(const WString& a, const char16_t* b) {
+  return CompareNoCase(a, b ? b : u"") <=> 0;
 }
 inline WString operator+(WString a, std::u16string_view b) {
   a.append(b);
@@ -118,8 +138,20 @@ struct ExactLess {
   using is_transparent = void;
   bool operator()(std::u16string_view a, std::u16string_view b) const { return a < b; }
 };
+/// For hash tables that tell upper and lower case apart; pairs with `ExactEqual`.
+struct ExactHash {
+  using is_transparent = void;
+  std::size_t operator()(std::u16string_view text) const {
+    return std::hash<std::u16string_view>()(text);
+  }
+};
+struct ExactEqual {
+  using is_transparent = void;
+  bool operator()(std::u16string_view a, std::u16string_view b) const { return a == b; }
+};
 
-/// UTF-8 and back, for the edges (files, terminal, scripts). Malformed input becomes U+FFFD.
+/// UTF-8 and back, for the edges (files, terminal, scripts). A surrogate without its partner, and
+/// each longest piece of a malformed sequence, becomes U+FFFD.
 [[nodiscard]] std::string ToUtf8(std::u16string_view text);
 [[nodiscard]] WString FromUtf8(std::string_view text);
 
