@@ -52,13 +52,23 @@ target_precompile_headers(hv_pch PRIVATE <algorithm> <array> <cstdint> <cstring>
     <memory> <optional> <span> <stdexcept> <string> <string_view> <tuple> <unordered_map> <utility>
     <variant> <vector>)
 
+# The precompiled headers are made as position-independent code, and a program that uses them must be too.
+function(hv_use_pch name)
+  target_precompile_headers(${name} REUSE_FROM hv_pch)
+  get_target_property(type ${name} TYPE)
+  if(type STREQUAL "EXECUTABLE")
+    set_target_properties(${name} PROPERTIES POSITION_INDEPENDENT_CODE OFF)
+    target_compile_options(${name} PRIVATE -fPIC)
+  endif()
+endfunction()
+
 # hv_add_library(NAME SOURCES a.cpp b.cpp LIBS x y)
 # A static library of one folder, linked into the modules that need it.
 function(hv_add_library name)
   cmake_parse_arguments(A "" "" "SOURCES;LIBS;PRIVATE_LIBS" ${ARGN})
   add_library(${name} STATIC ${A_SOURCES})
   target_link_libraries(${name} PUBLIC hv_options ${A_LIBS} PRIVATE ${A_PRIVATE_LIBS})
-  target_precompile_headers(${name} REUSE_FROM hv_pch)
+  hv_use_pch(${name})
 endfunction()
 
 # hv_add_test(NAME SOURCES a.cpp LIBS x y [ENV A=B ...])
@@ -70,7 +80,7 @@ function(hv_add_test name)
   if(NOT A_NO_MAIN)
     target_link_libraries(${name} PRIVATE GTest::gtest_main)
   endif()
-  target_precompile_headers(${name} REUSE_FROM hv_pch)
+  hv_use_pch(${name})
   target_compile_definitions(${name} PRIVATE HV_TEST_DATA_DIR="${CMAKE_SOURCE_DIR}/tests/data"
                              HV_BINARY_DIR="${CMAKE_BINARY_DIR}")
   add_test(NAME ${name} COMMAND ${name})
