@@ -1,4 +1,5 @@
-// core/query/BoundQuery.h - a query expression with its names resolved in one model: what stores run.
+// core/query/BoundQuery.h - a query expression with its names resolved in one model.
+// This is what stores run.
 #pragma once
 
 #include <cstdint>
@@ -12,8 +13,8 @@ namespace hv::vex::engine {
 enum class QueryOp : std::uint8_t {
   And,
   Or,
-  Equal,         ///< "="
-  NotEqual,      ///< "<>" and "!="
+  Equal,     ///< "="
+  NotEqual,  ///< "<>" and "!="
   Less,
   LessEqual,
   Greater,
@@ -22,17 +23,26 @@ enum class QueryOp : std::uint8_t {
 
 /// A constant, prepared for the type of what it is compared with.
 struct BoundConstant {
-  std::u16string text;      ///< Text: as written, or folded (FoldCase) if `ignoreCase`; dates: 14 digits
-  bool wildcards = false;   ///< "?" one character, "*" any number (Text only)
+  /// Text: as written, or folded (FoldCase) if `ignoreCase`. Dates: 14 digits.
+  std::u16string text;
+  bool wildcards = false;   ///< "?" one character, "*" any number (Text; Equal and NotEqual only)
   bool ignoreCase = false;  ///< Text only
   bool isReal = false;      ///< numbers: `real` counts, else `integer`
-  bool isNever = false;     ///< a constant that no value of that type can equal (an unknown enumeration item)
+  /// No value of the type can equal the constant (an item that the enumeration doesn't have):
+  /// NotEqual holds for every set value, all other operators for none.
+  bool isNever = false;
   std::int64_t integer = 0;
   double real = 0;
+  /// InstanceAttribute alone, whose type is known record by record. `text` serves values that are
+  /// texts; these two say whether the same constant can be compared with numbers and dates at all.
+  bool isNumber = false;  ///< `isReal`, `integer` and `real` count for values that are numbers
+  std::u16string date;    ///< 14 digits for values that are dates; empty: no date equals it
 };
 
-/// A function of the expression. Meanings that every store must share:
-/// - a condition over to-many relations holds if one related record meets it (never multiplies hits);
+/// A function of the expression. A Logic node has one child or more. Meanings that every store must
+/// share:
+/// - a condition over to-many relations holds if one related record meets it (never multiplies
+///   hits);
 /// - an unset value or a missing related record meets no condition, "!=" included;
 /// - texts compare by code unit, after full case folding on both sides where the constant says so
 ///   (FoldCase in core/query/TextMatch.h: one rule for equality, order, wildcards and indexes);
@@ -48,8 +58,11 @@ struct BoundNode {
   std::vector<BoundNode> children;
   ResolvedPath path;
   BoundConstant constant;
-  /// InstanceAttribute: the condition on the name ("==" in the text); empty text: any name.
+  /// InstanceAttribute: the condition on the name ("==" in the text), folded (FoldCase), to be
+  /// compared with folded names; empty text: any name.
   std::u16string attributeName;
+  /// InstanceAttribute: true if only the name counts: the record has a set attribute of that name.
+  bool anyValue = false;
 };
 
 struct BoundOrder {
@@ -57,15 +70,15 @@ struct BoundOrder {
   bool descending = false;
 };
 
-/// A query for the records of one application entity. A question for a base entity is bound once for
-/// each application entity derived from it, since names may resolve differently in each.
+/// A query for the records of one application entity. A question for a base entity is bound once
+/// for each application entity derived from it, since names may resolve differently in each.
 struct BoundQuery {
   EntityId entity = kNoEntity;
   bool hasCondition = false;
-  BoundNode condition;             ///< if `hasCondition`; its paths start at `entity`
-  std::u16string freeText;         ///< words that must all occur in texts of a record; empty: none
-  std::int64_t limit = 0;          ///< 0: none
-  std::vector<BoundOrder> order;   ///< empty: by id
+  BoundNode condition;            ///< if `hasCondition`; its paths start at `entity`
+  std::u16string freeText;        ///< words that must all occur in texts of a record; empty: none
+  std::int64_t limit = 0;         ///< 0: none
+  std::vector<BoundOrder> order;  ///< empty: by id
 };
 
 }  // namespace hv::vex::engine
