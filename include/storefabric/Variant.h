@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -88,6 +89,8 @@ class Variant {
   static Variant Date(double days);
   static Variant Dec(const Decimal& value);
   static Variant Text(std::u16string_view text);
+  static Variant Text(const char16_t* text);  ///< null counts as empty
+  static Variant Text(const std::u16string& text) { return Text(std::u16string_view(text)); }
   static Variant Text(WString&& text);
   static Variant Object(IDispatch* object);  ///< adds a reference; null is allowed
   static Variant Unknown(IUnknown* object);  ///< adds a reference; null is allowed

@@ -134,6 +134,8 @@ Variant Variant::Dec(const Decimal& value) {
 
 Variant Variant::Text(std::u16string_view text) { return Text(WString(text)); }
 
+Variant Variant::Text(const char16_t* text) { return Text(WString(text)); }
+
 Variant Variant::Text(WString&& text) {
   Variant v;
   v.m_value.text = new WString(std::move(text));
