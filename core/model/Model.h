@@ -7,9 +7,10 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
+#include <utility>
 #include <vector>
 
+#include "core/model/NameFold.h"
 #include "core/model/OdsType.h"
 
 namespace hv::vex::engine {
@@ -43,9 +44,9 @@ struct Attribute {
   bool obligatory = false;
   bool unique = false;
   bool autogenerate = false;
-  std::int32_t length = 0;             ///< longest text; 0: no limit
-  std::int32_t enumeration = kNone;    ///< index into the model's enumerations
-  std::int64_t unit = 0;               ///< id of an AoUnit record; 0: none
+  std::int32_t length = 0;           ///< longest text; 0: no limit
+  std::int32_t enumeration = kNone;  ///< index into the model's enumerations
+  std::int64_t unit = 0;             ///< id of an AoUnit record; 0: none
   [[nodiscard]] std::int32_t SeamType() const { return SeamTypeOf(type); }
 };
 
@@ -73,8 +74,8 @@ struct MemberRef {
 
 struct Entity {
   EntityId id = kNoEntity;
-  std::u16string name;       ///< application name, or the lower-case base name of a base entity
-  bool isBase = false;       ///< of the base model, not of the application model
+  std::u16string name;         ///< application name, or the lower-case base name of a base entity
+  bool isBase = false;         ///< of the base model, not of the application model
   EntityId super = kNoEntity;  ///< application entity: its base entity; base entity: none
   std::vector<EntityId> subTypes;
   std::vector<Attribute> attributes;
@@ -83,19 +84,23 @@ struct Entity {
   std::int32_t idAttribute = kNone;    ///< the attribute with the base name "id"
   std::int32_t nameAttribute = kNone;  ///< the attribute with the base name "name"
 
-  /// Index of an attribute: exact name, then base name, then either without regard to case; or kNone.
+  /// Index of an attribute: exact name, then base name, then either without regard to case; or
+  /// kNone.
   [[nodiscard]] std::int32_t FindAttribute(std::u16string_view name) const;
   /// The same for relations. Of several with one base name the first in declaration order.
   [[nodiscard]] std::int32_t FindRelation(std::u16string_view name) const;
   /// By base name alone (lower case).
   [[nodiscard]] std::int32_t FindBaseAttribute(std::u16string_view baseName) const;
   [[nodiscard]] std::int32_t FindBaseRelation(std::u16string_view baseName) const;
+  /// The first relation of a kind, for instance the way up (Father), whose base name differs from
+  /// element to element; or kNone.
+  [[nodiscard]] std::int32_t FirstRelationOf(Relationship relationship) const;
 
  private:
-  friend class ModelBuilder;
-  struct Index;  // name maps, made by the builder
-  std::unordered_map<std::u16string, std::int32_t> m_attributeIndex;
-  std::unordered_map<std::u16string, std::int32_t> m_relationIndex;
+  friend class Model;
+  friend class ModelAssembler;
+  NameIndex m_attributeNames;
+  NameIndex m_relationNames;
 };
 
 /// One step of a resolved path.
@@ -107,8 +112,8 @@ struct PathStep {
 /// A dotted path: relation steps and, where asked for, an attribute at the end.
 struct ResolvedPath {
   std::vector<PathStep> steps;
-  EntityId target = kNoEntity;      ///< where the steps lead
-  std::int32_t attribute = kNone;   ///< attribute of `target`, or kNone
+  EntityId target = kNoEntity;     ///< where the steps lead
+  std::int32_t attribute = kNone;  ///< attribute of `target`, or kNone
 };
 
 class Model {
@@ -119,12 +124,17 @@ class Model {
 
   /// The file's text, such as "asam36".
   [[nodiscard]] const std::u16string& BaseModelVersion() const { return m_baseModelVersion; }
+  /// The version that counts, 29 to 36; 0 for a model without the standard's base model.
+  [[nodiscard]] int BaseVersion() const { return m_baseVersion; }
   /// Base entities first in the order of the base model, then application entities in the order of
   /// their declaration.
   [[nodiscard]] const std::deque<Entity>& Entities() const { return m_entities; }
   [[nodiscard]] const Entity& At(EntityId id) const { return m_entities[id]; }
   [[nodiscard]] const std::vector<Enumeration>& Enumerations() const { return m_enumerations; }
-  /// Model parts that the model says it holds, by identifier (for instance "/DataModels/VEX/QMD/1_0").
+  /// Exact name, then without regard to case; null if there is none.
+  [[nodiscard]] const Enumeration* FindEnumeration(std::u16string_view name) const;
+  /// Model parts that the model says it holds, by identifier (for instance
+  /// "/DataModels/VEX/QMD/1_0").
   [[nodiscard]] bool HasPart(std::u16string_view identifier) const;
 
   /// Exact application name, or the lower-case name of a base entity; null if there is none.
@@ -133,7 +143,8 @@ class Model {
   [[nodiscard]] const Entity* FindAnyCase(std::u16string_view name) const;
   /// True if `entity` is `other` or derived from it.
   [[nodiscard]] bool IsKindOf(EntityId entity, EntityId other) const;
-  /// The entity itself if it is an application entity, else all application entities derived from it.
+  /// The entity itself if it is an application entity, else all application entities derived from
+  /// it.
   [[nodiscard]] std::vector<EntityId> ApplicationEntitiesOf(EntityId entity) const;
   /// The base entity's name of an application entity ("aotest"); a base entity's own name.
   [[nodiscard]] const std::u16string& BaseNameOf(EntityId entity) const;
@@ -141,21 +152,29 @@ class Model {
   /// Resolves "relation.relation.attribute" from `start`. Names may hold dots: at each step the
   /// longest existing name wins. With `wantAttribute` the last part must be an attribute, otherwise
   /// all parts are relations. Nothing if a name doesn't exist.
+  /// No way back is tried: a longer name that leads nowhere hides a shorter one.
   [[nodiscard]] std::optional<ResolvedPath> Resolve(EntityId start, std::u16string_view path,
                                                     bool wantAttribute) const;
-  /// The shortest way along relations from one entity to another; of several equally short ones the
-  /// one whose relations stand first. Father and child relations count as shorter than others.
-  /// Nothing if there is none.
+  /// The way along the fewest relations from one entity to another, or to any entity derived from
+  /// it. Of several equally short ones the one with the most father and child relations, and of
+  /// those the one whose relations stand first. Empty steps from an entity to itself. Nothing if
+  /// there is no way.
   [[nodiscard]] std::optional<ResolvedPath> FindPath(EntityId from, EntityId to) const;
 
  private:
-  friend class ModelBuilder;
+  friend class ModelAssembler;
+  /// Length and index of the longest name at the start of `path` that is a relation and ends at a
+  /// dot or with the path; kNone if there is none.
+  static std::pair<std::size_t, std::int32_t> LongestRelation(const Entity& entity,
+                                                              std::u16string_view path);
+
   std::u16string m_baseModelVersion;
+  int m_baseVersion = 0;
   std::deque<Entity> m_entities;
   std::vector<Enumeration> m_enumerations;
   std::vector<std::u16string> m_parts;
-  std::unordered_map<std::u16string, EntityId> m_byName;
-  std::unordered_map<std::u16string, EntityId> m_byFoldedName;
+  ExactNameMap<EntityId> m_byName;
+  FoldedNameMap<EntityId> m_byFoldedName;
 };
 
 }  // namespace hv::vex::engine

@@ -11,8 +11,8 @@
 
 namespace hv::vex::engine {
 
-/// What a source says about an attribute. Whatever is left open comes from the base attribute of the
-/// model's base version.
+/// What a source says about an attribute. Whatever is left open comes from the base attribute of
+/// the model's base version.
 struct AttributeSpec {
   std::u16string name;
   std::u16string baseAttribute;  ///< in any case, or empty
@@ -26,11 +26,14 @@ struct AttributeSpec {
 /// What a source says about a relation.
 struct RelationSpec {
   std::u16string name;
-  std::u16string refTo;         ///< application element
-  std::u16string baseRelation;  ///< in any case, or empty
+  std::u16string refTo;                              ///< application element
+  std::u16string baseRelation;                       ///< in any case, or empty
   std::optional<std::int32_t> minOccurs, maxOccurs;  ///< maximum kMany
   std::u16string inverseName;
 };
+
+struct EntityDraft;
+struct ModelDraft;
 
 struct ModelProblem {
   bool isError;
@@ -45,24 +48,39 @@ class ModelBuilder {
   /// `baseModelVersion` such as "asam31"; a bare number and unknown versions are accepted, versions
   /// below 29 count as asam30.
   explicit ModelBuilder(std::u16string_view baseModelVersion);
+  /// For documents whose base names are not the standard's: each base type becomes a base entity
+  /// under its lower-case text, with the base attributes and relations that its elements declare.
+  /// An element may have no base type.
+  static ModelBuilder WithoutBaseModel();
+  ModelBuilder(ModelBuilder&&) noexcept;
+  ModelBuilder& operator=(ModelBuilder&&) noexcept;
   ~ModelBuilder();
 
+  /// A second enumeration of a name, or one under the name of a base enumeration, is reported and
+  /// ignored.
   void AddEnumeration(Enumeration enumeration);
-  /// Opens an application element. False if the name is taken or empty.
+  /// Opens an application element. False if the name is taken or empty; no element is open then,
+  /// and the model will be refused.
   bool BeginEntity(std::u16string_view name, std::u16string_view baseType);
-  /// Add to the element opened last; false if the member's name is empty or taken in this element.
+  /// Add to the element opened last; false (and reported) if none is open, or the member's name is
+  /// empty or taken in this element.
   bool AddAttribute(AttributeSpec spec);
   bool AddRelation(RelationSpec spec);
   void AddPart(std::u16string_view identifier);
 
   /// Resolves everything and gives the model. Null if an error was found (a relation to an element
-  /// that doesn't exist, an unknown enumeration, an unknown base type); `Problems` tells all.
+  /// that doesn't exist, an unknown enumeration, an unknown base type); `Problems` tells all. To be
+  /// called once.
   std::shared_ptr<const Model> Build();
   [[nodiscard]] const std::vector<ModelProblem>& Problems() const { return m_problems; }
 
  private:
-  struct Draft;
-  std::unique_ptr<Draft> m_draft;
+  ModelBuilder();
+  void Report(bool isError, std::u16string text);
+  /// The open element if it can take a member of that name, else null.
+  EntityDraft* Admit(std::u16string_view kind, std::u16string_view name);
+
+  std::unique_ptr<ModelDraft> m_draft;
   std::vector<ModelProblem> m_problems;
 };
 

@@ -47,12 +47,12 @@ inline constexpr char16_t kReferenceSeparator = u'\x1f';
 /// a record store in batches. Only the vector of the attribute's storage kind is used.
 struct ColumnBlock {
   OdsType type = OdsType::Unknown;
-  std::vector<std::uint8_t> isNull;          ///< one per row
-  std::vector<std::int64_t> integers;        ///< Integer: one per row
-  std::vector<double> reals;                 ///< Real: one per row (two for complex)
-  std::u16string textArena;                  ///< Text: all texts in a row, one after the other
-  std::vector<std::size_t> textEnds;         ///< Text: end of row i's text in the arena
-  std::vector<Value> others;                 ///< sequences and bytes: one per row
+  std::vector<std::uint8_t> isNull;    ///< one per row
+  std::vector<std::int64_t> integers;  ///< Integer: one per row
+  std::vector<double> reals;           ///< Real: one per row (two for complex)
+  std::u16string textArena;            ///< Text: all texts in a row, one after the other
+  std::vector<std::size_t> textEnds;   ///< Text: end of row i's text in the arena
+  std::vector<Value> others;           ///< sequences and bytes: one per row
 
   [[nodiscard]] std::size_t Rows() const { return isNull.size(); }
   [[nodiscard]] std::u16string_view TextAt(std::size_t row) const {
