@@ -58,6 +58,8 @@ class ConnectParameters {
 struct PluginInfo {
   std::u16string_view name;
   bool supportsQueries = true;
+  /// Endings of the files that it opens, separated by ";"; may be empty.
+  std::u16string_view fileExtensions = {};
   /// Opens an existing store. A failure leaves nothing behind.
   std::unique_ptr<RecordStore> (*open)(const ConnectParameters& parameters) = nullptr;
   /// Makes a new empty store of this model. Without a file name it lives in memory only and its

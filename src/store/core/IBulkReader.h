@@ -29,7 +29,7 @@ class IValueTable : public IUnknown {
   virtual void GetKey(std::uint64_t row, WString& key) = 0;
   /// Non-zero if the value is unset.
   virtual std::int32_t IsNull(std::uint64_t row, std::uint64_t column) = 0;
-  /// One value. A view stays valid as long as the table.
+  /// One value; a text stays valid until the next call on the table.
   virtual std::u16string_view GetText(std::uint64_t row, std::uint64_t column) = 0;
   virtual std::int64_t GetInteger(std::uint64_t row, std::uint64_t column) = 0;
   virtual double GetReal(std::uint64_t row, std::uint64_t column) = 0;

@@ -41,8 +41,8 @@ class IEnvironment : public IUnknown {
   /// A variable or null. The library asks for "vexFormatStringTime" only: the format in which hosts
   /// want times to be shown. Its value is written through the attribute.
   virtual IAttribute* GetVariable(std::u16string_view name) = 0;
-  /// Opens a configured store; flags are 0. An unknown name throws kConnectRefused, a store that
-  /// can't be opened kConnectFailed, one that doesn't answer in time kTimeout.
+  /// Opens a configured store; flags are 0. An unknown name throws kUnknownName, a file that isn't
+  /// what it should be kBadFile, a server kConnectRefused or kConnectFailed, a slow one kTimeout.
   virtual IStore* OpenStore(std::u16string_view name, std::int32_t flags) = 0;
   /// Opens a store that isn't configured. An empty name is made from the parameters.
   virtual IStore* OpenStoreByParameter(std::u16string_view name, std::u16string_view pluginName,

@@ -1,0 +1,471 @@
+#include "core/objects/AttributeObjects.h"
+
+#include <cstring>
+#include <limits>
+
+#include "core/objects/Guard.h"
+#include "store/core/IInstance.h"
+
+namespace hv::vex::engine {
+namespace {
+
+/// Lays elements out as the C++ type that `IAttribute::GetData` promises.
+template <class T, class From>
+const void* Pack(const std::vector<From>& values, std::vector<std::byte>& buffer) {
+  buffer.resize(values.size() * sizeof(T));
+  std::byte* out = buffer.data();
+  for (const From value : values) {
+    const T element = static_cast<T>(value);
+    std::memcpy(out, &element, sizeof element);
+    out += sizeof element;
+  }
+  return buffer.data();
+}
+
+const void* PackValue(const Value& value, std::vector<std::byte>& buffer,
+                      std::vector<WString>& texts) {
+  if (!value.IsSet()) return nullptr;
+  switch (value.type) {
+    case OdsType::Byte:
+      return Pack<std::uint8_t>(std::get<Value::Integers>(value.data), buffer);
+    case OdsType::Short:
+    case OdsType::Boolean:
+      return Pack<std::int16_t>(std::get<Value::Integers>(value.data), buffer);
+    case OdsType::Long:
+    case OdsType::Enum:
+      return Pack<std::int32_t>(std::get<Value::Integers>(value.data), buffer);
+    case OdsType::LongLong:
+    case OdsType::Id:
+      return Pack<std::int64_t>(std::get<Value::Integers>(value.data), buffer);
+    case OdsType::Float:
+    case OdsType::Complex:
+      return Pack<float>(std::get<Value::Reals>(value.data), buffer);
+    case OdsType::Double:
+    case OdsType::DComplex:
+      return Pack<double>(std::get<Value::Reals>(value.data), buffer);
+    case OdsType::String:
+    case OdsType::Date: {
+      texts.clear();
+      for (const std::u16string& text : std::get<Value::Texts>(value.data))
+        texts.emplace_back(text);
+      return texts.data();
+    }
+    default:
+      return nullptr;
+  }
+}
+
+const std::byte* BytesOf(const Value& value, std::uint64_t index, std::size_t* size) {
+  const auto* strings = std::get_if<Value::ByteStrings>(&value.data);
+  if (!strings) throw Exception(errc::kWrongType, u"the value is no byte string");
+  if (index >= strings->size()) {
+    throw Exception(errc::kInvalidArgument, u"value index out of range");
+  }
+  if (size) *size = (*strings)[index].size();
+  return (*strings)[index].data();
+}
+
+/// Sets all elements of a value from an array, each through the checks of a single one.
+template <class T>
+void SetAll(Value& value, std::uint64_t count, const T* elements) {
+  const std::size_t parts = std::is_same_v<T, double> ? PartsOf(value.type) : 1;
+  ResizeValue(value, count);
+  if (parts == 2) {
+    std::get<Value::Reals>(value.data).assign(elements, elements + count * parts);
+    return;
+  }
+  for (std::uint64_t i = 0; i < count; ++i) {
+    if constexpr (std::is_same_v<T, double>) {
+      SetElementReal(value, i, elements[i]);
+    } else {
+      SetElementInteger(value, i, elements[i]);
+    }
+  }
+}
+
+void SetElementBytes(Value& value, std::uint64_t index, const std::byte* bytes, std::size_t size) {
+  if (StorageKindOf(value.type) != StorageKind::Bytes) {
+    throw Exception(errc::kWrongType, u"the attribute takes no bytes");
+  }
+  const std::uint64_t count = value.Count();
+  if (index > count) throw Exception(errc::kInvalidArgument, u"value index out of range");
+  if (index == count) ResizeValue(value, index + 1);
+  std::get<Value::ByteStrings>(value.data)[index].assign(bytes, bytes + size);
+}
+
+class ListIterator final : public cor::Counted<IInstIterator> {
+ public:
+  explicit ListIterator(Ref<IInstList> list) : m_list(std::move(list)) {}
+  IInstance* Next() override {
+    IInstance* instance = m_list->GetInstance(m_next);
+    if (instance) ++m_next;
+    return instance;
+  }
+
+ private:
+  ~ListIterator() override = default;
+  Ref<IInstList> m_list;
+  std::uint64_t m_next = 0;
+};
+
+}  // namespace
+
+// --- ValueAttribute ---------------------------------------------------------------------------
+
+ValueAttribute::ValueAttribute(std::u16string name, Value value, EnumPtr enumeration,
+                               std::shared_ptr<const Model> model, Writer write)
+    : m_name(std::move(name)),
+      m_value(std::move(value)),
+      m_enumeration(enumeration),
+      m_model(std::move(model)),
+      m_write(std::move(write)) {}
+
+IAttribute* ValueAttribute::MakeTextList(std::u16string name, std::vector<std::u16string> texts) {
+  Value value = Value::Unset(OdsType::String, true);
+  if (!texts.empty()) value.data = std::move(texts);
+  return new ValueAttribute(std::move(name), std::move(value));
+}
+
+std::uint64_t ValueAttribute::GetCount() { return m_value.Count(); }
+void ValueAttribute::GetName(WString& name) { name = std::u16string_view(m_name); }
+std::int32_t ValueAttribute::GetDataType() { return SeamTypeOf(m_value.type); }
+
+void ValueAttribute::GetStringValue(WString& value) {
+  value.clear();
+  if (m_value.Count() == 0) return;
+  GetText(0, value);
+}
+
+const void* ValueAttribute::GetData() {
+  return Seam([&] { return PackValue(m_value, m_dataBuffer, m_textBuffer); });
+}
+std::int64_t ValueAttribute::GetInteger(std::uint64_t index) {
+  return Seam([&] { return ElementAsInteger(m_value, index); });
+}
+double ValueAttribute::GetReal(std::uint64_t index) {
+  return Seam([&] { return ElementAsReal(m_value, index); });
+}
+void ValueAttribute::GetText(std::uint64_t index, WString& value) {
+  Seam([&] {
+    std::u16string text;
+    ElementAsText(m_value, index, m_enumeration, text);
+    value = std::u16string_view(text);
+  });
+}
+const std::byte* ValueAttribute::GetBytes(std::uint64_t index, std::size_t* size) {
+  return BytesOf(m_value, index, size);
+}
+void ValueAttribute::ReadReals(std::uint64_t first, std::uint64_t count, double* out) {
+  for (std::uint64_t i = 0; i < count; ++i) out[i] = GetReal(first + i);
+}
+void ValueAttribute::ReadIntegers(std::uint64_t first, std::uint64_t count, std::int64_t* out) {
+  for (std::uint64_t i = 0; i < count; ++i) out[i] = GetInteger(first + i);
+}
+
+template <class Change>
+void ValueAttribute::Write(Change&& change) {
+  Seam([&] {
+    if (!m_write) throw Exception(errc::kWriteProtected, u"the value can't be changed");
+    Value changed = m_value;
+    change(changed);
+    m_write(changed);
+    m_value = std::move(changed);
+  });
+}
+
+void ValueAttribute::Clear() {
+  Write([](Value& value) { value.data = std::monostate{}; });
+}
+void ValueAttribute::SetCount(std::uint64_t count) {
+  Write([&](Value& value) { ResizeValue(value, count); });
+}
+void ValueAttribute::SetInteger(std::uint64_t index, std::int64_t element) {
+  Write([&](Value& value) { SetElementInteger(value, index, element); });
+}
+void ValueAttribute::SetReal(std::uint64_t index, double element) {
+  Write([&](Value& value) { SetElementReal(value, index, element); });
+}
+void ValueAttribute::SetText(std::uint64_t index, std::u16string_view element) {
+  Write([&](Value& value) { SetElementText(value, index, element, m_enumeration); });
+}
+void ValueAttribute::SetBytes(std::uint64_t index, const std::byte* bytes, std::size_t size) {
+  Write([&](Value& value) { SetElementBytes(value, index, bytes, size); });
+}
+void ValueAttribute::SetReals(std::uint64_t count, const double* values) {
+  Write([&](Value& value) { SetAll(value, count, values); });
+}
+void ValueAttribute::SetIntegers(std::uint64_t count, const std::int64_t* values) {
+  Write([&](Value& value) { SetAll(value, count, values); });
+}
+
+// --- ColumnAttribute --------------------------------------------------------------------------
+
+ColumnAttribute::ColumnAttribute(std::u16string name, OdsType typeIfEmpty, Opener open,
+                                 Writer write)
+    : m_name(std::move(name)),
+      m_typeIfEmpty(typeIfEmpty),
+      m_open(std::move(open)),
+      m_write(std::move(write)) {
+  Reopen();
+}
+
+void ColumnAttribute::Reopen() {
+  m_source = m_open();
+  m_dataBuffer.clear();
+  m_textBuffer.clear();
+}
+
+std::uint64_t ColumnAttribute::GetCount() { return m_source ? m_source->Count() : 0; }
+void ColumnAttribute::GetName(WString& name) { name = std::u16string_view(m_name); }
+std::int32_t ColumnAttribute::GetDataType() {
+  return SeamTypeOf(m_source ? m_source->Type() : m_typeIfEmpty);
+}
+
+void ColumnAttribute::GetStringValue(WString& value) {
+  value.clear();
+  if (GetCount() > 0) GetText(0, value);
+}
+
+void ColumnAttribute::CheckRange(std::uint64_t first, std::uint64_t count) const {
+  const std::uint64_t all = m_source ? m_source->Count() : 0;
+  if (first > all || count > all - first) {
+    throw Exception(errc::kInvalidArgument, u"value index out of range");
+  }
+}
+
+Value ColumnAttribute::Load(std::uint64_t first, std::uint64_t count) const {
+  CheckRange(first, count);
+  Value value = Value::Unset(m_source->Type(), true);
+  switch (StorageKindOf(value.type)) {
+    case StorageKind::Integer: {
+      Value::Integers integers(count);
+      m_source->ReadIntegers(first, integers);
+      value.data = std::move(integers);
+      break;
+    }
+    case StorageKind::Real: {
+      Value::Reals reals(count * PartsOf(value.type));
+      m_source->ReadReals(first, reals);
+      value.data = std::move(reals);
+      break;
+    }
+    case StorageKind::Text: {
+      Value::Texts texts;
+      texts.reserve(count);
+      m_source->ReadTexts(first, count,
+                          [&](std::u16string_view text) { texts.emplace_back(text); });
+      value.data = std::move(texts);
+      break;
+    }
+    case StorageKind::Bytes: {
+      Value::ByteStrings strings;
+      strings.reserve(count);
+      m_source->ReadBytes(first, count, [&](std::span<const std::byte> bytes) {
+        strings.emplace_back(bytes.begin(), bytes.end());
+      });
+      value.data = std::move(strings);
+      break;
+    }
+  }
+  return value;
+}
+
+const void* ColumnAttribute::GetData() {
+  return Seam([&]() -> const void* {
+    if (GetCount() == 0) return nullptr;
+    if (m_dataBuffer.empty() && m_textBuffer.empty()) {
+      // The layout in the file serves as it stands where it has the width that GetData promises.
+      if (const auto raw = m_source->Contiguous(); !raw.empty()) return raw.data();
+      return PackValue(Load(0, m_source->Count()), m_dataBuffer, m_textBuffer);
+    }
+    return m_textBuffer.empty() ? static_cast<const void*>(m_dataBuffer.data())
+                                : static_cast<const void*>(m_textBuffer.data());
+  });
+}
+
+std::int64_t ColumnAttribute::GetInteger(std::uint64_t index) {
+  return Seam([&] { return ElementAsInteger(Load(index, 1), 0); });
+}
+double ColumnAttribute::GetReal(std::uint64_t index) {
+  return Seam([&] { return ElementAsReal(Load(index, 1), 0); });
+}
+void ColumnAttribute::GetText(std::uint64_t index, WString& value) {
+  Seam([&] {
+    std::u16string text;
+    ElementAsText(Load(index, 1), 0, nullptr, text);
+    value = std::u16string_view(text);
+  });
+}
+const std::byte* ColumnAttribute::GetBytes(std::uint64_t index, std::size_t* size) {
+  return Seam([&] {
+    const Value value = Load(index, 1);
+    std::size_t length = 0;
+    const std::byte* bytes = BytesOf(value, 0, &length);
+    m_bytes.assign(bytes, bytes + length);
+    if (size) *size = length;
+    return static_cast<const std::byte*>(m_bytes.data());
+  });
+}
+void ColumnAttribute::ReadReals(std::uint64_t first, std::uint64_t count, double* out) {
+  Seam([&] {
+    CheckRange(first, count);
+    if (count > 0) m_source->ReadReals(first, {out, count * PartsOf(m_source->Type())});
+  });
+}
+void ColumnAttribute::ReadIntegers(std::uint64_t first, std::uint64_t count, std::int64_t* out) {
+  Seam([&] {
+    CheckRange(first, count);
+    if (count > 0) m_source->ReadIntegers(first, {out, count});
+  });
+}
+
+template <class Change>
+void ColumnAttribute::Rewrite(std::uint64_t index, Change&& change) {
+  Seam([&] {
+    if (!m_write) throw Exception(errc::kWriteProtected, u"the values can't be changed");
+    const std::uint64_t count = GetCount();
+    if (index > count) throw Exception(errc::kInvalidArgument, u"value index out of range");
+    if (index == count) {  // behind the last: only the new value is handed on
+      Value added = Value::Unset(m_source ? m_source->Type() : m_typeIfEmpty, true);
+      change(added, 0);
+      m_write(added, true);
+    } else {
+      Value all = Load(0, count);
+      change(all, index);
+      m_write(all, false);
+    }
+    Reopen();
+  });
+}
+
+void ColumnAttribute::Clear() {
+  Seam([&] {
+    if (!m_write) throw Exception(errc::kWriteProtected, u"the values can't be changed");
+    m_write(Value::Unset(m_source ? m_source->Type() : m_typeIfEmpty, true), false);
+    Reopen();
+  });
+}
+void ColumnAttribute::SetCount(std::uint64_t count) {
+  Seam([&] {
+    if (!m_write) throw Exception(errc::kWriteProtected, u"the values can't be changed");
+    const std::uint64_t old = GetCount();
+    Value all = old > 0 ? Load(0, std::min(old, count)) : Value::Unset(m_typeIfEmpty, true);
+    ResizeValue(all, count);
+    m_write(all, false);
+    Reopen();
+  });
+}
+void ColumnAttribute::SetInteger(std::uint64_t index, std::int64_t element) {
+  Rewrite(index, [&](Value& value, std::uint64_t at) { SetElementInteger(value, at, element); });
+}
+void ColumnAttribute::SetReal(std::uint64_t index, double element) {
+  Rewrite(index, [&](Value& value, std::uint64_t at) { SetElementReal(value, at, element); });
+}
+void ColumnAttribute::SetText(std::uint64_t index, std::u16string_view element) {
+  Rewrite(index,
+          [&](Value& value, std::uint64_t at) { SetElementText(value, at, element, nullptr); });
+}
+void ColumnAttribute::SetBytes(std::uint64_t index, const std::byte* bytes, std::size_t size) {
+  Rewrite(index, [&](Value& value, std::uint64_t at) { SetElementBytes(value, at, bytes, size); });
+}
+void ColumnAttribute::SetReals(std::uint64_t count, const double* values) {
+  Seam([&] {
+    if (!m_write) throw Exception(errc::kWriteProtected, u"the values can't be changed");
+    Value all = Value::Unset(m_source ? m_source->Type() : m_typeIfEmpty, true);
+    SetAll(all, count, values);
+    m_write(all, false);
+    Reopen();
+  });
+}
+void ColumnAttribute::SetIntegers(std::uint64_t count, const std::int64_t* values) {
+  Seam([&] {
+    if (!m_write) throw Exception(errc::kWriteProtected, u"the values can't be changed");
+    Value all = Value::Unset(m_source ? m_source->Type() : m_typeIfEmpty, true);
+    SetAll(all, count, values);
+    m_write(all, false);
+    Reopen();
+  });
+}
+
+// --- ReferenceAttribute, DefinitionAttribute --------------------------------------------------
+
+IInstIterator* ReferenceAttribute::GetIterator() {
+  return Seam([&]() -> IInstIterator* { return new ListIterator(m_list); });
+}
+
+const Attribute* DefinitionAttribute::AttributeOrNull() const {
+  if (m_member.kind != Member::Kind::Attribute) return nullptr;
+  return &m_model->Get().At(m_entity).attributes[static_cast<std::size_t>(m_member.index)];
+}
+const Relation* DefinitionAttribute::RelationOrNull() const {
+  if (m_member.kind != Member::Kind::Relation) return nullptr;
+  return &m_model->Get().At(m_entity).relations[static_cast<std::size_t>(m_member.index)];
+}
+EnumPtr DefinitionAttribute::EnumerationOrNull() const {
+  const Attribute* attribute = AttributeOrNull();
+  if (!attribute || attribute->enumeration == kNone) return nullptr;
+  return &m_model->Get().Enumerations()[static_cast<std::size_t>(attribute->enumeration)];
+}
+
+void DefinitionAttribute::GetName(WString& name) {
+  const Attribute* attribute = AttributeOrNull();
+  name = std::u16string_view(attribute ? attribute->name : RelationOrNull()->name);
+}
+std::int32_t DefinitionAttribute::GetDataType() {
+  const Attribute* attribute = AttributeOrNull();
+  return attribute ? attribute->SeamType() : kReferenceType;
+}
+void DefinitionAttribute::GetBaseName(WString& name) {
+  const Attribute* attribute = AttributeOrNull();
+  name = std::u16string_view(attribute ? attribute->baseName : RelationOrNull()->baseName);
+}
+std::int32_t DefinitionAttribute::IsKey() {
+  return m_member.kind == Member::Kind::Attribute &&
+                 m_model->Get().At(m_entity).idAttribute == m_member.index
+             ? 1
+             : 0;
+}
+void DefinitionAttribute::GetOccurrence(std::int32_t* minimum, std::int32_t* maximum) {
+  const Attribute* attribute = AttributeOrNull();
+  const Relation* relation = RelationOrNull();
+  if (minimum) *minimum = attribute ? (attribute->obligatory ? 1 : 0) : relation->minOccurs;
+  if (maximum) *maximum = attribute ? (attribute->sequence ? kMany : 1) : relation->maxOccurs;
+}
+std::int32_t DefinitionAttribute::IsUnique() {
+  const Attribute* attribute = AttributeOrNull();
+  return attribute && attribute->unique ? 1 : 0;
+}
+std::int32_t DefinitionAttribute::IsAutogenerated() {
+  const Attribute* attribute = AttributeOrNull();
+  return attribute && attribute->autogenerate ? 1 : 0;
+}
+std::int32_t DefinitionAttribute::GetLength() {
+  const Attribute* attribute = AttributeOrNull();
+  return attribute ? attribute->length : 0;
+}
+IEntity* DefinitionAttribute::GetSourceEntity() {
+  IEntity* entity = m_model->EntityAt(m_entity);
+  entity->AddRef();
+  return entity;
+}
+IRelation* DefinitionAttribute::GetRelation() {
+  if (m_member.kind != Member::Kind::Relation) return nullptr;
+  IRelation* relation = m_model->EntityAt(m_entity)->RelationAt(m_member.index);
+  relation->AddRef();
+  return relation;
+}
+std::uint64_t DefinitionAttribute::GetEnumerationCount() {
+  const EnumPtr enumeration = EnumerationOrNull();
+  return enumeration ? enumeration->items.size() : 0;
+}
+void DefinitionAttribute::GetEnumerationItem(std::uint64_t index, WString& name,
+                                             std::int64_t* value) {
+  const EnumPtr enumeration = EnumerationOrNull();
+  if (!enumeration || index >= enumeration->items.size()) {
+    throw Exception(errc::kInvalidArgument, u"enumeration index out of range");
+  }
+  name = std::u16string_view(enumeration->items[index].name);
+  if (value) *value = enumeration->items[index].value;
+}
+
+}  // namespace hv::vex::engine

@@ -1,0 +1,41 @@
+// core/objects/EnvironmentObject.h - the engine's environment: variables, plug-ins, opening stores.
+#pragma once
+
+#include <map>
+#include <span>
+#include <string>
+
+#include "cor/Counted.h"
+#include "core/model/Value.h"
+#include "core/plugins/Plugin.h"
+#include "store/core/IEnvironment.h"
+#include "store/core/IPlugin.h"
+
+namespace hv::vex::engine {
+
+class EnvironmentObject final : public cor::Counted<IEnvironment> {
+ public:
+  explicit EnvironmentObject(std::span<const PluginInfo> plugins);
+
+  IAttribute* GetVariable(std::u16string_view name) override;
+  IStore* OpenStore(std::u16string_view name, std::int32_t flags) override;
+  IStore* OpenStoreByParameter(std::u16string_view name, std::u16string_view pluginName,
+                               std::u16string_view parameters, std::int32_t flags) override;
+  IExporter* CreateExporter(std::u16string_view format, std::u16string_view options,
+                            std::u16string_view parameters, IStore* source) override;
+  IStore* CreateStore(std::u16string_view pluginName, std::u16string_view parameters,
+                      std::u16string_view extra, std::int32_t flags, CreateMode mode) override;
+  void WriteStore(IStore* store, std::u16string_view parameters, std::u16string_view pluginName,
+                  std::int32_t flags) override;
+  IPluginList* GetPlugins() override;
+
+ private:
+  ~EnvironmentObject() override = default;
+  /// The plug-in of that name without regard to case; throws kUnknownName.
+  const PluginInfo& RequirePlugin(std::u16string_view name) const;
+
+  std::span<const PluginInfo> m_plugins;
+  std::map<std::u16string, Value, std::less<>> m_variables;
+};
+
+}  // namespace hv::vex::engine

@@ -1,0 +1,92 @@
+// core/objects/StoreObject.h - a store at the seam, over any record store.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <unordered_map>
+
+#include "cor/Counted.h"
+#include "core/objects/ModelObjects.h"
+#include "core/objects/RecordRuns.h"
+#include "core/store/RecordStore.h"
+#include "store/core/IBulkReader.h"
+#include "store/core/IEnvironment.h"
+#include "store/core/IStore.h"
+#include "store/core/IStoreQuery.h"
+
+namespace hv::vex::engine {
+
+class InstanceObject;
+
+/// Owns its record store and model object; instances and lists hold the store. Knows its living
+/// instances by plain pointers, which they take out when they die.
+class StoreObject final : public cor::Counted<IStore, IStoreQuery, IBulkReader> {
+ public:
+  struct Names {
+    std::u16string name;
+    std::u16string pluginName;
+    std::u16string parameters;
+    std::u16string location;
+  };
+  StoreObject(std::unique_ptr<RecordStore> records, Names names, Ref<IEnvironment> environment);
+
+  // IStore
+  void GetName(WString& name) override;
+  void GetPluginName(WString& name) override;
+  IInstance* CreateInstance(IEntity* entity) override;
+  std::int32_t GetState(std::int32_t selector) override;
+  IInstance* GetInstance(std::u16string_view key) override;
+  IModel* GetModel() override;
+  IEnvironment* GetEnvironment() override;
+  void Save(std::u16string_view mode) override;
+  IStoreContext* GetContext(std::int32_t mode) override;
+  void GetParameters(WString& parameters) override;
+  void GetDisplayLocation(WString& location) override;
+  IInstList* GetInstances(std::u16string_view path) override;
+  void Refresh() override;
+  void DeleteInstance(IInstance* instance) override;
+  void Discard() override;
+  IAttribute* GetWarnings() override;
+  std::int32_t IsReadOnly() override;
+
+  // IStoreQuery
+  IInstList* Execute(std::u16string_view queryText) override;
+  void BuildQueryText(WString& queryText, std::u16string_view returnType, std::int32_t odsConform,
+                      std::u16string_view expression) override;
+  IAttribute* GetDistinctValues(std::u16string_view entity, std::u16string_view attribute,
+                                std::u16string_view restriction, std::uint64_t limit) override;
+  IAttribute* GetBounds(std::u16string_view entity, std::u16string_view attribute,
+                        std::u16string_view restriction, std::uint64_t* count) override;
+
+  // IBulkReader
+  IValueTable* ReadRelated(IInstance* start, std::u16string_view reference,
+                           std::u16string_view filter, IContainer* attributes) override;
+  IValueTable* ReadInstances(IInstList* instances, IContainer* attributes) override;
+
+  [[nodiscard]] RecordStore& Records() { return *m_records; }
+  [[nodiscard]] const Model& GetCoreModel() const { return m_model->Get(); }
+  [[nodiscard]] ModelObject& GetModelObject() { return *m_model; }
+  /// The one living object of a record, made if there is none; with a reference for the caller.
+  IInstance* InstanceOf(RecordRef record);
+  /// The record behind an instance of this store; nothing for one of another store.
+  std::optional<RecordRef> OwnRecord(IInstance* instance);
+  void ForgetInstance(RecordRef record);
+  /// A list over records of this store.
+  IInstList* MakeList(RecordRuns records);
+
+ private:
+  ~StoreObject() override;
+  struct RecordHash {
+    std::size_t operator()(const RecordRef& record) const {
+      return std::hash<RecordId>()(record.id) * 0x9E3779B97F4A7C15ULL + record.entity;
+    }
+  };
+  std::unique_ptr<RecordStore> m_records;
+  Names m_names;
+  Ref<IEnvironment> m_environment;
+  Ref<ModelObject> m_model;
+  std::unordered_map<RecordRef, InstanceObject*, RecordHash> m_instances;
+};
+
+}  // namespace hv::vex::engine
