@@ -126,10 +126,15 @@ Result GiveFloat(double value, Variant* out) {
 }
 
 Result GiveCy(double value, Variant* out) {
-  constexpr double kBehind63Bits = 9223372036854775808.0;
-  const double scaled = std::nearbyint(value * kCyScale);
-  if (!(scaled >= -kBehind63Bits && scaled < kBehind63Bits)) return DISP_E_OVERFLOW;
-  return Give(Variant::Cy(static_cast<std::int64_t>(scaled)), out);
+  // Currency values end at 2^63 tenths of thousandths; the parts are scaled apart, so that no digit
+  // of the whole part is lost.
+  constexpr double kBehindLast = 922337203685478;
+  if (!(std::fabs(value) < kBehindLast)) return DISP_E_OVERFLOW;
+  const double whole = std::trunc(value);
+  const auto fraction = static_cast<std::int64_t>(std::nearbyint((value - whole) * kCyScale));
+  std::int64_t scaled = static_cast<std::int64_t>(whole) * static_cast<std::int64_t>(kCyScale);
+  if (__builtin_add_overflow(scaled, fraction, &scaled)) return DISP_E_OVERFLOW;
+  return Give(Variant::Cy(scaled), out);
 }
 
 Result GiveCy(std::optional<SignedMagnitude> scaled, Variant* out) {

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 
 namespace hv::automation {
 
@@ -123,11 +122,11 @@ std::string DecimalToText(const Decimal& value) {
 }
 
 double DecimalToDouble(const Decimal& value) {
-  // The reader rounds correctly, which a division of rounded values wouldn't.
-  const std::string text = DecimalToText(value);
-  double result = 0;
-  std::from_chars(text.data(), text.data() + text.size(), result);
-  return result;
+  // A quotient of doubles: its last bit is part of the contract, though it isn't always the
+  // nearest.
+  const double quotient =
+      static_cast<double>(Mantissa(value)) / static_cast<double>(PowerOfTen(value.scale));
+  return value.sign != 0 && quotient != 0 ? -quotient : quotient;
 }
 
 int CompareDecimals(const Decimal& a, const Decimal& b) {

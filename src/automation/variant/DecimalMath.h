@@ -41,7 +41,7 @@ std::optional<SignedMagnitude> DecimalToInteger(const Decimal& value, int shift,
 /// The digits with a point, zeros behind the point dropped: "-1.5". A zero is "0".
 std::string DecimalToText(const Decimal& value);
 
-/// The nearest double.
+/// The value as a double; minus zero gives zero.
 double DecimalToDouble(const Decimal& value);
 
 /// Orders two valid decimals by value: below 0, 0, above 0.
