@@ -444,15 +444,11 @@ std::int32_t DefinitionAttribute::GetLength() {
   return attribute ? attribute->length : 0;
 }
 IEntity* DefinitionAttribute::GetSourceEntity() {
-  IEntity* entity = m_model->EntityAt(m_entity);
-  entity->AddRef();
-  return entity;
+  return Ref<IEntity>::Share(m_model->EntityAt(m_entity)).Detach();
 }
 IRelation* DefinitionAttribute::GetRelation() {
   if (m_member.kind != Member::Kind::Relation) return nullptr;
-  IRelation* relation = m_model->EntityAt(m_entity)->RelationAt(m_member.index);
-  relation->AddRef();
-  return relation;
+  return Ref<IRelation>::Share(m_model->EntityAt(m_entity)->RelationAt(m_member.index)).Detach();
 }
 std::uint64_t DefinitionAttribute::GetEnumerationCount() {
   const EnumPtr enumeration = EnumerationOrNull();

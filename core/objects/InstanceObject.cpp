@@ -71,9 +71,7 @@ std::int32_t InstanceObject::IsValid() {
 IStore* InstanceObject::GetStore() { return Ref<IStore>::Share(m_store.Get()).Detach(); }
 
 IEntity* InstanceObject::GetEntity() {
-  IEntity* entity = m_store->GetModelObject().EntityAt(m_record.entity);
-  entity->AddRef();
-  return entity;
+  return Ref<IEntity>::Share(m_store->GetModelObject().EntityAt(m_record.entity)).Detach();
 }
 
 std::int32_t InstanceObject::IsKindOf(IEntity* entity) {
