@@ -1,0 +1,133 @@
+// automation/StringTableTest.cpp - the string table: the embedded English texts and bad files.
+#include "automation/StringTable.h"
+
+#include <string>
+#include <string_view>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <storefabric/WString.h>
+
+namespace hv::automation {
+namespace {
+
+std::string TextOf(const StringTable& table, std::int32_t number) {
+  return cor::ToUtf8(table.LoadString(number));
+}
+
+TEST(StringTable, EnglishTextsKeepTheirExactForm) {
+  struct Case {
+    std::int32_t number;
+    std::u16string_view text;
+  };
+  constexpr Case kCases[] = {
+      {207, u"The application is out of memory."},
+      {210,
+       u"The DirectAccessChannel has already been added to a ChannelGroup.  Its name can now "
+       u"no longer be changed."},
+      {212, u"The text %1s is not a valid value for the argument %2s of the method %3s."},
+      {325,
+       u"The data store %s does not support queries with a custom logical operation (e.g. "
+       u"with \"OR\")."},
+      {341, u"For at least one instance it was impossible to generate an element<DataStore>."},
+      {373, u"Do not change the browse settings for this data store."},
+      {2006, u" Option %1d of %2d "},
+      {2067, u" No entity selected "},
+      {2128, u"Technical Browse Settings (*.tbs)|*.tbs|Step Files (*.stp)|*.stp||"},
+      {5000, u"eng"},
+      {10318, u"%d Values "},
+      {10366, u"\"%s\" is not a valid condition name."},
+      {12014, u"Property \"%1s\" for level \"%2s\" is already selected."},
+      {41005, u"Timeout"},
+  };
+  for (const Case& c : kCases) {
+    SCOPED_TRACE(c.number);
+    EXPECT_TRUE(LoadString(c.number).EqualsExact(c.text))
+        << TextOf(StringTable::Default(), c.number);
+  }
+}
+
+TEST(StringTable, UnknownNumberIsTellableFromAnEmptyText) {
+  for (const std::int32_t number : {-1, 0, 206, 208'000, 1'000'000}) {
+    SCOPED_TRACE(number);
+    EXPECT_FALSE(TryLoadString(number).has_value());
+    EXPECT_TRUE(LoadString(number).empty());
+  }
+  EXPECT_TRUE(TryLoadString(207).has_value());
+}
+
+TEST(StringTable, EveryEntryIsFoundUnderItsNumber) {
+  const StringTable& table = StringTable::Default();
+  ASSERT_GT(table.Entries().size(), 200U);
+  for (const StringTable::Entry& entry : table.Entries())
+    EXPECT_EQ(&entry.text, table.Find(entry.number)) << entry.number;
+}
+
+TEST(StringTable, OnlyBuiltInLanguagesAreThere) {
+  EXPECT_EQ(&StringTable::Default(), StringTable::ForLanguage("en"));
+  EXPECT_EQ(nullptr, StringTable::ForLanguage("xx"));
+}
+
+TEST(StringTable, ReadsEscapesCommentsAndUtf8) {
+  const auto table = StringTable::Parse(
+      "# comment\n\n7\ta\\n\\r\\t\\\\z\n8\tGr\xC3\xB6\xC3\x9F"
+      "e \xF0\x9F\x98\x80 100%%\n");
+  ASSERT_TRUE(table.has_value());
+  EXPECT_EQ(2U, table->Entries().size());
+  EXPECT_TRUE(table->LoadString(7).EqualsExact(u"a\n\r\t\\z"));
+  EXPECT_TRUE(table->LoadString(8).EqualsExact(u"Gr\u00f6\u00dfe \U0001F600 100%%"));
+}
+
+TEST(StringTable, BadFilesAreRefusedWithLineAndReason) {
+  using enum StringTableFault;
+  struct Case {
+    const char* name;
+    std::string_view file;
+    StringTableFault fault;
+    std::size_t line;
+  };
+  using namespace std::string_view_literals;
+  constexpr Case kCases[] = {
+      {"LastLineNotEnded", "1\ta\n2\tb", NoFinalNewline, 2},
+      {"CarriageReturn", "1\ta\r\n", ControlCharacter, 1},
+      {"Zero", "1\ta\0b\n"sv, ControlCharacter, 1},
+      {"SecondTab", "1\ta\tb\n", ControlCharacter, 1},
+      {"NoNumber", "# x\ntext\n", NoNumber, 2},
+      {"NegativeNumber", "-1\ta\n", NoNumber, 1},
+      {"LeadingZero", "01\ta\n", BadNumber, 1},
+      {"HugeNumber", "99999999999999999999\ta\n", BadNumber, 1},
+      {"SameNumberTwice", "5\ta\n5\tb\n", NotAscending, 2},
+      {"Descending", "5\ta\n\n4\tb\n", NotAscending, 3},
+      {"BlankForTab", "5 a\n", NoTab, 1},
+      {"NumberOnly", "5\n", NoTab, 1},
+      {"NoText", "5\t\n", EmptyText, 1},
+      {"UnknownEscape", "5\ta\\q\n", BadEscape, 1},
+      {"BackslashAtEnd", "5\ta\\\n", BadEscape, 1},
+      {"LonePercent", "5\t100%\n", BadPlaceholder, 1},
+      {"NumberWithoutType", "5\t%1\n", BadPlaceholder, 1},
+      {"TwoDigits", "5\t%12s\n", BadPlaceholder, 1},
+      {"UnknownLetter", "5\t%x\n", BadPlaceholder, 1},
+      {"Mixed", "5\t%1s %s\n", MixedPlaceholders, 1},
+      {"MixedWithPercentSign", "5\t%1s%%\n", MixedPlaceholders, 1},
+      {"Gap", "5\t%1s %3s\n", PlaceholderGap, 1},
+      {"NumberTwice", "5\t%1s %1s\n", PlaceholderGap, 1},
+      {"ReorderedTypes", "5\t%3s %1d %2s\n", PlaceholderTypes, 1},
+      {"TooMany", "5\t%1s%2s%3s%4s%5s%6s%7s%8s%9s%1s\n", TooManyPlaceholders, 1},
+      {"LoneContinuation", "5\t\x80\n", BadUtf8, 1},
+      {"CutSequence", "5\t\xC3\n", BadUtf8, 1},
+      {"Overlong", "5\t\xC0\xAF\n", BadUtf8, 1},
+      {"Surrogate", "5\t\xED\xA0\x80\n", BadUtf8, 1},
+      {"AboveUnicode", "5\t\xF4\x90\x80\x80\n", BadUtf8, 1},
+  };
+  for (const Case& c : kCases) {
+    SCOPED_TRACE(c.name);
+    StringTableCheck check;
+    EXPECT_FALSE(StringTable::Parse(c.file, &check).has_value());
+    EXPECT_EQ(c.fault, check.fault);
+    EXPECT_EQ(c.line, check.line);
+  }
+}
+
+}  // namespace
+}  // namespace hv::automation
