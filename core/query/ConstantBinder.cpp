@@ -100,10 +100,11 @@ std::vector<BoundComparison> BindItemPattern(const Enumeration& enumeration, Que
   std::vector<BoundComparison> comparisons;
   for (const EnumItem& item : enumeration.items) {
     if (!pattern.Matches(FoldCase(item.name))) continue;
-    BoundComparison& comparison = comparisons.emplace_back(op, BoundConstant{});
+    BoundComparison& comparison = comparisons.emplace_back();
+    comparison.op = op;
     comparison.constant.integer = item.value;
   }
-  if (comparisons.empty()) comparisons.emplace_back(op, Never());
+  if (comparisons.empty()) comparisons.push_back({op, Never()});
   return comparisons;
 }
 
