@@ -52,6 +52,24 @@ TEST(FoldCase, BringsEqualTextsToOneForm) {
   }
 }
 
+TEST(FoldCase, TreatsEachPlaceOfATextAlike) {
+  const std::u16string_view letters = u"AZaz@[`{\u007F\u00C4\u00D7\u00DF\u0416";
+  const std::u16string_view folded[] = {u"a",      u"z",  u"a",     u"z",      u"@",
+                                        u"[",      u"`",  u"{",     u"\u007F", u"\u00E4",
+                                        u"\u00D7", u"ss", u"\u0436"};
+  for (std::size_t length = 1; length <= 10; ++length) {
+    for (std::size_t place = 0; place < length; ++place) {
+      for (std::size_t i = 0; i < letters.size(); ++i) {
+        std::u16string text(length, u'.');
+        text[place] = letters[i];
+        std::u16string expected(length, u'.');
+        expected.replace(place, 1, folded[i]);
+        ASSERT_EQ(Utf8(expected), Utf8(FoldCase(text)));
+      }
+    }
+  }
+}
+
 TEST(FoldCase, LeavesFoldedTextWhereItIs) {
   std::u16string buffer;
   const std::u16string_view text = u"already folded äöü";
