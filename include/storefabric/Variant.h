@@ -94,8 +94,8 @@ class Variant {
   static Variant Text(WString&& text);
   static Variant Object(IDispatch* object);  ///< adds a reference; null is allowed
   static Variant Unknown(IUnknown* object);  ///< adds a reference; null is allowed
-  static Variant Array(
-      std::vector<Variant> items);        ///< VT_ARRAY | VT_VARIANT, one dimension, from 0
+  /// VT_ARRAY | VT_VARIANT, one dimension, counted from 0.
+  static Variant Array(std::vector<Variant> items);
   static Variant RefTo(Variant* target);  ///< VT_BYREF | VT_VARIANT
   /// @}
 
@@ -107,9 +107,8 @@ class Variant {
 
   /// \name Reading the value as it stands; the type must be the one asked for
   /// @{
-  [[nodiscard]] std::int64_t AsInt64() const {
-    return m_value.i64;
-  }  ///< all signed integers, BOOL bits, CY, ERROR
+  /// All signed integers, the bits of BOOL, CY, ERROR.
+  [[nodiscard]] std::int64_t AsInt64() const { return m_value.i64; }
   [[nodiscard]] std::uint64_t AsUInt64() const { return m_value.u64; }  ///< all unsigned integers
   [[nodiscard]] double AsDouble() const { return m_value.r64; }         ///< R4 (widened), R8, DATE
   [[nodiscard]] const WString& AsText() const;                          ///< BSTR
@@ -125,9 +124,12 @@ class Variant {
   [[nodiscard]] const Variant& Dereferenced() const;
 
   /// Converts into another type by the automation rules in the neutral English locale
-  /// (texts of numbers and dates, rounding half to even, booleans as -1).
-  /// \return S_OK; DISP_E_TYPEMISMATCH, DISP_E_OVERFLOW, DISP_E_BADVARTYPE or E_INVALIDARG, and
-  /// `*out` untouched.
+  /// (texts of numbers and dates, rounding half to even, booleans as -1). An object gives the value
+  /// of its default member. `out` may be this variant itself.
+  /// \return S_OK; otherwise with `*out` untouched: DISP_E_TYPEMISMATCH if there is no such
+  ///         conversion or the text doesn't fit; DISP_E_OVERFLOW for a value beyond the type;
+  ///         DISP_E_BADVARTYPE for a type that isn't one, or a null object; E_INVALIDARG for an
+  ///         invalid decimal, or a date beyond the calendar as a text.
   Result ChangeType(std::uint16_t type, Variant* out) const;
 
   void Clear();
@@ -156,9 +158,11 @@ class Variant {
 /// What a comparison of two variants says.
 enum class VarOrder { Less = 0, Equal = 1, Greater = 2, Null = 3 };
 
-/// Orders two variants by the automation rules, ignoring case of texts. `Null` if one side is
-/// VT_NULL. \return S_OK; DISP_E_TYPEMISMATCH or DISP_E_BADVARTYPE for types that can't be
-/// compared.
+/// Orders two variants by the automation rules, ignoring case of texts; numbers come before all
+/// texts. `Null` if one side is VT_NULL. By-reference variants aren't followed.
+/// \return S_OK; E_POINTER if `order` is null; DISP_E_TYPEMISMATCH or DISP_E_BADVARTYPE for types
+/// that
+///         can't be compared.
 Result CompareVariants(const Variant& a, const Variant& b, VarOrder* order);
 
 }  // namespace hv

@@ -334,19 +334,19 @@ bool IsKnownType(std::uint16_t type) { return type <= VT_UINT && type != VT_VARI
 /// The targets whose answer depends on the source's type alone. True if this was one.
 bool ChangeByType(const Variant& source, std::uint16_t type, Variant* out, Result* rc) {
   const std::uint16_t from = source.Type();
+  const bool isFixed = from == VT_NULL || from == VT_ERROR || (from & VT_ARRAY) != 0;
+  const bool isObject = from == VT_DISPATCH || from == VT_UNKNOWN;
+  const bool wantsObject = type == VT_DISPATCH || type == VT_UNKNOWN;
   if (from == type) {
     *rc = Give(Variant(source), out);
-  } else if (from == VT_NULL || from == VT_ERROR || (from & VT_ARRAY) != 0 ||
-             (type & VT_ARRAY) != 0 || type == VT_ERROR) {
+  } else if (isFixed || (type & VT_ARRAY) != 0 || type == VT_ERROR || (wantsObject && !isObject)) {
     *rc = DISP_E_TYPEMISMATCH;
   } else if (type == VT_EMPTY) {
     *rc = Give(Variant(), out);
   } else if (type == VT_NULL) {
     *rc = Give(Variant::Null(), out);
-  } else if (from == VT_DISPATCH || from == VT_UNKNOWN) {
+  } else if (isObject) {
     *rc = ChangeObject(source, type, out);
-  } else if (type == VT_DISPATCH || type == VT_UNKNOWN) {
-    *rc = DISP_E_TYPEMISMATCH;
   } else {
     return false;
   }

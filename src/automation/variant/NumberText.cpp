@@ -30,7 +30,7 @@ class Reader {
 
   std::optional<ParsedNumber> Read() {
     ReadMarks();
-    if (Peek() == u'&') return m_seen.any() ? std::nullopt : ReadPattern();
+    if (Peek() == u'&') return m_seen.Any() ? std::nullopt : ReadPattern();
     if (!ReadDigits() || !ReadExponent() || !ReadTrailer()) return std::nullopt;
     Normalise();
     return std::move(m_number);
@@ -39,7 +39,7 @@ class Reader {
  private:
   struct Marks {
     bool plus = false, minus = false, open = false, currency = false;
-    [[nodiscard]] bool any() const { return plus || minus || open || currency; }
+    [[nodiscard]] bool Any() const { return plus || minus || open || currency; }
   };
 
   [[nodiscard]] char16_t Peek() const { return m_rest.empty() ? u'\0' : m_rest.front(); }

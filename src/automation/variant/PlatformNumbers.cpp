@@ -78,19 +78,17 @@ void DropZerosBehindPoint(std::string* digits) {
 
 }  // namespace
 
-std::int32_t ParseInt32Like_wtoi(std::u16string_view text) {
+std::int32_t ParseInt32LikeWtoi(std::u16string_view text) {
   return ReadSaturated<std::int32_t>(text);
 }
 
-std::int32_t ParseInt32Like_atoi(std::string_view text) {
-  return ReadSaturated<std::int32_t>(text);
-}
+std::int32_t ParseInt32LikeAtoi(std::string_view text) { return ReadSaturated<std::int32_t>(text); }
 
-std::int64_t ParseInt64Like_atoi64(std::string_view text) {
+std::int64_t ParseInt64LikeAtoi64(std::string_view text) {
   return ReadSaturated<std::int64_t>(text);
 }
 
-int ScanUInt64Like_sscanf(std::string_view text, std::uint64_t* value) {
+int ScanUInt64LikeSscanf(std::string_view text, std::uint64_t* value) {
   text = SkipBlanks(text);
   if (text.empty()) return -1;
   const std::optional<Magnitude> number = ReadMagnitude(text);

@@ -16,17 +16,17 @@ namespace hv::automation {
 
 /// `_wtoi`. Blanks are the blanks of all scripts but U+0085, digits the decimal digits of all
 /// scripts.
-std::int32_t ParseInt32Like_wtoi(std::u16string_view text);
+std::int32_t ParseInt32LikeWtoi(std::u16string_view text);
 /// `atoi` and `atol`: ASCII blanks and digits.
-std::int32_t ParseInt32Like_atoi(std::string_view text);
+std::int32_t ParseInt32LikeAtoi(std::string_view text);
 /// `_atoi64`: ASCII blanks and digits.
-std::int64_t ParseInt64Like_atoi64(std::string_view text);
+std::int64_t ParseInt64LikeAtoi64(std::string_view text);
 
 /// `sscanf(text, "%I64u", value)`. A minus sign is accepted and negates modulo 2^64; a number
 /// beyond the type becomes the greatest one, with either sign. \return 1; 0 if the text has
 /// something else than a number; -1 if it has nothing but blanks. The
 ///         value is untouched unless 1 is returned.
-int ScanUInt64Like_sscanf(std::string_view text, std::uint64_t* value);
+int ScanUInt64LikeSscanf(std::string_view text, std::uint64_t* value);
 /// @}
 
 /// `_gcvt` with 40 significant digits, exact ones: the point is always kept ("5."), zeros behind it

@@ -5,7 +5,6 @@
 #include <limits>
 
 #include "automation/variant/DecimalMath.h"
-#include "automation/variant/NumberText.h"
 #include "automation/variant/TextCompare.h"
 
 namespace hv {
@@ -14,8 +13,6 @@ namespace {
 
 using automation::CompareDecimals;
 using automation::CompareTextPlatform;
-using automation::kDoubleDigits;
-using automation::kFloatDigits;
 
 constexpr double kCyScale = 10000;
 

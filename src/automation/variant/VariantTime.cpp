@@ -75,10 +75,12 @@ bool SystemTimeToVariantTime(const SystemTime& time, double* date) {
 
   // The three parts are added one after the other: the sum's last bit is part of the contract.
   const double sign = day < 0 ? -1 : 1;
-  double sum = static_cast<double>(day);
-  sum += sign * static_cast<double>(seconds / 3600) / 24;
-  sum += sign * static_cast<double>(seconds / 60 % 60) / 1440;
-  sum += sign * static_cast<double>(seconds % 60) / 86400;
+  const std::int64_t hours = seconds / 3600;
+  const std::int64_t minutes = seconds / 60 % 60;
+  auto sum = static_cast<double>(day);
+  sum += sign * static_cast<double>(hours) / 24;
+  sum += sign * static_cast<double>(minutes) / 1440;
+  sum += sign * static_cast<double>(seconds % 60) / static_cast<double>(kSecondsPerDay);
   if (!IsVariantTimeInRange(sum)) return false;
   *date = sum;
   return true;

@@ -31,7 +31,7 @@ bool IsBeyond64Bits(const std::string& text) {
 }
 
 bool IsBeyond32Bits(const std::string& text) {
-  const std::int64_t value = ParseInt64Like_atoi64(text);
+  const std::int64_t value = ParseInt64LikeAtoi64(text);
   return value != static_cast<std::int32_t>(value);
 }
 
@@ -41,9 +41,9 @@ TEST(PlatformNumbers, ReadsNumbers) {
     SCOPED_TRACE(row.line);
     const std::string& function = row[1];
     if (function == "_wtoi") {
-      EXPECT_EQ(ParseInt32Like_wtoi(DecodeText(row[2])), std::stol(row[3]));
+      EXPECT_EQ(ParseInt32LikeWtoi(DecodeText(row[2])), std::stol(row[3]));
     } else if (function == "_atoi64") {
-      EXPECT_EQ(ParseInt64Like_atoi64(DecodeBytes(row[2])), std::stoll(row[3]));
+      EXPECT_EQ(ParseInt64LikeAtoi64(DecodeBytes(row[2])), std::stoll(row[3]));
     } else if (function == "sscanf") {
       const std::string text = DecodeBytes(row[2]);
       // The measured library answers 0 for blanks alone, where -1 is documented, and wraps beyond
@@ -53,14 +53,14 @@ TEST(PlatformNumbers, ReadsNumbers) {
         continue;
       }
       std::uint64_t value = 12345;
-      EXPECT_EQ(ScanUInt64Like_sscanf(text, &value), std::stoi(row[4]));
+      EXPECT_EQ(ScanUInt64LikeSscanf(text, &value), std::stoi(row[4]));
       EXPECT_EQ(value, std::stoull(row[3]));
     } else if (row[0] == "msvcrt.dll" && IsBeyond32Bits(DecodeBytes(row[2]))) {
       // The oldest library wraps in `atoi` and `atol`; all later ones stop at the limits.
       tally.LeaveOut();
       continue;
     } else {
-      EXPECT_EQ(ParseInt32Like_atoi(DecodeBytes(row[2])), std::stol(row[3]));
+      EXPECT_EQ(ParseInt32LikeAtoi(DecodeBytes(row[2])), std::stol(row[3]));
     }
     tally.Assert();
   }
@@ -69,11 +69,11 @@ TEST(PlatformNumbers, ReadsNumbers) {
 
 TEST(PlatformNumbers, ScanStopsAtTheLimitAndTellsTheEnd) {
   std::uint64_t value = 5;
-  EXPECT_EQ(ScanUInt64Like_sscanf(" \t", &value), -1);
+  EXPECT_EQ(ScanUInt64LikeSscanf(" \t", &value), -1);
   EXPECT_EQ(value, 5U);
-  EXPECT_EQ(ScanUInt64Like_sscanf("18446744073709551616", &value), 1);
+  EXPECT_EQ(ScanUInt64LikeSscanf("18446744073709551616", &value), 1);
   EXPECT_EQ(value, 18446744073709551615U);
-  EXPECT_EQ(ScanUInt64Like_sscanf("-18446744073709551615", &value), 1);
+  EXPECT_EQ(ScanUInt64LikeSscanf("-18446744073709551615", &value), 1);
   EXPECT_EQ(value, 1U);
 }
 
