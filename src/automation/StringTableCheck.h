@@ -40,6 +40,15 @@ namespace stringtable {
 
 constexpr bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
+/// `string_view::find`, which g++ 12 can't evaluate while compiling with the undefined-behaviour
+/// sanitizer on.
+constexpr std::size_t Find(std::string_view text, char wanted, std::size_t from = 0) {
+  for (std::size_t i = from; i < text.size(); ++i) {
+    if (text[i] == wanted) return i;
+  }
+  return std::string_view::npos;
+}
+
 /// Checks the placeholders of one text.
 constexpr StringTableFault CheckPlaceholders(std::string_view text) {
   constexpr std::size_t kMost = 9;  // one digit
@@ -47,7 +56,7 @@ constexpr StringTableFault CheckPlaceholders(std::string_view text) {
   std::array<char, kMost> type{};
   std::size_t numbered = 0;
   bool plain = false;
-  for (std::size_t p = text.find('%'); p != std::string_view::npos; p = text.find('%', p + 1)) {
+  for (std::size_t p = Find(text, '%'); p != std::string_view::npos; p = Find(text, '%', p + 1)) {
     const char next = p + 1 < text.size() ? text[p + 1] : '\0';
     if (next >= '1' && next <= '9') {
       const char letter = p + 2 < text.size() ? text[p + 2] : '\0';
@@ -154,7 +163,7 @@ constexpr StringTableCheck CheckStringTable(std::string_view file) {
   std::int32_t previous = 0;
   while (!file.empty()) {
     ++result.line;
-    const std::size_t end = file.find('\n');
+    const std::size_t end = stringtable::Find(file, '\n');
     if (end == std::string_view::npos) {
       result.fault = StringTableFault::NoFinalNewline;
       return result;
