@@ -275,7 +275,8 @@ const void* ColumnAttribute::GetData() {
     if (GetCount() == 0) return nullptr;
     if (m_dataBuffer.empty() && m_textBuffer.empty()) {
       // The layout in the file serves as it stands where it has the width that GetData promises.
-      if (const auto raw = m_source->Contiguous(); !raw.empty()) return raw.data();
+      const auto raw = m_source->Contiguous();
+      if (!raw.empty() && m_source->Type() != OdsType::Boolean) return raw.data();
       return PackValue(Load(0, m_source->Count()), m_dataBuffer, m_textBuffer);
     }
     return m_textBuffer.empty() ? static_cast<const void*>(m_dataBuffer.data())
