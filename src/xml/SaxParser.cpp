@@ -14,6 +14,7 @@
 #include <xercesc/util/OutOfMemoryException.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/SecurityManager.hpp>
+#include <xercesc/util/XMLEntityResolver.hpp>
 #include <xercesc/util/XMLResourceIdentifier.hpp>
 #include <xercesc/util/XMLUni.hpp>
 #include <xercesc/validators/DTD/DTDEntityDecl.hpp>
@@ -59,7 +60,7 @@ XmlRuntime::XmlRuntime() { xercesc::XMLPlatformUtils::Initialize(); }
 XmlRuntime::~XmlRuntime() { xercesc::XMLPlatformUtils::Terminate(); }
 
 /// Overrides what the scanner calls directly, so that no event passes through a second interface.
-class SaxParser::Impl final : public xercesc::SAXParser {
+class SaxParser::Impl final : public xercesc::SAXParser, public xercesc::XMLEntityResolver {
  public:
   explicit Impl(const Limits& limits);
 
@@ -82,7 +83,7 @@ class SaxParser::Impl final : public xercesc::SAXParser {
   // DocTypeHandler
   void entityDecl(const xercesc::DTDEntityDecl& declaration, const bool isParameter,
                   const bool isIgnored) override;
-  // XMLEntityHandler
+  // XMLEntityHandler and XMLEntityResolver
   xercesc::InputSource* resolveEntity(xercesc::XMLResourceIdentifier* resource) override;
   // XMLErrorReporter
   void error(const unsigned int code, const XMLCh* const domain, const ErrTypes type,
@@ -100,6 +101,7 @@ class SaxParser::Impl final : public xercesc::SAXParser {
 
   Limits m_limits;
   xercesc::SecurityManager m_security;
+  xercesc::HandlerBase m_inert;
   xercesc::HandlerBase m_unused;  // never called: all events are taken before they come to it
   std::string m_sourceName;
   ISaxHandler* m_handler = nullptr;
@@ -125,6 +127,9 @@ SaxParser::Impl::Impl(const Limits& limits) : m_limits(limits) {
   setLoadExternalDTD(false);
   setDisableDefaultEntityResolution(true);
   setExitOnFirstFatalError(true);
+  // Without these two the scanner asks nobody about entities.
+  setXMLEntityResolver(this);
+  setDTDHandler(&m_inert);
   // The base class joins the scanner to itself only when it is given handlers.
   setDocumentHandler(&m_unused);
   setErrorHandler(&m_unused);
