@@ -10,6 +10,7 @@
 #include "core/plugins/Plugin.h"
 #include "store/core/IEnvironment.h"
 #include "store/core/IPlugin.h"
+#include "xml/SaxParser.h"
 
 namespace hv::vex::engine {
 
@@ -34,6 +35,7 @@ class EnvironmentObject final : public cor::Counted<IEnvironment> {
   /// The plug-in of that name without regard to case; throws kUnknownName.
   const PluginInfo& RequirePlugin(std::u16string_view name) const;
 
+  xml::XmlRuntime m_xml;  // starting the parser anew for every query would cost more than the query
   std::span<const PluginInfo> m_plugins;
   std::map<std::u16string, Value, std::less<>> m_variables;
 };
