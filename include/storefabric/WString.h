@@ -10,6 +10,12 @@
 
 namespace hv::cor {
 
+/// -1, 0 or 1, without regard to case: the root collation at the strength that tells letters and
+/// accents apart but not case, with a fast path of the same order for plain ASCII. Control
+/// characters other than white space don't count. A text with embedded zeros is compared unit by
+/// unit, so that a zero doesn't end it; then the shorter comes first.
+int CompareNoCase(std::u16string_view a, std::u16string_view b);
+
 /// A wide string: UTF-16 code units between three pointers, always terminated by a zero unit, which
 /// isn't counted. A plain value; memory comes from malloc, so that a string filled in one module
 /// may be freed in another.
@@ -83,6 +89,31 @@ class WString {
   [[nodiscard]] int CompareExact(std::u16string_view other) const;
   [[nodiscard]] bool EqualsExact(std::u16string_view other) const { return view() == other; }
 
+  // Found only for an argument that is a WString, so that views compare as they always do.
+  friend bool operator==(const WString& a, const WString& b) { return CompareNoCase(a, b) == 0; }
+  friend bool operator==(const WString& a, std::u16string_view b) {
+    return CompareNoCase(a, b) == 0;
+  }
+  friend bool operator==(const WString& a, const std::u16string& b) {
+    return CompareNoCase(a, b) == 0;
+  }
+  /// Null counts as empty, as it does in the constructor.
+  friend bool operator==(const WString& a, const char16_t* b) {
+    return CompareNoCase(a, b ? b : u"") == 0;
+  }
+  friend std::weak_ordering operator<=>(const WString& a, const WString& b) {
+    return CompareNoCase(a, b) <=> 0;
+  }
+  friend std::weak_ordering operator<=>(const WString& a, std::u16string_view b) {
+    return CompareNoCase(a, b) <=> 0;
+  }
+  friend std::weak_ordering operator<=>(const WString& a, const std::u16string& b) {
+    return CompareNoCase(a, b) <=> 0;
+  }
+  friend std::weak_ordering operator<=>(const WString& a, const char16_t* b) {
+    return CompareNoCase(a, b ? b : u"") <=> 0;
+  }
+
  private:
   friend WString FromUtf8(std::string_view text);
 
@@ -95,33 +126,6 @@ class WString {
   char16_t* m_capacityEnd = nullptr;
 };
 
-/// -1, 0 or 1, without regard to case: the root collation at the strength that tells letters and
-/// accents apart but not case, with a fast path of the same order for plain ASCII. Control
-/// characters other than white space don't count. A text with embedded zeros is compared unit by
-/// unit, so that a zero doesn't end it; then the shorter comes first.
-int CompareNoCase(std::u16string_view a, std::u16string_view b);
-
-inline bool operator==(const WString& a, const WString& b) { return CompareNoCase(a, b) == 0; }
-inline bool operator==(const WString& a, std::u16string_view b) { return CompareNoCase(a, b) == 0; }
-inline bool operator==(const WString& a, const std::u16string& b) {
-  return CompareNoCase(a, b) == 0;
-}
-/// Null counts as empty, as it does in the constructor.
-inline bool operator==(const WString& a, const char16_t* b) {
-  return CompareNoCase(a, b ? b : u"") == 0;
-}
-inline std::weak_ordering operator<=>(const WString& a, const WString& b) {
-  return CompareNoCase(a, b) <=> 0;
-}
-inline std::weak_ordering operator<=>(const WString& a, std::u16string_view b) {
-  return CompareNoCase(a, b) <=> 0;
-}
-inline std::weak_ordering operator<=>(const WString& a, const std::u16string& b) {
-  return CompareNoCase(a, b) <=> 0;
-}
-inline std::weak_ordering operator<=>(const WString& a, const char16_t* b) {
-  return CompareNoCase(a, b ? b : u"") <=> 0;
-}
 inline WString operator+(WString a, std::u16string_view b) {
   a.append(b);
   return a;
