@@ -1,0 +1,203 @@
+// core/plugins/atfx/ColumnContent.cpp - inline values and component descriptions.
+#include "core/plugins/atfx/ColumnContent.h"
+
+#include "core/plugins/atfx/AsciiText.h"
+
+#include <limits>
+
+namespace hv::vex::engine::atfx {
+
+namespace {
+
+constexpr TypedContent::Rules Plain(OdsType type) { return {type, nullptr, false, false}; }
+
+// Reading takes any row, writing the first one of a type.
+constexpr InlineForm kInlineForms[] = {
+    {u"A_UTF8STRING", Plain(OdsType::String)},
+    {u"A_ASCIISTRING", Plain(OdsType::String)},
+    {u"A_TIMESTRING", Plain(OdsType::Date)},
+    {u"A_INT8", {OdsType::Byte, nullptr, true, false}},
+    {u"A_UINT8", Plain(OdsType::Byte)},
+    {u"A_INT16", Plain(OdsType::Short)},
+    {u"A_INT32", Plain(OdsType::Long)},
+    {u"A_UINT16", Plain(OdsType::Long)},
+    {u"A_INT64", Plain(OdsType::LongLong)},
+    {u"A_UINT32", Plain(OdsType::LongLong)},
+    {u"A_UINT64", Plain(OdsType::LongLong)},
+    {u"A_FLOAT32", Plain(OdsType::Float)},
+    {u"A_FLOAT64", Plain(OdsType::Double)},
+    {u"A_COMPLEX32", Plain(OdsType::Complex)},
+    {u"A_COMPLEX64", Plain(OdsType::DComplex)},
+    {u"A_BOOLEAN", Plain(OdsType::Boolean)},
+    {u"A_BYTEFIELD", {OdsType::ByteStr, nullptr, false, true}},
+    {u"Bytestream", {OdsType::ByteStr, nullptr, false, true}},
+    {u"A_BLOB", Plain(OdsType::Blob)},
+    {u"A_EXTERNALREFERENCE", Plain(OdsType::ExternalReference)},
+    {u"A_ENUM", Plain(OdsType::Enum)},
+};
+
+}  // namespace
+
+const InlineForm* FindInlineForm(std::u16string_view tag) {
+  for (const InlineForm& form : kInlineForms) {
+    if (EqualsIgnoringAsciiCase(tag, form.tag)) return &form;
+  }
+  return nullptr;
+}
+
+std::u16string_view InlineTagOf(OdsType type) {
+  if (type == OdsType::Id) type = OdsType::LongLong;
+  for (const InlineForm& form : kInlineForms) {
+    if (form.rules.type == type) return form.tag;
+  }
+  return {};
+}
+
+void ColumnContent::Begin(bool isFlags, std::u16string_view what) {
+  m_isFlags = isFlags;
+  m_what = what;
+  m_part = Part::Top;
+  m_depth = 0;
+  inlineValues.reset();
+  components.clear();
+  m_isOwnText = isFlags;
+  if (isFlags) m_typed.Begin(Plain(OdsType::Short), what);
+}
+
+void ColumnContent::OnStart(std::u16string_view name) {
+  switch (m_part) {
+    case Part::Typed:
+      ++m_depth;
+      m_typed.OnStart(name);
+      return;
+    case Part::Unknown:
+      ++m_depth;
+      return;
+    case Part::Component:
+      m_part = Part::Leaf;
+      m_tag = name;
+      m_text.clear();
+      return;
+    case Part::Leaf:
+      m_context.Refuse(Join({u"tag '", name, u"' inside '", m_tag, u"' of a component"}));
+    case Part::Top:
+      break;
+  }
+  if (name == u"component") {
+    m_part = Part::Component;
+    components.emplace_back();
+    m_valueScale = 0;
+  } else if (const InlineForm* const form = FindInlineForm(name)) {
+    m_part = Part::Typed;
+    m_isOwnText = false;
+    m_typed.Begin(form->rules, m_what);
+  } else {
+    m_context.Warn(Join({u"unknown tag '", name, u"' in ", m_what}));
+    m_part = Part::Unknown;
+  }
+}
+
+void ColumnContent::OnText(std::u16string_view text) {
+  if (m_part == Part::Leaf) {
+    m_text += text;
+  } else if (m_part == Part::Typed || (m_part == Part::Top && m_isOwnText)) {
+    m_typed.OnText(text);
+  }
+}
+
+void ColumnContent::OnEnd() {
+  switch (m_part) {
+    case Part::Typed:
+      if (m_depth != 0) {
+        --m_depth;
+        m_typed.OnEnd();
+        return;
+      }
+      inlineValues = m_typed.End();
+      if (!m_typed.BlobHeader().empty()) {
+        m_context.Warn(Join({u"header of a blob in ", m_what, u" left out"}));
+      }
+      break;
+    case Part::Unknown:
+      if (m_depth != 0) {
+        --m_depth;
+        return;
+      }
+      break;
+    case Part::Leaf:
+      EndLeaf();
+      m_part = Part::Component;
+      return;
+    case Part::Component:
+      // Some exporters tell the values per block as a scale.
+      if (m_valueScale > 1 && components.back().valuesPerBlock <= 1) {
+        components.back().valuesPerBlock = m_valueScale;
+      }
+      break;
+    case Part::Top:
+      break;
+  }
+  m_part = Part::Top;
+}
+
+void ColumnContent::End() {
+  if (m_isOwnText) inlineValues = m_typed.End();
+  if (!m_isFlags || !inlineValues || inlineValues->Type() == OdsType::Short) return;
+  auto flags = std::make_shared<InMemoryValues>(OdsType::Short);
+  if (StorageKindOf(inlineValues->Type()) != StorageKind::Integer) {
+    m_context.Refuse(Join({m_what, u" aren't integers"}));
+  }
+  std::vector<std::int64_t> numbers(static_cast<std::size_t>(inlineValues->Count()));
+  inlineValues->ReadIntegers(0, numbers);
+  for (const std::int64_t number : numbers) {
+    if (!flags->AddInteger(number)) m_context.Refuse(Join({m_what, u" are out of range"}));
+  }
+  inlineValues = std::move(flags);
+}
+
+std::uint64_t ColumnContent::ReadCount(std::u16string_view text) {
+  if (text.empty()) return 0;
+  const std::optional<std::int64_t> number = ParseInteger(text);
+  if (!number || *number < 0) {
+    m_context.Refuse(
+        Join({u"'", text, u"' in '", m_tag, u"' of a component is not a count of something"}));
+  }
+  return static_cast<std::uint64_t>(*number);
+}
+
+void ColumnContent::EndLeaf() {
+  Component& component = components.back();
+  const std::u16string_view text = Trim(m_text);
+  const auto small = [](std::uint64_t number) {
+    return static_cast<std::uint32_t>(
+        std::min<std::uint64_t>(number, std::numeric_limits<std::uint32_t>::max()));
+  };
+  if (m_tag == u"identifier") {
+    component.fileName = text;
+  } else if (m_tag == u"datatype") {
+    component.typespec = FindTypespec(text);
+    if (!component.typespec) {
+      m_context.Warn(Join({u"unknown storage type '", text, u"' in ", m_what}));
+    }
+  } else if (m_tag == u"length") {
+    component.length = ReadCount(text);
+  } else if (m_tag == u"inioffset") {
+    component.offset = ReadCount(text);
+  } else if (m_tag == u"blocksize") {
+    component.blockSize = ReadCount(text);
+  } else if (m_tag == u"valperblock") {
+    component.valuesPerBlock = ReadCount(text);
+  } else if (m_tag == u"valoffsets") {
+    component.valueOffset = ReadCount(text);
+  } else if (m_tag == u"valscale") {
+    m_valueScale = ReadCount(text);
+  } else if (m_tag == u"bitcount") {
+    component.bitCount = small(ReadCount(text));
+  } else if (m_tag == u"bitoffset") {
+    component.bitOffset = small(ReadCount(text));
+  } else if (m_tag != u"description") {
+    m_context.Warn(Join({u"unknown tag '", m_tag, u"' in a component"}));
+  }
+}
+
+}  // namespace hv::vex::engine::atfx
