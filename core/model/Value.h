@@ -16,7 +16,8 @@ using Bytes = std::vector<std::byte>;
 
 /// The value of one attribute: unset, one value, or the values of a sequence. Integers, reals and
 /// texts as `StorageKindOf` tells; complex numbers are pairs of reals, one after the other. An
-/// external reference is one text: description, mime type and location joined by U+001F.
+/// external reference is one text: description, mime type and location joined by U+001F. A blob is
+/// its header text in UTF-8, a zero byte, and its contents.
 struct Value {
   using Integers = std::vector<std::int64_t>;
   using Reals = std::vector<double>;

@@ -114,9 +114,6 @@ void ColumnContent::OnEnd() {
         return;
       }
       inlineValues = m_typed.End();
-      if (!m_typed.BlobHeader().empty()) {
-        m_context.Warn(Join({u"header of a blob in ", m_what, u" left out"}));
-      }
       break;
     case Part::Unknown:
       if (m_depth != 0) {

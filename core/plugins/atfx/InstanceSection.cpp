@@ -341,15 +341,12 @@ void InstanceSection::EndTyped() {
       values->ReadBytes(0, taken, [&](std::span<const std::byte> bytes) {
         list.emplace_back(bytes.begin(), bytes.end());
       });
-      if (type == OdsType::Blob && !m_typed.BlobHeader().empty()) {
-        const std::string header = cor::ToUtf8(m_typed.BlobHeader());
-        const auto bytes = std::as_bytes(std::span(header));
-        list.emplace_back(bytes.begin(), bytes.end());
-      }
       break;
     }
   }
-  m_builder.SetValue(m_entity->id, m_row, m_field->index, std::move(value));
+  if (!m_builder.SetValue(m_entity->id, m_row, m_field->index, std::move(value))) {
+    m_context.Refuse(Join({What(), u" holds a value out of range"}));
+  }
 }
 
 void InstanceSection::EndColumnContent() {

@@ -155,6 +155,7 @@ std::shared_ptr<InMemoryValues> TypedContent::End() {
     if (m_rules.mayBeSigned) NarrowBytes();
   } else if (StorageKindOf(m_rules.type) == StorageKind::Bytes) {
     EndDirectBytes();
+    if (!m_blobHeader.empty()) AddBlob({});
   } else {
     EndDirectText();
   }
@@ -242,13 +243,23 @@ void TypedContent::BeginSequence() {
 void TypedContent::EndSequence() {
   if (!m_numbers.End()) RefuseNumber();
   const std::span<const std::byte> bytes = m_sequence->Packed();
-  m_values->AddBytes(bytes);
+  m_rules.type == OdsType::Blob ? AddBlob(bytes) : m_values->AddBytes(bytes);
   if (m_claimedLength >= 0 && static_cast<std::uint64_t>(m_claimedLength) != bytes.size()) {
     m_context.Warn(Join({m_what, u" tells a length of ", DecimalText(m_claimedLength), u" for ",
                          DecimalText(static_cast<std::int64_t>(bytes.size())), u" bytes"}));
   }
   m_claimedLength = -1;
   m_sequence.reset();
+}
+
+void TypedContent::AddBlob(std::span<const std::byte> bytes) {
+  const std::string header = cor::ToUtf8(m_blobHeader);
+  Bytes blob;
+  for (const char c : header) blob.push_back(static_cast<std::byte>(c));
+  blob.push_back(std::byte{0});
+  blob.insert(blob.end(), bytes.begin(), bytes.end());
+  m_values->AddBytes(blob);
+  m_blobHeader.clear();
 }
 
 void TypedContent::NarrowBytes() {

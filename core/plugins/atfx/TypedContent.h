@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -37,8 +38,6 @@ class TypedContent {
   void OnEnd();
   /// Closes the element and gives its values; null if it held none at all.
   std::shared_ptr<InMemoryValues> End();
-  /// The text of a blob's header, after `End`.
-  [[nodiscard]] const std::u16string& BlobHeader() const { return m_blobHeader; }
   /// True if a number couldn't be read as an item of the enumeration; after `End`.
   [[nodiscard]] bool HadUnknownItem() const { return m_hadUnknownItem; }
 
@@ -59,6 +58,7 @@ class TypedContent {
   [[nodiscard]] Part PartOfTag(std::u16string_view name) const;
   void EndDirectText();
   void EndDirectBytes();
+  void AddBlob(std::span<const std::byte> bytes);
   void EndItem();
   void BeginSequence();
   void EndSequence();
