@@ -8,6 +8,7 @@
 #include "store/core/Exception.h"
 #include "xml/SaxParser.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <system_error>
 
@@ -19,12 +20,12 @@ namespace {
 
 /// `run(parser, document)` parses.
 template <class Run>
-ReadResult Read(const std::filesystem::path& folder, std::u16string sourceName, ReadOptions options,
-                std::u16string_view stem, Run run) {
-  const auto files = std::make_shared<ComponentFiles>(folder, std::move(options.warnLater));
+std::unique_ptr<MemoryStore> Read(const std::filesystem::path& folder,
+                                  const std::u16string& sourceName, ReadOptions options, Run run) {
   xml::SaxParser parser;
   ReadContext context(parser, sourceName);
-  AtfxDocument document(context, files);
+  AtfxDocument document(context,
+                        std::make_shared<ComponentFiles>(folder, std::move(options.warnLater)));
   try {
     run(parser, document);
   } catch (const xml::XmlError& error) {
@@ -32,15 +33,26 @@ ReadResult Read(const std::filesystem::path& folder, std::u16string sourceName, 
     Fail(errc::kBadFile,
          {sourceName, u":", DecimalText(line), u": ", cor::FromUtf8(error.Reason())});
   }
-  ReadResult result;
-  result.store = document.Finish(std::move(options.persistence));
-  if (IsOwnExporter(document.Exporter())) {
-    for (const auto& [identifier, name] : document.Files()) {
-      if (IsOwnComponentName(name, stem)) result.ownComponentFiles.push_back(files->Resolve(name));
-    }
-  }
-  return result;
+  return document.Finish(std::move(options.persistence));
 }
+
+/// Hands on what stands before the application model and leaves the rest unread.
+class HeaderHandler final : public xml::ISaxHandler {
+ public:
+  HeaderHandler(xml::SaxParser& parser, AtfxDocument& document)
+      : m_parser(parser), m_document(document) {}
+
+  void OnStart(std::u16string_view name, std::span<const xml::AttributeView> attributes) override {
+    if (name == u"application_model" || name == u"instance_data") return m_parser.Stop();
+    m_document.OnStart(name, attributes);
+  }
+  void OnText(std::u16string_view text) override { m_document.OnText(text); }
+  void OnEnd(std::u16string_view name) override { m_document.OnEnd(name); }
+
+ private:
+  xml::SaxParser& m_parser;
+  AtfxDocument& m_document;
+};
 
 /// Tells a file that can't be read from one that can't be understood.
 void CheckReadable(const std::filesystem::path& path) {
@@ -61,23 +73,44 @@ void CheckReadable(const std::filesystem::path& path) {
 
 }  // namespace
 
-ReadResult ReadAtfxFile(const std::filesystem::path& path, ReadOptions options) {
+std::unique_ptr<MemoryStore> ReadAtfxFile(const std::filesystem::path& path, ReadOptions options) {
   CheckReadable(path);
   const std::filesystem::path absolute = std::filesystem::absolute(path).lexically_normal();
   return Read(
       absolute.parent_path(), cor::FromUtf8(path.string()).str(), std::move(options),
-      cor::FromUtf8(path.stem().string()),
       [&](xml::SaxParser& parser, AtfxDocument& document) { parser.ParseFile(path, document); });
 }
 
-ReadResult ReadAtfxBytes(std::span<const std::byte> bytes, std::string_view sourceName,
-                         const std::filesystem::path& folder, ReadOptions options) {
-  const std::filesystem::path name(sourceName);
+std::unique_ptr<MemoryStore> ReadAtfxBytes(std::span<const std::byte> bytes,
+                                           std::string_view sourceName,
+                                           const std::filesystem::path& folder,
+                                           ReadOptions options) {
   return Read(folder, cor::FromUtf8(sourceName).str(), std::move(options),
-              cor::FromUtf8(name.stem().string()),
               [&](xml::SaxParser& parser, AtfxDocument& document) {
                 parser.ParseBytes(bytes, sourceName, document);
               });
+}
+
+std::vector<std::filesystem::path> OwnComponentFilesOf(const std::filesystem::path& path) {
+  std::vector<std::filesystem::path> own;
+  xml::SaxParser parser;
+  ReadContext context(parser, {});
+  AtfxDocument document(context, nullptr);
+  try {
+    CheckReadable(path);
+    HeaderHandler header(parser, document);
+    parser.ParseFile(path, header);
+  } catch (const Exception&) {
+    return own;
+  } catch (const xml::XmlError&) {
+    return own;
+  }
+  if (document.Exporter() != kExporter) return own;
+  const std::u16string stem = cor::FromUtf8(path.stem().string()).str();
+  for (const auto& [identifier, name] : document.Files()) {
+    if (IsOwnComponentName(name, stem)) own.push_back(path.parent_path() / cor::ToUtf8(name));
+  }
+  return own;
 }
 
 }  // namespace hv::vex::engine::atfx

@@ -22,21 +22,20 @@ struct ReadOptions {
   std::function<void(std::u16string)> warnLater;
 };
 
-struct ReadResult {
-  std::unique_ptr<MemoryStore> store;
-  /// Component files in the folder of the file that were written by this system for this file, and
-  /// may go when the file is written anew.
-  std::vector<std::filesystem::path> ownComponentFiles;
-};
-
 /// Throws kConnectFailed if the file can't be read, and kBadFile with "FILE:LINE: reason" if it
 /// isn't a sound ATFX file. A failure leaves nothing behind.
-ReadResult ReadAtfxFile(const std::filesystem::path& path, ReadOptions options);
+std::unique_ptr<MemoryStore> ReadAtfxFile(const std::filesystem::path& path, ReadOptions options);
 
 /// The same for a file whose bytes are in memory.
 /// \param sourceName  stands for the file in messages.
 /// \param folder      where relative names of component files start.
-ReadResult ReadAtfxBytes(std::span<const std::byte> bytes, std::string_view sourceName,
-                         const std::filesystem::path& folder, ReadOptions options);
+std::unique_ptr<MemoryStore> ReadAtfxBytes(std::span<const std::byte> bytes,
+                                           std::string_view sourceName,
+                                           const std::filesystem::path& folder,
+                                           ReadOptions options);
+
+/// Component files beside an ATFX file that this system wrote for it, and that may go when the file
+/// is written anew. Reads no further than the file section; a file that can't be read has none.
+std::vector<std::filesystem::path> OwnComponentFilesOf(const std::filesystem::path& path);
 
 }  // namespace hv::vex::engine::atfx

@@ -8,9 +8,8 @@ namespace hv::vex::engine::atfx {
 
 /// How this system names itself in the documentation of the files it writes.
 inline constexpr std::u16string_view kExporter = u"StoreFabric";
+inline constexpr std::u16string_view kExporterVersion = u"0.1.0";
 inline constexpr std::u16string_view kComponentExtension = u".btf";
-
-inline bool IsOwnExporter(std::u16string_view exporter) { return exporter == kExporter; }
 
 /// "<stem>_<number>.btf", without any folder.
 inline std::u16string OwnComponentName(std::u16string_view stem, unsigned number) {
