@@ -1,6 +1,7 @@
 // xml/SaxParser.cpp - a thin layer between the XML library's scanner and a handler.
 #include "xml/SaxParser.h"
 
+#include "xml/TrackedMemory.h"
 #include "xml/XmlSource.h"
 
 #include <storefabric/WString.h>
@@ -44,6 +45,11 @@ std::u16string_view AttributeName(std::u16string_view name) {
   return name.starts_with(u"xmlns:") ? name : WithoutPrefix(name);
 }
 
+/// A base, so that the memory is there before the parser and goes after it.
+struct OwnMemory {
+  TrackedMemory m_memory;
+};
+
 /// Ends a parse from inside an event; never leaves this file.
 struct StopRequest {};
 
@@ -60,7 +66,9 @@ XmlRuntime::XmlRuntime() { xercesc::XMLPlatformUtils::Initialize(); }
 XmlRuntime::~XmlRuntime() { xercesc::XMLPlatformUtils::Terminate(); }
 
 /// Overrides what the scanner calls directly, so that no event passes through a second interface.
-class SaxParser::Impl final : public xercesc::SAXParser, public xercesc::XMLEntityResolver {
+class SaxParser::Impl final : private OwnMemory,
+                              public xercesc::SAXParser,
+                              public xercesc::XMLEntityResolver {
  public:
   explicit Impl(const Limits& limits);
 
@@ -115,7 +123,8 @@ class SaxParser::Impl final : public xercesc::SAXParser, public xercesc::XMLEnti
   std::vector<AttributeView> m_attributes;  // kept for its memory
 };
 
-SaxParser::Impl::Impl(const Limits& limits) : m_limits(limits) {
+SaxParser::Impl::Impl(const Limits& limits)
+    : xercesc::SAXParser(nullptr, &m_memory), m_limits(limits) {
   m_security.setEntityExpansionLimit(limits.entityExpansions);
   useScanner(xercesc::XMLUni::fgDGXMLScanner);
   setSecurityManager(&m_security);
@@ -209,7 +218,8 @@ void SaxParser::Impl::Leave(std::u16string_view name) {
 }
 
 void SaxParser::Impl::docCharacters(const XMLCh* const text, const XMLSize_t length, const bool) {
-  if (length == 0) return;
+  // The scanner also reports the white space before and behind the root element.
+  if (length == 0 || m_depth == 0) return;
   m_handler->OnText({text, length});
   CheckStop();
 }

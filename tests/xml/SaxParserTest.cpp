@@ -83,6 +83,7 @@ TEST(SaxParser, GivesTheEventsOfGoodDocuments) {
        "<a x=\"1\" xmlns:z=\"u\" xmlns=\"n\"><b></b></a>"},
       {"CommentsAndInstructions", "<?xml version='1.0'?><!-- - --><a><?p q?>x<!--y-->z</a><!-- -->",
        "<a>xz</a>"},
+      {"WhiteSpaceAround", "<?xml version='1.0'?>\n <a> </a>\n ", "<a> </a>"},
       {"Utf8Mark", "\xEF\xBB\xBF<a>\xC3\xA4</a>", "<a>\xC3\xA4</a>"},
       {"Utf8WithoutDeclaration", "<a>\xF0\x9F\x9A\x97</a>", "<a>\xF0\x9F\x9A\x97</a>"},
       {"Latin1", "<?xml version='1.0' encoding='ISO-8859-1'?><a>\xE4</a>", "<a>\xC3\xA4</a>"},
@@ -133,6 +134,7 @@ TEST(SaxParser, RefusesBadDocumentsWithPlaceAndReason) {
       {"TooDeep", "<r>\n" + Nested(256) + "</r>", 2, "more than 256 elements"},
       {"BillionLaughs", laughs + "]><a>&e11;</a>", 1, "expansion"},
       {"BillionLaughsInAttribute", laughs + "]><a x='&e11;'/>", 1, "expansion"},
+      {"BrokenContentModel", "<!DOCTYPE a [<!ELEMENT a (#PCDATA %<]><a/>", 1, ""},
       {"SelfReference", "<!DOCTYPE a [<!ENTITY e '&f;'><!ENTITY f '&e;'>]><a>&e;</a>", 1, ""},
       {"LargeEntityManyTimes",
        "<!DOCTYPE a [<!ENTITY e '" + std::string(70000, 'x') + "'>]><a>" + Repeated("&e;", 900) +
