@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include <storefabric/Export.h>
 #include <storefabric/Ref.h>
 #include <storefabric/Result.h>
 #include <storefabric/WString.h>
@@ -57,7 +58,7 @@ struct Decimal {
 
 /// A value of one of the types above. Copies are deep for texts and arrays, counted for objects; a
 /// by-reference variant borrows its target, which must outlive it.
-class Variant {
+class HV_API Variant {
  public:
   Variant() noexcept = default;
   Variant(const Variant& other);
@@ -163,6 +164,6 @@ enum class VarOrder { Less = 0, Equal = 1, Greater = 2, Null = 3 };
 /// \return S_OK; E_POINTER if `order` is null; DISP_E_TYPEMISMATCH or DISP_E_BADVARTYPE for types
 /// that
 ///         can't be compared.
-Result CompareVariants(const Variant& a, const Variant& b, VarOrder* order);
+HV_API Result CompareVariants(const Variant& a, const Variant& b, VarOrder* order);
 
 }  // namespace hv

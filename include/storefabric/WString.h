@@ -8,13 +8,15 @@
 #include <string>
 #include <string_view>
 
+#include <storefabric/Export.h>
+
 namespace hv::cor {
 
 /// -1, 0 or 1, without regard to case: the root collation at the strength that tells letters and
 /// accents apart but not case, with a fast path of the same order for plain ASCII. Control
 /// characters other than white space don't count. A text with embedded zeros is compared unit by
 /// unit, so that a zero doesn't end it; then the shorter comes first.
-int CompareNoCase(std::u16string_view a, std::u16string_view b);
+HV_API int CompareNoCase(std::u16string_view a, std::u16string_view b);
 
 /// A wide string: UTF-16 code units between three pointers, always terminated by a zero unit, which
 /// isn't counted. A plain value; memory comes from malloc, so that a string filled in one module
@@ -23,7 +25,7 @@ int CompareNoCase(std::u16string_view a, std::u16string_view b);
 /// `==`, `!=` and the order operators ignore case (see `CompareNoCase`); `CompareExact`,
 /// `EqualsExact` and the functor `ExactLess` tell upper and lower case apart. A map keyed by
 /// strings names the one it uses.
-class WString {
+class HV_API WString {
  public:
   static constexpr std::size_t npos = static_cast<std::size_t>(-1);
 
@@ -156,8 +158,8 @@ struct ExactEqual {
 
 /// UTF-8 and back, for the edges (files, terminal, scripts). A surrogate without its partner, and
 /// each longest piece of a malformed sequence, becomes U+FFFD.
-[[nodiscard]] std::string ToUtf8(std::u16string_view text);
-[[nodiscard]] WString FromUtf8(std::string_view text);
+[[nodiscard]] HV_API std::string ToUtf8(std::u16string_view text);
+[[nodiscard]] HV_API WString FromUtf8(std::string_view text);
 
 }  // namespace hv::cor
 
