@@ -11,11 +11,9 @@
 
 #include "core/store/memory/InMemoryValues.h"
 #include "core/store/memory/MemoryStore.h"
+#include "core/store/memory/RowSet.h"
 
 namespace hv::vex::engine {
-
-/// Row of a record in the table of its entity.
-using Row = std::uint32_t;
 
 /// A link that couldn't be kept.
 struct DroppedLink {
@@ -38,6 +36,8 @@ struct DroppedLink {
 /// BeginRecord, sets values and links, and closes with EndRecord.
 class MemoryBuilder {
  public:
+  using DropCallback = std::function<void(const DroppedLink&)>;
+
   explicit MemoryBuilder(std::shared_ptr<const Model> model);
   MemoryBuilder(const MemoryBuilder&) = delete;
   MemoryBuilder& operator=(const MemoryBuilder&) = delete;
@@ -85,13 +85,22 @@ class MemoryBuilder {
   /// Resolves the links and gives the store; the builder is empty afterwards. Of links that
   /// contradict each other on a to-one side the first one stays. `onDropped` (may be null) is
   /// called for every link that couldn't be kept. Throws kInternal if a record is still open.
-  std::unique_ptr<MemoryStore> Finish(MemoryPersistence persistence,
-                                      const std::function<void(const DroppedLink&)>& onDropped);
+  std::unique_ptr<MemoryStore> Finish(MemoryPersistence persistence, const DropCallback& onDropped);
 
  private:
   struct Pending;
+  struct RelationPair;
+  struct Side {
+    std::uint32_t pair;  // index into m_pairs
+    bool isBackward;
+  };
+  [[nodiscard]] MemoryTable& Table(EntityId entity);
+  void ResolveLinks(RelationPair& pair, const DropCallback& onDropped);
+
   std::unique_ptr<MemoryStore> m_store;
-  std::vector<std::vector<Pending>> m_pending;  // one list per pair of inverse relations
+  std::vector<RelationPair> m_pairs;
+  std::vector<std::vector<Side>> m_sides;  // by entity and relation
+  std::vector<bool> m_isOpen;              // by entity
 };
 
 }  // namespace hv::vex::engine

@@ -54,6 +54,7 @@ class MemoryStore final : public RecordStore {
   [[nodiscard]] std::unique_ptr<MemoryStore> Clone(MemoryPersistence persistence) const;
   /// Adds a line to `Warnings()`, also from a const store: values outside are read late.
   void AddWarning(std::u16string text) const;
+  /// The records of an application entity; throws kUnknownName for any other.
   [[nodiscard]] const MemoryTable& Table(EntityId entity) const;
 
   // RecordStore

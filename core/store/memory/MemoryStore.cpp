@@ -1,0 +1,332 @@
+// core/store/memory/MemoryStore.cpp - changing records, saving and taking over contents.
+#include "core/store/memory/MemoryStore.h"
+
+#include <algorithm>
+
+#include "core/store/memory/Failure.h"
+#include "core/store/memory/MemoryStoreAccess.h"
+#include "core/store/memory/MemoryTable.h"
+#include "core/store/memory/RelationPairs.h"
+#include "store/core/Exception.h"
+
+namespace hv::vex::engine {
+namespace {
+
+constexpr std::int16_t kValidFlag = 15;
+
+/// The two directions of a relation between two tables.
+struct Link2 {
+  LinkColumn& forward;
+  LinkColumn* backward;  // null: the relation has one direction only
+  bool IsSymmetric() const { return backward == &forward; }
+
+  void Add(Row from, Row to) const {
+    forward.Add(from, to);
+    if (backward != nullptr && !(IsSymmetric() && from == to)) backward->Add(to, from);
+  }
+  void Remove(Row from, Row to) const {
+    forward.Remove(from, to);
+    if (backward != nullptr) backward->Remove(to, from);
+  }
+  bool Has(Row from, Row to) const {
+    // The to-one side, or else the shorter list, is looked at.
+    const bool useBackward =
+        backward != nullptr && backward->Of(to).size() < forward.Of(from).size();
+    return useBackward ? backward->Has(to, from) : forward.Has(from, to);
+  }
+  /// Lets go of the partners that a to-one side can't keep beside a new one.
+  void MakeRoom(Row from, Row to) const {
+    if (!forward.IsToMany() && !forward.Of(from).empty()) Remove(from, forward.Of(from).front());
+    if (backward != nullptr && !backward->IsToMany() && !backward->Of(to).empty()) {
+      Remove(backward->Of(to).front(), to);
+    }
+  }
+};
+
+/// True if records of one model can be read with the other: same names, types and directions in the
+/// same order.
+bool HasSameShape(const Model& a, const Model& b) {
+  const auto sameAttribute = [](const Attribute& x, const Attribute& y) {
+    return x.name == y.name && x.baseName == y.baseName && x.type == y.type &&
+           x.sequence == y.sequence && x.obligatory == y.obligatory && x.unique == y.unique &&
+           x.autogenerate == y.autogenerate && x.length == y.length &&
+           x.enumeration == y.enumeration && x.unit == y.unit;
+  };
+  const auto sameRelation = [](const Relation& x, const Relation& y) {
+    return x.name == y.name && x.baseName == y.baseName && x.target == y.target &&
+           x.minOccurs == y.minOccurs && x.maxOccurs == y.maxOccurs && x.inverse == y.inverse &&
+           x.inverseName == y.inverseName && x.relationship == y.relationship;
+  };
+  const auto sameEntity = [&](const Entity& x, const Entity& y) {
+    return x.name == y.name && x.isBase == y.isBase && x.super == y.super &&
+           std::equal(x.attributes.begin(), x.attributes.end(), y.attributes.begin(),
+                      y.attributes.end(), sameAttribute) &&
+           std::equal(x.relations.begin(), x.relations.end(), y.relations.begin(),
+                      y.relations.end(), sameRelation);
+  };
+  const auto sameEnumeration = [](const Enumeration& x, const Enumeration& y) {
+    return x.name == y.name && std::equal(x.items.begin(), x.items.end(), y.items.begin(),
+                                          y.items.end(), [](const EnumItem& i, const EnumItem& j) {
+                                            return i.name == j.name && i.value == j.value;
+                                          });
+  };
+  return a.BaseModelVersion() == b.BaseModelVersion() &&
+         std::equal(a.Entities().begin(), a.Entities().end(), b.Entities().begin(),
+                    b.Entities().end(), sameEntity) &&
+         std::equal(a.Enumerations().begin(), a.Enumerations().end(), b.Enumerations().begin(),
+                    b.Enumerations().end(), sameEnumeration);
+}
+
+std::vector<std::unique_ptr<MemoryTable>> MakeTables(const Model& model) {
+  std::vector<std::unique_ptr<MemoryTable>> tables(model.Entities().size());
+  for (const Entity& entity : model.Entities()) {
+    if (!entity.isBase) tables[entity.id] = std::make_unique<MemoryTable>(entity);
+  }
+  return tables;
+}
+
+/// Values or flags after adding to those there are.
+std::shared_ptr<const InMemoryValues> Extended(const LongValues& old, const Value& added) {
+  const std::unique_ptr<ValueSource> source = old.Open();
+  if (source == nullptr || source->Count() == 0) return InMemoryValues::FromValue(added);
+  const std::shared_ptr<InMemoryValues> values = InMemoryValues::FromSource(*source);
+  values->Append(added);
+  return values;
+}
+
+std::uint64_t CountOfValues(const LongValues& values) {
+  const std::unique_ptr<ValueSource> source = values.Open();
+  return source == nullptr ? 0 : source->Count();
+}
+
+}  // namespace
+
+MemoryStore::MemoryStore(std::shared_ptr<const Model> model, MemoryPersistence persistence)
+    : m_model(std::move(model)),
+      m_persistence(std::move(persistence)),
+      m_tables(MakeTables(*m_model)) {}
+
+MemoryStore::~MemoryStore() = default;
+
+std::unique_ptr<MemoryStore> MemoryStore::Clone(MemoryPersistence persistence) const {
+  auto clone = std::make_unique<MemoryStore>(m_model, std::move(persistence));
+  for (std::size_t i = 0; i < m_tables.size(); ++i) {
+    if (m_tables[i] != nullptr) *clone->m_tables[i] = *m_tables[i];
+  }
+  clone->m_warnings = m_warnings;
+  clone->m_contextValues = m_contextValues;
+  return clone;
+}
+
+void MemoryStore::AddWarning(std::u16string text) const { m_warnings.push_back(std::move(text)); }
+
+MemoryTable& MemoryStore::Writable(EntityId entity) {
+  if (!m_persistence.save) Fail(errc::kWriteProtected, {u"the store can't be changed"});
+  return const_cast<MemoryTable&>(Table(entity));
+}
+
+RecordId MemoryStore::Create(EntityId entity, RecordId id) {
+  MemoryTable& table = Writable(entity);
+  if (id == 0) id = table.NewId();
+  if (table.Append(id) == kNoRow) {
+    Fail(errc::kNotUnique, {m_model->At(entity).name, u":", DecimalText(id), u" exists already"});
+  }
+  m_isModified = true;
+  return id;
+}
+
+void MemoryStore::Write(RecordRef record, std::int32_t attribute, const Value& value) {
+  MemoryTable& table = Writable(record.entity);
+  const Row row = RowOf(*this, record);
+  const Attribute& declared = AttributeOf(*m_model, record.entity, attribute);
+  if (attribute == table.IdAttribute()) {
+    if (value == Value::Integer(declared.type, record.id)) return;
+    FailAt(*this, record, errc::kInvalidArgument, {u"the id of a record can't be changed"});
+  }
+  const LongAttribute which = LongAttributeOf(*m_model, record.entity, attribute);
+  if (which != LongAttribute::None) {
+    std::shared_ptr<const InMemoryValues> values;
+    if (value.IsSet()) values = InMemoryValues::FromValue(value);
+    if (which == LongAttribute::Flags && values != nullptr && values->Type() != OdsType::Short) {
+      FailAt(*this, record, errc::kWrongType,
+             {u"flags are of type ", NameOfType(OdsType::Short, true)});
+    }
+    LocalColumn& column = table.MakeLocalColumn(row);
+    (which == LongAttribute::Values ? column.values : column.flags) = {std::move(values), nullptr};
+  } else if (!table.At(attribute).SetValue(row, value)) {
+    FailAt(*this, record, errc::kWrongType,
+           {u"the value doesn't fit attribute ", declared.name, u" of type ",
+            NameOfType(declared.type, declared.sequence)});
+  }
+  m_isModified = true;
+}
+
+namespace {
+
+/// What Connect and Disconnect need of both records.
+struct Ends {
+  Row from;
+  Row to;
+  MemoryTable& target;
+  std::int32_t inverse;
+};
+
+/// Checks both records of a link and finds their rows.
+Ends FindEnds(MemoryStore& store, RecordRef record, std::int32_t relation, RecordRef target) {
+  const Model& model = *store.GetModel();
+  const Row from = RowOf(store, record);
+  const Relation& declared = RelationOf(model, record.entity, relation);
+  if (target.entity != declared.target) {
+    FailAt(store, record, errc::kWrongType,
+           {u"relation ", declared.name, u" leads to ", model.At(declared.target).name});
+  }
+  const Row to = RowOf(store, target);
+  return {from, to, const_cast<MemoryTable&>(store.Table(target.entity)),
+          InverseOf(model, record.entity, relation)};
+}
+
+}  // namespace
+
+void MemoryStore::Connect(RecordRef record, std::int32_t relation, RecordRef target) {
+  MemoryTable& table = Writable(record.entity);
+  const Ends ends = FindEnds(*this, record, relation, target);
+  const Link2 links{table.Links(relation),
+                    ends.inverse == kNone ? nullptr : &ends.target.Links(ends.inverse)};
+  if (links.Has(ends.from, ends.to)) return;
+  links.MakeRoom(ends.from, ends.to);
+  if (links.IsSymmetric()) links.MakeRoom(ends.to, ends.from);
+  links.Add(ends.from, ends.to);
+  m_isModified = true;
+}
+
+void MemoryStore::Disconnect(RecordRef record, std::int32_t relation, RecordRef target) {
+  MemoryTable& table = Writable(record.entity);
+  const Ends ends = FindEnds(*this, record, relation, target);
+  const Link2 links{table.Links(relation),
+                    ends.inverse == kNone ? nullptr : &ends.target.Links(ends.inverse)};
+  if (!links.Has(ends.from, ends.to)) return;
+  links.Remove(ends.from, ends.to);
+  m_isModified = true;
+}
+
+void MemoryStore::Delete(RecordRef record) {
+  MemoryTable& table = Writable(record.entity);
+  const Row row = RowOf(*this, record);
+  const Entity& entity = m_model->At(record.entity);
+  for (std::int32_t r = 0; r < static_cast<std::int32_t>(entity.relations.size()); ++r) {
+    const std::int32_t inverse = InverseOf(*m_model, record.entity, r);
+    if (inverse == kNone) continue;
+    LinkColumn& backward =
+        m_tables[entity.relations[static_cast<std::size_t>(r)].target]->Links(inverse);
+    const std::span<const Row> targets = table.Links(r).Of(row);
+    for (const Row target : std::vector<Row>(targets.begin(), targets.end())) {
+      backward.Remove(target, row);
+    }
+  }
+  // Relations of one direction only must be searched for the record.
+  for (const Entity& other : m_model->Entities()) {
+    for (std::int32_t r = 0; r < static_cast<std::int32_t>(other.relations.size()); ++r) {
+      const bool isOneWay = !other.isBase &&
+                            RelationAt(*m_model, other.id, r).target == record.entity &&
+                            InverseOf(*m_model, other.id, r) == kNone;
+      if (!isOneWay) continue;
+      MemoryTable& from = *m_tables[other.id];
+      from.Alive().ForEach([&](Row source) { from.Links(r).Remove(source, row); });
+    }
+  }
+  table.Remove(row);
+  m_isModified = true;
+}
+
+void MemoryStore::SetInstanceAttribute(RecordRef record, const InstanceAttribute& attribute) {
+  MemoryTable& table = Writable(record.entity);
+  const Row row = RowOf(*this, record);
+  if (attribute.name.empty()) {
+    FailAt(*this, record, errc::kInvalidArgument, {u"an instance attribute needs a name"});
+  }
+  if (!table.InstanceValues().Set(row, attribute)) {
+    FailAt(*this, record, errc::kWrongType,
+           {u"instance attribute ", attribute.name, u" can't have this value"});
+  }
+  m_isModified = true;
+}
+
+bool MemoryStore::RemoveInstanceAttribute(RecordRef record, std::u16string_view name) {
+  MemoryTable& table = Writable(record.entity);
+  if (!table.InstanceValues().Remove(RowOf(*this, record), name)) return false;
+  m_isModified = true;
+  return true;
+}
+
+void MemoryStore::WriteValues(RecordRef localColumn, const Value& values,
+                              std::span<const std::int16_t> flags, bool append) {
+  MemoryTable& table = Writable(localColumn.entity);
+  const Row row = RowOf(*this, localColumn);
+  if (m_model->BaseNameOf(localColumn.entity) != u"aolocalcolumn") {
+    FailAt(*this, localColumn, errc::kNotSupported, {u"only local columns have values"});
+  }
+  if (!flags.empty() && flags.size() != values.Count()) {
+    FailAt(*this, localColumn, errc::kInvalidArgument, {u"there must be one flag for each value"});
+  }
+  if (append && !values.IsSet()) return;
+  LocalColumn& column = table.MakeLocalColumn(row);
+  LocalColumn changed;
+  if (!append) {
+    if (values.IsSet()) changed.values.inMemory = InMemoryValues::FromValue(values);
+    if (!flags.empty()) changed.flags.inMemory = InMemoryValues::FromFlags(flags);
+  } else {
+    changed.values.inMemory = Extended(column.values, values);
+    // Once some values have flags, all have; those written without one are valid.
+    if (!flags.empty() || column.flags.IsSet()) {
+      Value added{OdsType::Short, true, Value::Integers(flags.begin(), flags.end())};
+      auto& all = std::get<Value::Integers>(added.data);
+      all.resize(values.Count(), kValidFlag);
+      if (!column.flags.IsSet()) {
+        all.insert(all.begin(), static_cast<std::size_t>(CountOfValues(column.values)), kValidFlag);
+      }
+      changed.flags.inMemory = Extended(column.flags, added);
+    }
+  }
+  column = std::move(changed);
+  m_isModified = true;
+}
+
+void MemoryStore::Save(std::u16string_view mode) {
+  if (!m_persistence.save) Fail(errc::kWriteProtected, {u"the store can't be saved"});
+  const bool mustReload = m_persistence.save(*this, mode);
+  m_isModified = false;
+  if (!mustReload || !m_persistence.reload) return;
+  if (const std::unique_ptr<MemoryStore> contents = m_persistence.reload(false)) {
+    TakeOver(*contents);
+  }
+}
+
+void MemoryStore::Discard() {
+  if (!m_isModified) return;
+  if (!m_persistence.reload) {
+    Fail(errc::kNotSupported, {u"the store can't go back to what was saved"});
+  }
+  const std::unique_ptr<MemoryStore> contents = m_persistence.reload(false);
+  if (contents == nullptr) Fail(errc::kInternal, {u"the saved contents can't be read again"});
+  TakeOver(*contents);
+}
+
+void MemoryStore::Refresh() {
+  if (m_isModified || !m_persistence.reload) return;
+  if (const std::unique_ptr<MemoryStore> contents = m_persistence.reload(true)) {
+    TakeOver(*contents);
+  }
+}
+
+void MemoryStore::TakeOver(MemoryStore& other) {
+  if (!HasSameShape(*m_model, *other.m_model)) {
+    m_model = other.m_model;
+    ++m_modelStamp;
+  }
+  m_tables.swap(other.m_tables);
+  m_warnings.swap(other.m_warnings);
+  m_contextValues.swap(other.m_contextValues);
+  m_isModified = false;
+}
+
+}  // namespace hv::vex::engine
