@@ -45,8 +45,8 @@ struct ErrorInfo {
   WString text;
   /// 0 for a text with arguments, -1 for a text taken from the string table as it stands.
   std::int32_t helpContext = 0;
-  /// With DISP_E_TYPEMISMATCH, DISP_E_OVERFLOW, DISP_E_BADVARTYPE, DISP_E_PARAMNOTFOUND: which
-  /// argument of the call was refused, from 0; -1 otherwise.
+  /// With DISP_E_TYPEMISMATCH, DISP_E_OVERFLOW, DISP_E_BADVARTYPE, E_INVALIDARG or
+  /// DISP_E_PARAMNOTFOUND: which argument of the call was refused, from 0; -1 otherwise.
   std::int32_t argument = -1;
   /// The result code of the member itself, also where it raises no error.
   Result code = S_OK;
@@ -73,19 +73,20 @@ class IDispatch : public IUnknown {
 
   /// Calls a member.
   /// \param kinds   the ways of calling that suit the caller
-  /// \param args    the arguments in their order. A put has the indexes first and the new value
-  /// last.
-  ///                Borrowed for the call. A missing argument may stand for an optional one.
-  /// \param result  receives what the member gives; null if unwanted. Empty after a failure, and
-  /// after
-  ///                a call whose failure raises nothing the null or zero value of its type.
+  /// \param args    the arguments in their order; a put has the indexes first, the new value
+  ///                last. Borrowed for the call. A missing argument may stand for an optional one.
+  /// \param result  receives what the member gives; null if unwanted. Empty after a failure. A
+  ///                member's failure that raises no error gives S_OK and the null or zero value of
+  ///                the result's type; `error->code` still tells the code.
   /// \param error   receives the details of a failure; null if unwanted.
   /// \return S_OK or the member's remark; DISP_E_MEMBERNOTFOUND for an unknown id or a way of
-  /// calling
-  ///         that the member doesn't have; DISP_E_BADPARAMCOUNT; DISP_E_TYPEMISMATCH,
-  ///         DISP_E_OVERFLOW, DISP_E_BADVARTYPE or DISP_E_PARAMNOTFOUND with `error->argument` for
-  ///         an argument that can't be converted; DISP_E_EXCEPTION with number and text if the
-  ///         member failed.
+  ///         calling that the member doesn't have; DISP_E_BADPARAMCOUNT; DISP_E_TYPEMISMATCH,
+  ///         DISP_E_OVERFLOW, DISP_E_BADVARTYPE, E_INVALIDARG or DISP_E_PARAMNOTFOUND with
+  ///         `error->argument` for an argument that can't be converted; DISP_E_EXCEPTION with
+  ///         number and text if the member failed.
+  ///
+  /// A property without arguments that gives an object takes arguments on behalf of that object's
+  /// default member: `x.Properties("Id")` is `x.Properties.Item("Id")`.
   virtual Result Invoke(std::int32_t id, CallKind kinds, std::span<const Variant> args,
                         Variant* result, ErrorInfo* error) = 0;
 
