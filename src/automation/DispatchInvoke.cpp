@@ -1,5 +1,6 @@
 // automation/DispatchInvoke.cpp - calling by name, written once for all wrappers.
 #include <algorithm>
+#include <iterator>
 #include <utility>
 #include <vector>
 
@@ -80,6 +81,25 @@ std::int32_t NumberOfArgument(std::span<const Variant> args, std::size_t index) 
   return static_cast<std::int32_t>(number.AsInt64());
 }
 
+std::u16string_view TypeNameOfArgument(std::span<const Variant> args, std::size_t index) {
+  struct TypeName {
+    std::uint16_t type;
+    std::u16string_view name;
+  };
+  static constexpr TypeName kNames[] = {
+      {VT_EMPTY, u"Empty"},     {VT_NULL, u"Null"},       {VT_I2, u"Integer"},
+      {VT_I4, u"Long"},         {VT_R4, u"Single"},       {VT_R8, u"Double"},
+      {VT_CY, u"Currency"},     {VT_DATE, u"Date"},       {VT_BSTR, u"String"},
+      {VT_DISPATCH, u"Object"}, {VT_ERROR, u"Error"},     {VT_BOOL, u"Boolean"},
+      {VT_UNKNOWN, u"Object"},  {VT_DECIMAL, u"Decimal"}, {VT_UI1, u"Byte"},
+      {VT_I8, u"LongLong"},
+  };
+  if (index >= args.size()) return u"Empty";
+  const std::uint16_t type = args[index].Dereferenced().Type();
+  const auto at = std::ranges::find(kNames, type, &TypeName::type);
+  return at == std::end(kNames) ? u"Variant" : at->name;
+}
+
 /// What a call is made of, for the code that words its failure.
 struct CallContext {
   const DispatchMap& map;
@@ -95,6 +115,8 @@ MessageArg ValueOf(const ErrorArg& arg, const CallContext& call) {
       return MessageArg(TextOfArgument(call.args, arg.index));
     case ErrorArg::Source::CallNumber:
       return MessageArg(NumberOfArgument(call.args, arg.index));
+    case ErrorArg::Source::CallTypeName:
+      return MessageArg(TypeNameOfArgument(call.args, arg.index));
     case ErrorArg::Source::ObjectText:
       if (!call.map.objectText) break;
       return MessageArg(call.map.objectText(call.self, static_cast<ObjectTextId>(arg.index)));

@@ -17,10 +17,11 @@ namespace hv::automation {
 struct ErrorArg {
   enum class Source : std::uint8_t {
     None,
-    Literal,     ///< `text`
-    CallText,    ///< argument `index` of the call, converted to text
-    CallNumber,  ///< argument `index` of the call, converted to a 32-bit integer
-    ObjectText,  ///< a text that the wrapper supplies, numbered by `index`
+    Literal,       ///< `text`
+    CallText,      ///< argument `index` of the call, converted to text
+    CallNumber,    ///< argument `index` of the call, converted to a 32-bit integer
+    CallTypeName,  ///< the script's word for the type of argument `index` of the call
+    ObjectText,    ///< a text that the wrapper supplies, numbered by `index`
   };
   Source source = Source::None;
   std::uint8_t index = 0;
@@ -36,6 +37,9 @@ constexpr ErrorArg Literal(std::u16string_view text) {
 constexpr ErrorArg CallText(std::uint8_t index) { return {ErrorArg::Source::CallText, index, {}}; }
 constexpr ErrorArg CallNumber(std::uint8_t index) {
   return {ErrorArg::Source::CallNumber, index, {}};
+}
+constexpr ErrorArg CallTypeName(std::uint8_t index) {
+  return {ErrorArg::Source::CallTypeName, index, {}};
 }
 constexpr ErrorArg ObjectText(ObjectTextId id) {
   return {ErrorArg::Source::ObjectText, static_cast<std::uint8_t>(id), {}};
@@ -119,6 +123,10 @@ template <class... Rows>
 constexpr MemberErrorTable<sizeof...(Rows)> ErrorsOfChange(std::u16string_view method,
                                                            Rows... rows) {
   return {method, Standard::All, NotImpl::NotLoaded, {rows...}};
+}
+/// The four named standard rows, with message 254 for E_NOTIMPL; other codes raise nothing.
+constexpr MemberErrorTable<0> ErrorsOfLoaded(std::u16string_view method) {
+  return {method, Standard::Named, NotImpl::NotLoaded, {}};
 }
 /// Only the rows given: other codes raise nothing.
 template <class... Rows>
