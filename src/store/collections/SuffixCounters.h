@@ -6,7 +6,6 @@
 #include <concepts>
 #include <cstdint>
 #include <map>
-#include <string>
 #include <string_view>
 
 #include <storefabric/WString.h>
