@@ -111,7 +111,7 @@ void WString::Assign(std::u16string_view text) {
     clear();
     return;
   }
-  if (text.size() > capacity()) {
+  if (!m_begin || text.size() > capacity()) {
     Block block(text.size());
     CopyUnits(block.Begin(), text.data(), text.size());
     const std::size_t newCapacity = block.Capacity();

@@ -65,9 +65,9 @@ class XmlError final : public cor::exception::Exception {
 
 /// What a source may ask for at most; beyond it the parse ends with an `XmlError`.
 struct Limits {
-  std::size_t depth = 256;                  ///< elements inside each other
-  std::size_t entityExpansions = 1000;      ///< references to entities of the document's own
-  std::size_t entityTextUnits = 64 * 1024;  ///< text of all entity declarations together
+  std::size_t depth = 256;              ///< elements inside each other
+  std::size_t entityExpansions = 1000;  ///< references to entities of the document's own
+  std::size_t entityTextUnits = std::size_t{1} << 16;  ///< text of all entity declarations together
 };
 
 /// Keeps the XML library started while it lives. Counted by the library itself: any number may live

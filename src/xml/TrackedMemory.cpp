@@ -11,7 +11,11 @@
 namespace hv::xml {
 
 TrackedMemory::~TrackedMemory() {
-  while (m_all.next != &m_all) deallocate(m_all.next + 1);
+  for (Header* header = m_all.next; header != &m_all;) {
+    Header* const next = header->next;
+    std::free(header);
+    header = next;
+  }
 }
 
 // An exception may outlive the parser that raised it.

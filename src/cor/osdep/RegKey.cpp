@@ -20,7 +20,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr const char* kSourceFile = "cor/osdep/regkey";
-constexpr std::uintmax_t kLargestFile = 16 * 1024 * 1024;
+constexpr std::size_t kLargestFile = std::size_t{16} << 20;
 
 std::string_view Environment(const char* name) {
   const char* const value = std::getenv(name);
@@ -46,7 +46,7 @@ fs::path MachineFile() {
     const fs::path directory = list.substr(0, end);
     list.remove_prefix(end == list.npos ? list.size() : end + 1);
     if (!directory.is_absolute()) continue;
-    const fs::path file = directory / "storefabric" / "machine.reg";
+    fs::path file = directory / "storefabric" / "machine.reg";
     std::error_code ignored;
     if (fs::exists(file, ignored)) return file;
     if (first.empty()) first = file;
