@@ -1,0 +1,68 @@
+// elements/PropertyInt.h - properties and lists of them as hosts see them.
+#pragma once
+
+#include <cstdint>
+#include <utility>
+
+#include <storefabric/IVEXElement.h>
+#include <storefabric/Ref.h>
+
+#include "automation/DispatchImpl.h"
+#include "elements/IPropertyImpl.h"
+#include "elements/LogicOf.h"
+#include "elements/WrapObject.h"
+
+namespace hv::vex::easyImpl {
+
+/// A value or a list of values under a name.
+class CPropertyInt final : public automation::DispatchImpl<CPropertyInt, IProperty> {
+ public:
+  explicit CPropertyInt(Ref<IPropertyImpl> logic) : m_logic(std::move(logic)) {}
+  static const automation::DispatchMap& Map();
+
+  // IProperty
+  Result get_Name(WString* name) override;
+  Result get_Default(std::int32_t* isDefault) override;
+  Result get_Value(Variant* value) override;
+  Result put_Value(const Variant& value) override;
+  Result get_DisplayName(WString* name) override;
+  Result get_Values(std::int32_t index, Variant* value) override;
+  Result put_Values(std::int32_t index, const Variant& value) override;
+  Result get_Size(std::int32_t* size) override;
+  Result get_DataType(enumDataType* dataType) override;
+  Result get_Hidden(std::int32_t* isHidden) override;
+
+  /// The property's name, for messages.
+  WString TextForMessage(automation::ObjectTextId id) const;
+
+ private:
+  ~CPropertyInt() override = default;
+
+  Ref<IPropertyImpl> m_logic;
+};
+
+/// The properties of an element.
+class CPropertiesInt final
+    : public automation::tReadCollectionInt<
+          CPropertiesInt, tReadTraits<IPropertyCollectionImpl, IProperty, CPropertyInt>,
+          IProperties, ILogicOf<IPropertyCollectionImpl>> {
+ public:
+  explicit CPropertiesInt(Ref<IPropertyCollectionImpl> logic)
+      : tReadCollectionInt(std::move(logic)) {}
+  static const automation::DispatchMap& Map();
+
+  // IProperties
+  Result Add(const WString& name, const Variant& value, IProperty** property) override;
+  Result Remove(const Variant& nameOrIndex) override;
+  Result RemoveAll() override;
+  Result Exists(const WString& name, std::int32_t* exists) override;
+  /// E_POINTER for null; E_INVALIDARG for an object that isn't of this library.
+  Result AddProperties(IProperties* properties, const WString& prefix) override;
+  // ILogicOf
+  IPropertyCollectionImpl& GetLogic() override { return Logic(); }
+
+ private:
+  ~CPropertiesInt() override = default;
+};
+
+}  // namespace hv::vex::easyImpl
