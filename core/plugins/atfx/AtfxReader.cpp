@@ -108,7 +108,8 @@ std::vector<std::filesystem::path> OwnComponentFilesOf(const std::filesystem::pa
   if (document.Exporter() != kExporter) return own;
   const std::u16string stem = cor::FromUtf8(path.stem().string()).str();
   for (const auto& [identifier, name] : document.Files()) {
-    if (IsOwnComponentName(name, stem)) own.push_back(path.parent_path() / cor::ToUtf8(name));
+    if (NumberOfOwnComponent(name, stem) != 0)
+      own.push_back(path.parent_path() / cor::ToUtf8(name));
   }
   return own;
 }

@@ -100,7 +100,7 @@ std::vector<std::filesystem::path> WriteAtfx(const RecordStore& source,
                                              const WriteOptions& options) {
   const std::filesystem::path real = ResolveTarget(target);
   const std::vector<std::filesystem::path> replaced = OwnComponentFilesOf(real);
-  ComponentWriter components(real, options.largestComponentFile);
+  ComponentWriter components(real, options.largestComponentFile, replaced);
   FileOutput file = FileOutput::Beside(real);
   ColumnPlan plan;
   plan.Make(source, options.mostInlineValues, components);

@@ -41,6 +41,16 @@ void ForEachBatch(std::uint64_t count, Use use) {
 
 }  // namespace
 
+ComponentWriter::ComponentWriter(std::filesystem::path target, std::uint64_t largestFile,
+                                 const std::vector<std::filesystem::path>& replaced)
+    : m_target(std::move(target)), m_largestFile(largestFile) {
+  const std::u16string stem = cor::FromUtf8(m_target.stem().string()).str();
+  for (const std::filesystem::path& old : replaced) {
+    m_number = std::max(m_number,
+                        NumberOfOwnComponent(cor::FromUtf8(old.filename().string()).view(), stem));
+  }
+}
+
 bool ComponentWriter::CanWrite(OdsType type, OdsType wanted) {
   const std::optional<std::u16string_view> name = TypespecForWriting(type);
   return name && TypeOfStorage(*FindTypespec(*name), wanted, 0) == type;

@@ -17,9 +17,11 @@ namespace hv::vex::engine::atfx {
 /// file that has grown large is followed by another. All of them vanish unless they are kept.
 class ComponentWriter final {
  public:
-  /// \param target  the ATFX file that the components belong to.
-  ComponentWriter(std::filesystem::path target, std::uint64_t largestFile)
-      : m_target(std::move(target)), m_largestFile(largestFile) {}
+  /// \param target    the ATFX file that the components belong to.
+  /// \param replaced  component files that go when the target is replaced. Their names aren't used
+  ///                  again: who opened the target before may still have to look into them.
+  ComponentWriter(std::filesystem::path target, std::uint64_t largestFile,
+                  const std::vector<std::filesystem::path>& replaced);
   ComponentWriter(const ComponentWriter&) = delete;
   ComponentWriter& operator=(const ComponentWriter&) = delete;
 

@@ -19,16 +19,20 @@ inline std::u16string OwnComponentName(std::u16string_view stem, unsigned number
   return name;
 }
 
-inline bool IsOwnComponentName(std::u16string_view name, std::u16string_view stem) {
-  if (!name.starts_with(stem) || !name.ends_with(kComponentExtension)) return false;
-  if (name.size() <= stem.size() + 1 + kComponentExtension.size()) return false;
+/// The number in such a name; 0 for any other name.
+inline unsigned NumberOfOwnComponent(std::u16string_view name, std::u16string_view stem) {
+  constexpr std::size_t kMostDigits = 9;
+  if (!name.starts_with(stem) || !name.ends_with(kComponentExtension)) return 0;
+  if (name.size() <= stem.size() + 1 + kComponentExtension.size()) return 0;
   name.remove_prefix(stem.size());
   name.remove_suffix(kComponentExtension.size());
-  if (name[0] != u'_') return false;
+  if (name[0] != u'_' || name.size() > 1 + kMostDigits) return 0;
+  unsigned number = 0;
   for (const char16_t c : name.substr(1)) {
-    if (c < u'0' || c > u'9') return false;
+    if (c < u'0' || c > u'9') return 0;
+    number = number * 10 + (c - u'0');
   }
-  return true;
+  return number;
 }
 
 }  // namespace hv::vex::engine::atfx
