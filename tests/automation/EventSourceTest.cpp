@@ -1,0 +1,153 @@
+// automation/EventSourceTest.cpp - listeners that change the list of listeners.
+#include "automation/EventSource.h"
+
+#include <functional>
+#include <string>
+
+#include "ToyObjects.h"
+
+namespace hv::automation::toys {
+namespace {
+
+constexpr EventRow kEvents[] = {{u"SelectionChanged", 6, 0}, {u"Drag", 7, 3}};
+
+/// An object with an event source, as a control has one.
+class Control final : public cor::Counted<IEventSource> {
+ public:
+  Result Advise(IEventSink* sink, std::uint32_t* cookie) override {
+    return m_events.Advise(sink, cookie);
+  }
+  Result Unadvise(std::uint32_t cookie) override { return m_events.Unadvise(cookie); }
+  std::uint32_t GetEventCount() override { return m_events.GetEventCount(); }
+  Result GetEvent(std::uint32_t index, MemberInfo* info) override {
+    return m_events.GetEvent(index, info);
+  }
+
+  void Fire(std::int32_t id, std::vector<Variant> args = {}, Variant* result = nullptr) {
+    m_events.Fire(*this, id, args, result);
+  }
+  [[nodiscard]] bool HasSinks() const { return m_events.HasSinks(); }
+
+ private:
+  ~Control() override = default;
+  EventSource m_events{kEvents};
+};
+
+/// Writes down what it hears, then does what the test told it.
+class Sink final : public cor::Counted<IEventSink> {
+ public:
+  Sink(std::string name, std::string& log) : m_name(std::move(name)), m_log(log) {}
+
+  Result OnEvent(std::int32_t id, std::u16string_view name, std::span<const Variant> args,
+                 Variant* result) override {
+    m_log += m_name + std::to_string(id) + ":" + cor::ToUtf8(name) + " ";
+    if (m_action) std::exchange(m_action, nullptr)(args, result);
+    return E_FAIL;  // nobody may care
+  }
+  std::function<void(std::span<const Variant>, Variant*)> m_action;
+
+ private:
+  ~Sink() override = default;
+  std::string m_name;
+  std::string& m_log;
+};
+
+class Events : public NoLeaks {
+ protected:
+  Ref<Sink> Join(const char* name, std::uint32_t& cookie) {
+    auto sink = MakeRef<Sink>(name, m_log);
+    EXPECT_EQ(S_OK, m_control->Advise(sink.Get(), &cookie));
+    return sink;
+  }
+  void TearDown() override {
+    m_control.Reset();
+    NoLeaks::TearDown();
+  }
+  void SetUp() override {
+    NoLeaks::SetUp();
+    m_control = MakeRef<Control>();
+  }
+
+  std::string m_log;
+  Ref<Control> m_control;
+  std::uint32_t m_a = 0, m_b = 0, m_c = 0;
+};
+
+TEST_F(Events, ReachEverySinkInOrder) {
+  Join("a", m_a);
+  Join("b", m_b);
+  EXPECT_NE(0U, m_a);
+  EXPECT_NE(m_a, m_b);
+  m_control->Fire(6);
+  m_control->Fire(99);
+  EXPECT_EQ("a6:SelectionChanged b6:SelectionChanged a99: b99: ", m_log);
+  EXPECT_EQ(S_OK, m_control->Unadvise(m_a));
+  EXPECT_EQ(E_INVALIDARG, m_control->Unadvise(m_a));
+  EXPECT_EQ(E_INVALIDARG, m_control->Unadvise(0));
+  EXPECT_EQ(E_POINTER, m_control->Advise(nullptr, &m_a));
+  EXPECT_TRUE(m_control->HasSinks());
+}
+
+TEST_F(Events, ASinkMayLeaveOrRemoveOthersWhileItIsCalled) {
+  const auto a = Join("a", m_a);
+  Join("b", m_b);
+  Join("c", m_c);
+  a->m_action = [this](auto, Variant*) {
+    EXPECT_EQ(S_OK, m_control->Unadvise(m_a));
+    EXPECT_EQ(E_INVALIDARG, m_control->Unadvise(m_a));
+    EXPECT_EQ(S_OK, m_control->Unadvise(m_b));
+  };
+  m_control->Fire(6);
+  EXPECT_EQ("a6:SelectionChanged c6:SelectionChanged ", m_log);
+  m_log.clear();
+  m_control->Fire(7);
+  EXPECT_EQ("c7:Drag ", m_log);
+}
+
+TEST_F(Events, ASinkThatJoinsHearsTheNextEvent) {
+  const auto a = Join("a", m_a);
+  a->m_action = [this](auto, Variant*) {
+    // Enough to move the list elsewhere.
+    for (int i = 0; i < 20; ++i) Join("n", m_b);
+    m_control->Fire(7);
+  };
+  m_control->Fire(6);
+  EXPECT_EQ(0U, m_log.find("a6:SelectionChanged a7:Drag n7:Drag n7:Drag "));
+  EXPECT_EQ(std::string::npos, m_log.find("n6"));
+}
+
+TEST_F(Events, TheControlOutlivesAnEventInWhichItsLastHolderLetsGo) {
+  const auto a = Join("a", m_a);
+  Join("b", m_b);
+  a->m_action = [this](auto, Variant*) { m_control.Reset(); };
+  m_control->Fire(6);
+  EXPECT_EQ("a6:SelectionChanged b6:SelectionChanged ", m_log);
+}
+
+TEST_F(Events, CarryArgumentsByReferenceAndAnAnswer) {
+  const auto a = Join("a", m_a);
+  Join("b", m_b);
+  a->m_action = [](std::span<const Variant> args, Variant* result) {
+    *args[2].AsReference() = Variant::I4(2);
+    *result = Variant::Text(u"yes");
+  };
+  Variant effect = Variant::I4(1);
+  Variant answer;
+  m_control->Fire(7, {Variant(), Variant::I4(0), Variant::RefTo(&effect)}, &answer);
+  EXPECT_EQ(2, effect.AsInt64());
+  EXPECT_EQ("yes", Utf8(answer.AsText()));
+}
+
+TEST_F(Events, AreListed) {
+  MemberInfo info;
+  ASSERT_EQ(2U, m_control->GetEventCount());
+  ASSERT_EQ(S_OK, m_control->GetEvent(1, &info));
+  EXPECT_EQ(u"Drag", info.name);
+  EXPECT_EQ(7, info.id);
+  EXPECT_EQ(3, info.argumentCount);
+  EXPECT_EQ(E_INVALIDARG, m_control->GetEvent(2, &info));
+  EXPECT_EQ(E_POINTER, m_control->GetEvent(0, nullptr));
+}
+
+}  // namespace
+}  // namespace hv::automation::toys
