@@ -2,6 +2,7 @@
 // Small templates only: conversions live in ArgumentValues.h, decisions in DispatchInvoke.cpp.
 #pragma once
 
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -30,6 +31,14 @@ struct CallFrame {
 /// with the null or zero value of its type.
 using CallThunk = Result (*)(IDispatch& self, CallFrame& frame);
 
+/// The object as the class whose member a row is bound to. A map that extends another must only
+/// take over rows that its class has, which builds with assertions check at each call.
+template <class B>
+B& SelfAs(IDispatch& self) {
+  assert(dynamic_cast<B*>(&self) && "a row of another class in this map");
+  return static_cast<B&>(self);
+}
+
 /// Taken apart signature of a member: `Result B::M(P...)`.
 template <auto Member>
 struct Bind;
@@ -42,7 +51,7 @@ struct BindBody {
   static constexpr std::uint8_t kInputs = static_cast<std::uint8_t>(kCount - (kHasOut ? 1 : 0));
 
   static Result Call(IDispatch& self, CallFrame& frame) {
-    return Run(static_cast<B&>(self), frame, std::make_index_sequence<kInputs>{});
+    return Run(SelfAs<B>(self), frame, std::make_index_sequence<kInputs>{});
   }
 
  private:
@@ -94,7 +103,7 @@ struct BindCustom;
 template <class Self, Result (*Function)(Self&, CallFrame&)>
 struct BindCustom<Function> {
   static Result Call(IDispatch& self, CallFrame& frame) {
-    return Function(static_cast<Self&>(self), frame);
+    return Function(SelfAs<Self>(self), frame);
   }
 };
 
@@ -103,9 +112,7 @@ template <auto Member>
 struct BindObjectText;
 template <class Self, WString (Self::*Member)(ObjectTextId) const>
 struct BindObjectText<Member> {
-  static WString Call(IDispatch& self, ObjectTextId id) {
-    return (static_cast<const Self&>(self).*Member)(id);
-  }
+  static WString Call(IDispatch& self, ObjectTextId id) { return (SelfAs<Self>(self).*Member)(id); }
 };
 
 }  // namespace hv::automation

@@ -127,7 +127,7 @@ constexpr RowProblem CheckRows(std::span<const MemberRow> rows) {
 template <std::size_t N>
 class DispatchRows {
  public:
-  /// Stops the compiler with the name of the problem if the rows aren't sound.
+  /// Doesn't compile if the rows aren't sound; `CheckRows` tells what is wrong with them.
   explicit consteval DispatchRows(const std::array<MemberRow, N>& rows) : m_rows(rows) {
     if (CheckRows(m_rows) != RowProblem::None) throw CheckRows(m_rows);
     for (std::size_t i = 0; i < N; ++i) m_byName[i] = m_byId[i] = static_cast<std::uint16_t>(i);
@@ -165,7 +165,8 @@ struct DispatchMap {
   std::span<const MemberRow> rows;
   std::span<const std::uint16_t> byName;
   std::span<const std::uint16_t> byId;
-  /// The map whose members this class has as well; own rows come before its rows.
+  /// The map whose members this class has as well; own rows come before its rows. Bind rows that
+  /// are meant to be shared to the interface: a row bound to another wrapper can't be called here.
   const DispatchMap* base = nullptr;
   /// The member that answers for `kDispIdValue`.
   std::int32_t defaultId = kDispIdUnknown;
