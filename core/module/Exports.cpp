@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <new>
 
+#include "core/module/ModelResources.h"
 #include "core/module/PluginTable.h"
 #include "core/objects/EnvironmentObject.h"
 #include "core/objects/FreeContainer.h"
@@ -67,7 +68,8 @@ HV_ENGINE_EXPORT IEnvironment* vexGetEnvironment(std::int32_t version, const cha
       throw Exception(errc::kVersion, u"interface version or stamp not accepted");
     }
     IEnvironment*& environment = engine::g_module.environment;
-    if (!environment) environment = new engine::EnvironmentObject(engine::Plugins());
+    if (!environment)
+      environment = new engine::EnvironmentObject(engine::Plugins(), &engine::FindModelResource);
     return hv::Ref<IEnvironment>::Share(environment).Detach();
   });
 }

@@ -5,7 +5,7 @@
 namespace hv::vex::engine {
 
 std::span<const PluginInfo> Plugins() {
-  static constexpr PluginInfo kPlugins[] = {
+  static const PluginInfo kPlugins[] = {
       kAtfxPlugin,
   };
   return kPlugins;

@@ -464,5 +464,13 @@ void DefinitionAttribute::GetEnumerationItem(std::uint64_t index, WString& name,
   name = std::u16string_view(enumeration->items[index].name);
   if (value) *value = enumeration->items[index].value;
 }
+void DefinitionAttribute::GetEnumerationName(WString& name) {
+  const EnumPtr enumeration = EnumerationOrNull();
+  name = enumeration ? std::u16string_view(enumeration->name) : std::u16string_view();
+}
+std::int64_t DefinitionAttribute::GetUnitId() {
+  const Attribute* attribute = AttributeOrNull();
+  return attribute ? attribute->unit : 0;
+}
 
 }  // namespace hv::vex::engine

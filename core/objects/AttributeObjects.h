@@ -184,6 +184,8 @@ class DefinitionAttribute final : public ValuelessAttribute<IAttributeDefinition
   IRelation* GetRelation() override;
   std::uint64_t GetEnumerationCount() override;
   void GetEnumerationItem(std::uint64_t index, WString& name, std::int64_t* value) override;
+  void GetEnumerationName(WString& name) override;
+  std::int64_t GetUnitId() override;
 
  private:
   ~DefinitionAttribute() override = default;

@@ -82,7 +82,8 @@ StoreObject* OwnStore(IStore* store) {
 
 }  // namespace
 
-EnvironmentObject::EnvironmentObject(std::span<const PluginInfo> plugins) : m_plugins(plugins) {
+EnvironmentObject::EnvironmentObject(std::span<const PluginInfo> plugins, ModelSource models)
+    : m_plugins(plugins), m_models(models) {
   for (const std::u16string_view name : kVariables) {
     m_variables.emplace(name, Value::Unset(OdsType::String));
   }
@@ -113,17 +114,22 @@ IStore* EnvironmentObject::OpenStore(std::u16string_view name, std::int32_t) {
                   WString(u"there is no configured store \"" + std::u16string(name) + u"\""));
 }
 
+IStore* EnvironmentObject::MakeStore(const PluginInfo& plugin, std::u16string_view name,
+                                     const ConnectParameters& connect,
+                                     std::unique_ptr<RecordStore> records) {
+  const std::u16string file = connect.GetTrimmed(u"filename").value_or(std::u16string());
+  StoreObject::Names names{name.empty() ? NameFromFile(file) : std::u16string(name),
+                           std::u16string(plugin.name), std::u16string(connect.TagText()), file};
+  return new StoreObject(std::move(records), std::move(names), Ref<IEnvironment>::Share(this));
+}
+
 IStore* EnvironmentObject::OpenStoreByParameter(std::u16string_view name,
                                                 std::u16string_view pluginName,
                                                 std::u16string_view parameters, std::int32_t) {
-  return Seam([&]() -> IStore* {
+  return Seam([&] {
     const PluginInfo& plugin = RequirePlugin(pluginName);
     const ConnectParameters connect(parameters);
-    std::unique_ptr<RecordStore> records = plugin.open(connect);
-    const std::u16string file = connect.GetTrimmed(u"filename").value_or(std::u16string());
-    StoreObject::Names names{name.empty() ? NameFromFile(file) : std::u16string(name),
-                             std::u16string(plugin.name), std::u16string(parameters), file};
-    return new StoreObject(std::move(records), std::move(names), Ref<IEnvironment>::Share(this));
+    return MakeStore(plugin, name, connect, plugin.open(connect));
   });
 }
 
@@ -140,12 +146,27 @@ IExporter* EnvironmentObject::CreateExporter(std::u16string_view format, std::u1
   });
 }
 
-IStore* EnvironmentObject::CreateStore(std::u16string_view pluginName, std::u16string_view,
-                                       std::u16string_view, std::int32_t, CreateMode) {
-  return Seam([&]() -> IStore* {
-    RequirePlugin(pluginName);
-    throw Exception(errc::kNotSupported, WString(u"the plug-in \"" + std::u16string(pluginName) +
-                                                 u"\" makes no stores"));
+IStore* EnvironmentObject::CreateStore(std::u16string_view pluginName,
+                                       std::u16string_view parameters, std::u16string_view,
+                                       std::int32_t, CreateMode mode) {
+  return Seam([&] {
+    const PluginInfo& plugin = RequirePlugin(pluginName);
+    if (mode == CreateMode::OpenFile) {
+      const std::u16string readOnly = u"<readonly>yes</readonly>" + std::u16string(parameters);
+      const ConnectParameters connect(readOnly);
+      return MakeStore(plugin, u"", connect, plugin.open(connect));
+    }
+    if (!plugin.create) {
+      throw Exception(errc::kNotSupported, WString(u"the plug-in \"" + std::u16string(pluginName) +
+                                                   u"\" makes no stores"));
+    }
+    const ConnectParameters connect(parameters);
+    const std::u16string model = connect.GetTrimmed(u"model").value_or(std::u16string());
+    std::shared_ptr<const Model> found = m_models ? m_models(model) : nullptr;
+    if (!found) {
+      throw Exception(errc::kUnknownName, WString(u"there is no model \"" + model + u"\""));
+    }
+    return MakeStore(plugin, u"", connect, plugin.create(connect, std::move(found)));
   });
 }
 

@@ -14,9 +14,13 @@
 
 namespace hv::vex::engine {
 
+/// The model of that name, built into the module; null if there is none.
+using ModelSource = std::shared_ptr<const Model> (*)(std::u16string_view name);
+
 class EnvironmentObject final : public cor::Counted<IEnvironment> {
  public:
-  explicit EnvironmentObject(std::span<const PluginInfo> plugins);
+  /// \param models  where new stores get their models from; null: there are none.
+  explicit EnvironmentObject(std::span<const PluginInfo> plugins, ModelSource models = nullptr);
 
   IAttribute* GetVariable(std::u16string_view name) override;
   IStore* OpenStore(std::u16string_view name, std::int32_t flags) override;
@@ -34,9 +38,13 @@ class EnvironmentObject final : public cor::Counted<IEnvironment> {
   ~EnvironmentObject() override = default;
   /// The plug-in of that name without regard to case; throws kUnknownName.
   const PluginInfo& RequirePlugin(std::u16string_view name) const;
+  /// An empty name is made from the file's.
+  IStore* MakeStore(const PluginInfo& plugin, std::u16string_view name,
+                    const ConnectParameters& connect, std::unique_ptr<RecordStore> records);
 
   xml::XmlRuntime m_xml;  // starting the parser anew for every query would cost more than the query
   std::span<const PluginInfo> m_plugins;
+  ModelSource m_models;
   std::map<std::u16string, Value, std::less<>> m_variables;
 };
 

@@ -248,6 +248,31 @@ void ModelObject::GetBaseModelVersion(WString& version) {
   version = std::u16string_view(m_model->BaseModelVersion());
 }
 
+IAttribute* ModelObject::GetEnumerationNames() {
+  return Seam([&] {
+    std::vector<std::u16string> names;
+    for (const Enumeration& enumeration : m_model->Enumerations()) {
+      if (!enumeration.isBase) names.push_back(enumeration.name);
+    }
+    return ValueAttribute::MakeTextList(u"EnumerationNames", std::move(names));
+  });
+}
+
+std::uint64_t ModelObject::GetEnumerationItemCount(std::u16string_view enumeration) {
+  const Enumeration* found = m_model->FindEnumeration(enumeration);
+  return found ? found->items.size() : 0;
+}
+
+void ModelObject::GetEnumerationItem(std::u16string_view enumeration, std::uint64_t index,
+                                     WString& name, std::int64_t* value) {
+  const Enumeration* found = m_model->FindEnumeration(enumeration);
+  if (!found || index >= found->items.size()) {
+    throw Exception(errc::kInvalidArgument, u"enumeration index out of range");
+  }
+  name = std::u16string_view(found->items[index].name);
+  if (value) *value = found->items[index].value;
+}
+
 EntityObject* ModelObject::OwnEntity(IEntity* entity) {
   if (!entity) return nullptr;
   // An entity of another model, even of another engine, may come in: look for the address instead

@@ -118,6 +118,10 @@ class ModelObject final : public cor::Counted<IModel> {
   std::int32_t SupportsCustomLogic() override;
   std::int32_t SupportsMultipleValues() override;
   void GetBaseModelVersion(WString& version) override;
+  IAttribute* GetEnumerationNames() override;
+  std::uint64_t GetEnumerationItemCount(std::u16string_view enumeration) override;
+  void GetEnumerationItem(std::u16string_view enumeration, std::uint64_t index, WString& name,
+                          std::int64_t* value) override;
 
   [[nodiscard]] const Model& Get() const { return *m_model; }
   [[nodiscard]] const std::shared_ptr<const Model>& Shared() const { return m_model; }

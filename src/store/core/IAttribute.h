@@ -98,6 +98,10 @@ class IAttributeDefinition : public IUnknown {
   /// types.
   virtual std::uint64_t GetEnumerationCount() = 0;
   virtual void GetEnumerationItem(std::uint64_t index, WString& name, std::int64_t* value) = 0;
+  /// The enumeration's name; empty for other types.
+  virtual void GetEnumerationName(WString& name) = 0;
+  /// The id of the unit record that all values of this attribute are in; 0 if there is none.
+  virtual std::int64_t GetUnitId() = 0;
 
  protected:
   ~IAttributeDefinition() = default;

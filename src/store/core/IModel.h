@@ -9,6 +9,7 @@
 
 namespace hv::vex {
 
+class IAttribute;
 class IEntity;
 class IEntityList;
 class IInstance;
@@ -47,6 +48,13 @@ class IModel : public IUnknown {
   virtual std::int32_t SupportsMultipleValues() = 0;
   /// The version text of the base model ("asam36"), empty if the model stands on none.
   virtual void GetBaseModelVersion(WString& version) = 0;
+  /// Names of the enumerations that the application model declares, also of those that no attribute
+  /// has: a list of texts.
+  virtual IAttribute* GetEnumerationNames() = 0;
+  /// Items of one of them in the order of declaration; a name that doesn't exist has 0 items.
+  virtual std::uint64_t GetEnumerationItemCount(std::u16string_view enumeration) = 0;
+  virtual void GetEnumerationItem(std::u16string_view enumeration, std::uint64_t index,
+                                  WString& name, std::int64_t* value) = 0;
 
  protected:
   ~IModel() = default;

@@ -25,7 +25,8 @@ std::int32_t CodeOfThrow(Body&& body) {
 class SeamObjects : public ::testing::Test {
  protected:
   SeamObjects() : m_objectsBefore(cor::LiveObjectCount()) {
-    m_environment = MakeRef<EnvironmentObject>(std::span(&test::kToyPlugin, 1));
+    m_environment =
+        MakeRef<EnvironmentObject>(std::span(&test::kToyPlugin, 1), &test::FindToyModel);
     m_store = Open(u"<filename>/data/bench.toy</filename>");
   }
   ~SeamObjects() override {
@@ -83,6 +84,27 @@ TEST_F(SeamObjects, OpeningFailsWithTheCodeOfItsReason) {
   EXPECT_EQ(errc::kUnknownName,
             CodeOfThrow([&] { (void)m_environment->OpenStoreByParameter(u"", u"none", u"", 0); }));
   EXPECT_EQ(-3, CodeOfThrow([&] { Open(u"<fail>abc</fail>"); }));
+}
+
+TEST_F(SeamObjects, NewStoresAreMadeOfAModel) {
+  const auto create = [&](std::u16string_view plugin, std::u16string_view parameters,
+                          CreateMode mode) {
+    return Ref<IStore>::Adopt(m_environment->CreateStore(plugin, parameters, u"", 0, mode));
+  };
+  const Ref<IStore> made = create(u"TOY", u"<model> toy &amp; co </model>", CreateMode::Temporary);
+  const auto model = Ref<IModel>::Adopt(made->GetModel());
+  EXPECT_EQ(0u, Ref<IInstList>::Adopt(made->GetInstances(u"/#Run"))->GetCount());
+  const auto run = Ref<IInstance>::Adopt(
+      made->CreateInstance(Ref<IEntity>::Adopt(model->GetEntity(u"Run")).Get()));
+  EXPECT_EQ(1, made->GetState(3));
+  const Ref<IStore> opened = create(u"toy", u"<filename>a.toy</filename>", CreateMode::OpenFile);
+  EXPECT_EQ(1, opened->IsReadOnly());
+  EXPECT_EQ(3u, Ref<IInstList>::Adopt(opened->GetInstances(u"/#Run"))->GetCount());
+  for (const auto* parameters : {u"", u"<model></model>", u"<model>other</model>"}) {
+    EXPECT_EQ(errc::kUnknownName,
+              CodeOfThrow([&] { create(u"toy", parameters, CreateMode::Temporary); }));
+  }
+  EXPECT_EQ(errc::kUnknownName, CodeOfThrow([&] { create(u"x", u"", CreateMode::Temporary); }));
 }
 
 TEST_F(SeamObjects, OneLivingObjectPerRecord) {
@@ -375,6 +397,24 @@ TEST_F(SeamObjects, ModelShowsEntitiesAndDefinitions) {
   definition->GetEnumerationItem(1, text, &number);
   EXPECT_EQ("passed", Utf8(text));
   EXPECT_EQ(2, number);
+  definition->GetEnumerationName(text);
+  EXPECT_EQ("Status", Utf8(text));
+  EXPECT_EQ(0, definition->GetUnitId());
+  const auto load =
+      QueryRef<IAttributeDefinition>(Ref<IAttribute>::Adopt(run->GetAttribute(u"Load")).Get());
+  EXPECT_EQ(3, load->GetUnitId());
+  load->GetEnumerationName(text);
+  EXPECT_EQ("", Utf8(text));
+  // The base model's own enumerations aren't among those that a model declares.
+  const auto enumerations = Ref<IAttribute>::Adopt(model->GetEnumerationNames());
+  ASSERT_EQ(1u, enumerations->GetCount());
+  EXPECT_EQ(2u, model->GetEnumerationItemCount(u"Status"));
+  EXPECT_EQ(0u, model->GetEnumerationItemCount(u"none"));
+  model->GetEnumerationItem(u"Status", 0, text, &number);
+  EXPECT_EQ("open", Utf8(text));
+  EXPECT_EQ(1, number);
+  EXPECT_EQ(errc::kInvalidArgument,
+            CodeOfThrow([&] { model->GetEnumerationItem(u"Status", 2, text, &number); }));
   const auto bench = Ref<IEntity>::Adopt(model->GetEntity(u"Bench"));
   const auto column = Ref<IEntity>::Adopt(model->GetEntity(u"Column"));
   ASSERT_EQ(1, model->FindPath(bench.Get(), column.Get(), text));

@@ -48,7 +48,9 @@ std::shared_ptr<const Model> MakeModel() {
   builder.AddAttribute(Spec(u"Begin", u"measurement_begin"));
   builder.AddAttribute(Typed(u"Status", OdsType::Enum, u"Status"));
   builder.AddAttribute(Typed(u"Gear", OdsType::Short));
-  builder.AddAttribute(Typed(u"Load", OdsType::Float));
+  AttributeSpec load = Typed(u"Load", OdsType::Float);
+  load.unit = 3;
+  builder.AddAttribute(std::move(load));
   builder.AddRelation(Rel(u"bench", u"Bench", u"test", u"runs", 1));
   builder.AddRelation(Rel(u"meq", u"Channel", u"measurement_quantities", u"run", kMany));
   builder.AddRelation(Rel(u"sub.matrices", u"Sub", u"submatrices", u"run", kMany));
@@ -126,8 +128,20 @@ std::unique_ptr<RecordStore> OpenToy(const ConnectParameters& parameters) {
   return builder.Finish(std::move(persistence), nullptr);
 }
 
+std::unique_ptr<RecordStore> CreateToy(const ConnectParameters&,
+                                       std::shared_ptr<const Model> model) {
+  MemoryPersistence persistence;
+  persistence.save = [](const MemoryStore&, std::u16string_view) { return false; };
+  return std::make_unique<MemoryStore>(std::move(model), std::move(persistence));
+}
+
 }  // namespace
 
-constexpr PluginInfo kToyPlugin{.name = u"Toy", .fileExtensions = u"toy", .open = OpenToy};
+constexpr PluginInfo kToyPlugin{
+    .name = u"Toy", .fileExtensions = u"toy", .open = OpenToy, .create = CreateToy};
+
+std::shared_ptr<const Model> FindToyModel(std::u16string_view name) {
+  return name == u"toy & co" ? MakeModel() : nullptr;
+}
 
 }  // namespace hv::vex::engine::test

@@ -11,4 +11,7 @@ namespace hv::vex::engine::test {
 /// throws the code n.
 extern const PluginInfo kToyPlugin;
 
+/// Its model goes by the name "toy & co".
+std::shared_ptr<const Model> FindToyModel(std::u16string_view name);
+
 }  // namespace hv::vex::engine::test
