@@ -1,0 +1,45 @@
+// apps/cli/Commands.h - the verbs of the program. Each writes to standard output and throws
+// Failure.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace hv::cli {
+
+enum class Format { Lines, Table, Csv, Json };
+
+struct ModelOptions {
+  std::string store;
+  std::string entity;       ///< empty: all entities
+  bool everything = false;  ///< the properties and references of all entities
+  Format format = Format::Table;
+  bool warnings = false;
+};
+void RunModel(const ModelOptions& options);
+
+struct QueryOptions {
+  std::string store;
+  std::string expressionFile;        ///< "-" is standard input
+  std::vector<std::string> columns;  ///< attributes, or paths along references to one
+  Format format = Format::Lines;
+  bool warnings = false;
+};
+void RunQuery(const QueryOptions& options);
+
+struct ExportOptions {
+  std::string store;
+  std::string target;
+  bool force = false;
+  bool warnings = false;
+};
+void RunExport(const ExportOptions& options);
+
+struct DemoOptions {
+  std::string target;
+  bool force = false;
+};
+void RunDemo(const DemoOptions& options);
+
+}  // namespace hv::cli

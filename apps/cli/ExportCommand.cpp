@@ -1,0 +1,37 @@
+#include <filesystem>
+
+#include "apps/cli/Commands.h"
+#include "apps/cli/StoreAccess.h"
+
+namespace hv::cli {
+
+using namespace hv::vex;
+
+namespace {
+
+void CheckIsAnother(const ExportOptions& options, const std::string& source) {
+  std::error_code unused;
+  if (std::filesystem::equivalent(source, options.target, unused)) {
+    throw Failure("exporting " + options.store + ": source and target are the same file");
+  }
+}
+
+}  // namespace
+
+void RunExport(const ExportOptions& options) {
+  CheckIsAnother(options, options.store);
+  CheckTarget(options.target, options.force);
+  Engine engine;
+  const Ref<IStore> store = engine.Open(options.store, options.warnings);
+  // A configured store tells only now which file it is.
+  WString location;
+  store->GetDisplayLocation(location);
+  CheckIsAnother(options, cor::ToUtf8(location));
+  Explained("exporting " + options.store + " to " + options.target, [&] {
+    Ref<IExporter>::Adopt(engine.Environment().CreateExporter(
+                              u"ATFX", u"", FilenameParameter(options.target), store.Get()))
+        ->Run();
+  });
+}
+
+}  // namespace hv::cli

@@ -1,0 +1,114 @@
+#include "apps/cli/StoreAccess.h"
+
+#include <cstdio>
+#include <filesystem>
+
+#include "apps/cli/Failure.h"
+#include "store/core/CoreLibrary.h"
+
+namespace hv::cli {
+namespace {
+
+std::string LowerExtension(const std::string& file) {
+  std::string extension = std::filesystem::path(file).extension().string();
+  for (char& c : extension) {
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  }
+  return extension.empty() ? extension : extension.substr(1);
+}
+
+/// The plug-in that opens files of that ending; empty if there is none.
+WString PluginForFile(vex::IEnvironment& environment, const std::string& file) {
+  const std::string wanted = LowerExtension(file);
+  if (wanted.empty()) return {};
+  const auto plugins = Ref<vex::IPluginList>::Adopt(environment.GetPlugins());
+  WString extensions;
+  WString name;
+  for (std::uint64_t i = 0; i < plugins->GetCount(); ++i) {
+    const auto plugin = Ref<vex::IPluginInfo>::Adopt(plugins->GetPluginAt(i));
+    plugin->GetFileExtensions(extensions);
+    const std::string all = ";" + cor::ToUtf8(extensions) + ";";
+    if (all.find(";" + wanted + ";") == std::string::npos) continue;
+    plugin->GetName(name);
+    return name;
+  }
+  return {};
+}
+
+void TellWarnings(vex::IStore& store, bool list) {
+  const auto warnings = Ref<vex::IAttribute>::Adopt(store.GetWarnings());
+  const std::uint64_t count = warnings->GetCount();
+  if (count == 0) return;
+  if (!list) {
+    std::fprintf(stderr, "storefabric: %llu remark%s about this store; --warnings lists them\n",
+                 static_cast<unsigned long long>(count), count == 1 ? "" : "s");
+    return;
+  }
+  WString text;
+  for (std::uint64_t i = 0; i < count; ++i) {
+    warnings->GetText(i, text);
+    std::fprintf(stderr, "%s\n", cor::ToUtf8(text).c_str());
+  }
+}
+
+}  // namespace
+
+Engine::Engine() {
+  try {
+    m_environment = vex::GetEngineEnvironment();
+  } catch (const vex::Exception& exception) {
+    throw Failure("the storage engine vexex.so can't be loaded: " + cor::ToUtf8(exception.message));
+  }
+}
+
+Engine::~Engine() = default;
+
+Ref<vex::IStore> Engine::Open(const std::string& store, bool listWarnings) {
+  return Explained("opening " + store, [&] {
+    const WString plugin = PluginForFile(*m_environment, store);
+    Ref<vex::IStore> opened;
+    if (plugin.empty()) {
+      opened = Ref<vex::IStore>::Adopt(m_environment->OpenStore(cor::FromUtf8(store), 0));
+    } else {
+      std::error_code unused;
+      if (!std::filesystem::exists(store, unused)) {
+        throw Failure("opening " + store + ": there is no such file");
+      }
+      opened = Ref<vex::IStore>::Adopt(
+          m_environment->OpenStoreByParameter(u"", plugin, FilenameParameter(store), 0));
+    }
+    TellWarnings(*opened, listWarnings);
+    return opened;
+  });
+}
+
+WString FilenameParameter(std::string_view file) {
+  WString escaped = cor::FromUtf8(file);
+  escaped.ReplaceAll(u"&", u"&amp;");
+  escaped.ReplaceAll(u"<", u"&lt;");
+  escaped.ReplaceAll(u">", u"&gt;");
+  WString parameter(u"<filename>");
+  parameter += escaped;
+  parameter += u"</filename>";
+  return parameter;
+}
+
+void CheckTarget(const std::string& target, bool force) {
+  std::error_code error;
+  const std::filesystem::path path(target);
+  if (LowerExtension(target) != "atfx") {
+    throw Failure("writing " + target + ": the name of an exchange file ends in .atfx");
+  }
+  if (std::filesystem::is_directory(path, error)) {
+    throw Failure("writing " + target + ": it is a folder");
+  }
+  if (!force && std::filesystem::exists(path, error)) {
+    throw Failure("writing " + target + ": the file exists; --force replaces it");
+  }
+  const std::filesystem::path folder = path.has_parent_path() ? path.parent_path() : ".";
+  if (!std::filesystem::is_directory(folder, error)) {
+    throw Failure("writing " + target + ": there is no folder " + folder.string());
+  }
+}
+
+}  // namespace hv::cli

@@ -1,0 +1,54 @@
+// apps/cli/StoreAccess.h - the engine and the store that a command works on.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "store/core/CoreBinding.h"
+#include "store/core/Seam.h"
+#include "storefabric/Ref.h"
+
+namespace hv::cli {
+
+/// Keeps the engine loaded while a command runs.
+class Engine final : private vex::CoreBinding {
+ public:
+  Engine();
+  ~Engine();
+  Engine(const Engine&) = delete;
+  Engine& operator=(const Engine&) = delete;
+
+  [[nodiscard]] vex::IEnvironment& Environment() { return *m_environment; }
+  /// Opens what the program's first argument names: a file by its ending, or a configured store.
+  /// Tells of the store's remarks on standard error: their number, or with `listWarnings` each one.
+  Ref<vex::IStore> Open(const std::string& store, bool listWarnings);
+
+ private:
+  Ref<vex::IEnvironment> m_environment;
+};
+
+/// "<filename>...</filename>" with "&", "<" and ">" escaped.
+WString FilenameParameter(std::string_view file);
+
+/// Throws Failure if `target` is no name of an exchange file, if writing it would replace something
+/// without being told to, or if it isn't possible at all.
+void CheckTarget(const std::string& target, bool force);
+
+/// Runs a body and turns what the engine throws into a Failure that begins with `what`.
+template <class Body>
+auto Explained(const std::string& what, Body&& body) -> decltype(body());
+
+}  // namespace hv::cli
+
+#include "apps/cli/Failure.h"
+
+template <class Body>
+auto hv::cli::Explained(const std::string& what, Body&& body) -> decltype(body()) {
+  try {
+    return body();
+  } catch (const vex::Exception& exception) {
+    std::string reason = cor::ToUtf8(exception.message);
+    if (reason.empty()) reason = "the engine failed with code " + std::to_string(exception.code);
+    throw Failure(what + ": " + reason);
+  }
+}

@@ -1,0 +1,138 @@
+// apps/cli/main.cpp - the command-line program: reads its arguments, runs a verb, tells failures.
+#include <csignal>
+#include <cstdio>
+#include <exception>
+#include <functional>
+#include <map>
+#include <string>
+
+#include <CLI/CLI.hpp>
+
+#include "apps/cli/Commands.h"
+#include "apps/cli/Failure.h"
+
+namespace {
+
+constexpr int kFailed = 1;
+constexpr int kWrongUsage = 2;
+
+const std::map<std::string, hv::cli::Format> kFormats = {{"lines", hv::cli::Format::Lines},
+                                                         {"table", hv::cli::Format::Table},
+                                                         {"csv", hv::cli::Format::Csv},
+                                                         {"json", hv::cli::Format::Json}};
+
+template <class Options>
+void AddCommon(CLI::App& command, Options& options) {
+  command.add_option("STORE", options.store, "A file (*.atfx) or the name of a configured store")
+      ->required();
+  command.add_flag("--warnings", options.warnings, "List what was odd in the store");
+}
+
+template <class Options>
+void AddFormat(CLI::App& command, Options& options) {
+  command.add_option("--format", options.format, "lines, table, csv or json")
+      ->transform(CLI::CheckedTransformer(kFormats, CLI::ignore_case).description(""));
+}
+
+/// The verbs with their options, which outlive the parsing; a verb only notes that it was chosen,
+/// so that no failure of its work passes through the parser.
+struct Arguments {
+  hv::cli::ModelOptions model;
+  hv::cli::QueryOptions query;
+  hv::cli::ExportOptions exporting;
+  hv::cli::DemoOptions demo;
+  std::function<void()> verb;
+};
+
+void AddVerbs(CLI::App& app, Arguments& arguments) {
+  const auto add = [&](const char* name, const char* text, auto& options, auto run) {
+    CLI::App* command = app.add_subcommand(name, text);
+    command->callback(
+        [&arguments, &options, run] { arguments.verb = [&options, run] { run(options); }; });
+    return command;
+  };
+
+  CLI::App* command =
+      add("model", "Entities, or one entity's members", arguments.model, &hv::cli::RunModel);
+  AddCommon(*command, arguments.model);
+  CLI::Option* entity =
+      command->add_option("ENTITY", arguments.model.entity, "Application name or base name");
+  command
+      ->add_flag("--all", arguments.model.everything,
+                 "All entities with their members, and the enumerations")
+      ->excludes(entity);
+  AddFormat(*command, arguments.model);
+
+  command = add("query", "Hits of a query expression: key, tab, name", arguments.query,
+                &hv::cli::RunQuery);
+  AddCommon(*command, arguments.query);
+  command
+      ->add_option("EXPRESSION", arguments.query.expressionFile, "An XML file; - is standard input")
+      ->required();
+  command
+      ->add_option("--columns", arguments.query.columns,
+                   "More columns: attributes or paths, joined by commas")
+      ->delimiter(',');
+  AddFormat(*command, arguments.query);
+
+  command = add("export", "The whole store as an exchange file", arguments.exporting,
+                &hv::cli::RunExport);
+  AddCommon(*command, arguments.exporting);
+  command->add_option("OUT", arguments.exporting.target, "The file to write (*.atfx)")->required();
+  command->add_flag("--force", arguments.exporting.force, "Replace an existing file");
+
+  command = add("demo", "A believable test-bench campaign to try things on", arguments.demo,
+                &hv::cli::RunDemo);
+  command->add_option("OUT", arguments.demo.target, "The file to write (*.atfx)")->required();
+  command->add_flag("--force", arguments.demo.force, "Replace an existing file");
+}
+
+/// What is wrong, then the usage of the program or of the verb concerned.
+std::string UsageMessage(const CLI::App* app, const CLI::Error& error) {
+  std::string message = error.what();
+  const CLI::App* concerned = app;
+  for (const CLI::App* chosen : app->get_subcommands()) concerned = chosen;
+  if (concerned == app && app->remaining_size() > 0) {
+    message = "there is no verb \"" + app->remaining().front() + "\"";
+  }
+  const std::string help = concerned->help(concerned == app ? "" : app->get_name());
+  const std::size_t usage = help.find("Usage:");
+  return "storefabric: " + message + "\n" + help.substr(usage == help.npos ? 0 : usage);
+}
+
+int Run(int argc, char** argv) {
+  CLI::App app("Looks into stores of measurement data.", "storefabric");
+  app.require_subcommand(1);
+  app.get_formatter()->label("SUBCOMMAND", "VERB");
+  app.get_formatter()->label("Subcommands", "Verbs");
+  app.set_version_flag("--version", "storefabric " HV_VERSION);
+  app.failure_message(&UsageMessage);
+  Arguments arguments;
+  AddVerbs(app, arguments);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    const int code = app.exit(error);  // help and version are no failures
+    return code == 0 ? 0 : kWrongUsage;
+  }
+  arguments.verb();
+  if (std::fflush(stdout) != 0 || std::ferror(stdout)) {
+    throw hv::cli::Failure("writing the result: the output is full or gone");
+  }
+  return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  // A reader that has enough ends the program without a word, whatever the parent process thinks
+  // of that signal.
+  std::signal(SIGPIPE, SIG_DFL);
+  try {
+    return Run(argc, argv);
+  } catch (const std::exception& error) {
+    std::fflush(stdout);
+    std::fprintf(stderr, "storefabric: %s\n", error.what());
+    return kFailed;
+  }
+}
