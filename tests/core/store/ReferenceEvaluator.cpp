@@ -1,0 +1,176 @@
+// tests/core/store/ReferenceEvaluator.cpp - one record, one condition, one comparison at a time.
+#include "ReferenceEvaluator.h"
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+
+#include "core/query/TextMatch.h"
+
+namespace hv::vex::engine::test {
+namespace {
+
+bool Holds(QueryOp op, int order) {
+  return (op == QueryOp::Equal && order == 0) || (op == QueryOp::NotEqual && order != 0) ||
+         (op == QueryOp::Less && order < 0) || (op == QueryOp::LessEqual && order <= 0) ||
+         (op == QueryOp::Greater && order > 0) || (op == QueryOp::GreaterEqual && order >= 0);
+}
+
+template <class T>
+int Order(const T& a, const T& b) {
+  return a < b ? -1 : (b < a ? 1 : 0);
+}
+
+bool TextMeets(const std::u16string& text, QueryOp op, const BoundConstant& constant) {
+  const std::u16string form = constant.ignoreCase ? FoldCase(text) : text;
+  if (constant.wildcards) {
+    return WildcardPattern(constant.text).Matches(form) == (op == QueryOp::Equal);
+  }
+  return Holds(op, Order(form, constant.text));
+}
+
+bool DateMeets(const std::u16string& text, QueryOp op, const std::u16string& constant) {
+  const auto date = NormalizeDate14(text);
+  return date && Holds(op, Order(std::u16string(date->begin(), date->end()), constant));
+}
+
+bool NumberMeets(const Value& value, QueryOp op, const BoundConstant& constant) {
+  if (const auto* integers = std::get_if<Value::Integers>(&value.data)) {
+    if (!constant.isReal) return Holds(op, Order(integers->front(), constant.integer));
+    // Wider than a double, so that large integers don't meet their neighbours.
+    return Holds(op, Order(static_cast<long double>(integers->front()),
+                           static_cast<long double>(constant.real)));
+  }
+  const double real = std::get<Value::Reals>(value.data).front();
+  double expected = constant.isReal ? constant.real : static_cast<double>(constant.integer);
+  if (value.type == OdsType::Float) expected = static_cast<double>(static_cast<float>(expected));
+  return Holds(op, Order(real, expected));
+}
+
+bool ValueMeets(const Value& value, QueryOp op, const BoundConstant& constant) {
+  if (!value.IsSet()) return false;
+  const auto* reals = std::get_if<Value::Reals>(&value.data);
+  if (reals != nullptr && std::isnan(reals->front())) return false;
+  if (constant.isNever) return op == QueryOp::NotEqual;
+  const auto* texts = std::get_if<Value::Texts>(&value.data);
+  if (texts == nullptr) return NumberMeets(value, op, constant);
+  if (value.type == OdsType::Date) return DateMeets(texts->front(), op, constant.text);
+  return TextMeets(texts->front(), op, constant);
+}
+
+bool InstanceAttributeMeets(const InstanceAttribute& attribute, const BoundNode& node) {
+  if (!node.attributeName.empty() && FoldCase(attribute.name) != node.attributeName) return false;
+  if (!attribute.value.IsSet()) return false;
+  if (node.anyValue) return true;
+  BoundConstant constant = node.constant;
+  if (attribute.value.type == OdsType::Date) {
+    constant.isNever = constant.date.empty();
+    constant.text = constant.date;
+  } else if (attribute.value.type != OdsType::String) {
+    constant.isNever = !constant.isNumber;
+  }
+  return ValueMeets(attribute.value, node.op, constant);
+}
+
+std::vector<RecordId> Walk(const RecordStore& store, const ResolvedPath& path, RecordId id) {
+  std::vector<RecordId> ids{id};
+  for (const PathStep& step : path.steps) {
+    std::vector<RecordId> next;
+    for (const Link& link : store.Follow(step.source, step.relation, ids)) {
+      next.push_back(link.target.id);
+    }
+    ids = std::move(next);
+  }
+  return ids;
+}
+
+bool Meets(const RecordStore& store, EntityId entity, RecordId id, const BoundNode& node) {
+  const auto meets = [&](const BoundNode& child) { return Meets(store, entity, id, child); };
+  if (node.kind == BoundNode::Kind::Logic) {
+    return node.op == QueryOp::And ? std::all_of(node.children.begin(), node.children.end(), meets)
+                                   : std::any_of(node.children.begin(), node.children.end(), meets);
+  }
+  const EntityId target = node.path.steps.empty() ? entity : node.path.target;
+  for (const RecordId related : Walk(store, node.path, id)) {
+    const RecordRef record{target, related};
+    if (node.kind == BoundNode::Kind::Compare) {
+      if (ValueMeets(store.ReadValue(record, node.path.attribute), node.op, node.constant)) {
+        return true;
+      }
+      continue;
+    }
+    for (const InstanceAttribute& attribute : store.InstanceAttributesOf(record)) {
+      if (InstanceAttributeMeets(attribute, node)) return true;
+    }
+  }
+  return false;
+}
+
+// A sort key: absent values come last in either direction, so they stand apart.
+struct Key {
+  bool isUnset = true;
+  std::u16string text;
+  long double number = 0;
+};
+
+Key KeyOf(const RecordStore& store, EntityId entity, RecordId id, const BoundOrder& order) {
+  const EntityId target = order.path.steps.empty() ? entity : order.path.target;
+  Key best;
+  for (const RecordId related : Walk(store, order.path, id)) {
+    const Value value = store.ReadValue({target, related}, order.path.attribute);
+    Key key{false, {}, 0};
+    if (const auto* texts = std::get_if<Value::Texts>(&value.data)) {
+      key.text = FoldCase(texts->front());
+    } else if (const auto* integers = std::get_if<Value::Integers>(&value.data)) {
+      key.number = static_cast<long double>(integers->front());
+    } else if (const auto* reals = std::get_if<Value::Reals>(&value.data)) {
+      if (std::isnan(reals->front())) continue;
+      key.number = static_cast<long double>(reals->front());
+    } else {
+      continue;
+    }
+    const bool isLower = std::pair(key.text, key.number) < std::pair(best.text, best.number);
+    const bool isHigher = std::pair(best.text, best.number) < std::pair(key.text, key.number);
+    if (best.isUnset || (order.descending ? isHigher : isLower)) best = key;
+  }
+  return best;
+}
+
+bool ComesBefore(const std::vector<Key>& a, const std::vector<Key>& b, const BoundQuery& query,
+                 RecordId idA, RecordId idB) {
+  for (std::size_t i = 0; i < query.order.size(); ++i) {
+    if (a[i].isUnset != b[i].isUnset) return b[i].isUnset;
+    const int order = Order(std::pair(a[i].text, a[i].number), std::pair(b[i].text, b[i].number));
+    if (order != 0) return (order < 0) != query.order[i].descending;
+  }
+  return idA < idB;
+}
+
+}  // namespace
+
+std::vector<RecordId> ReferenceSelect(const RecordStore& store, const BoundQuery& query) {
+  struct Hit {
+    RecordId id;
+    std::vector<Key> keys;
+  };
+  std::vector<Hit> hits;
+  for (const RecordId id : store.AllOf(query.entity)) {
+    if (query.hasCondition && !Meets(store, query.entity, id, query.condition)) continue;
+    Hit hit{id, {}};
+    for (const BoundOrder& order : query.order) {
+      hit.keys.push_back(KeyOf(store, query.entity, id, order));
+    }
+    hits.push_back(std::move(hit));
+  }
+  std::sort(hits.begin(), hits.end(), [&](const Hit& a, const Hit& b) {
+    return ComesBefore(a.keys, b.keys, query, a.id, b.id);
+  });
+  if (query.limit > 0 && hits.size() > static_cast<std::size_t>(query.limit)) {
+    hits.resize(static_cast<std::size_t>(query.limit));
+  }
+  std::vector<RecordId> ids;
+  for (const Hit& hit : hits) ids.push_back(hit.id);
+  return ids;
+}
+
+}  // namespace hv::vex::engine::test
