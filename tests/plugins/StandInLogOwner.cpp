@@ -1,4 +1,4 @@
-// tests/store-core/StandInLogOwner.cpp - the log that the stand-in modules write to.
+// tests/plugins/StandInLogOwner.cpp - the log that the stand-in modules write to.
 #include "plugins/StandInLog.h"
 
 extern "C" __attribute__((visibility("default"))) hv::test::StandInLog HvStandInLog;

@@ -1,0 +1,25 @@
+// exports/Classes.cpp - the classes that can be created by name.
+#include "exports/Classes.h"
+
+#include "store/session/DataStoreEnvironmentInt.h"
+
+namespace hv::vex::datastore {
+
+namespace {
+
+// The names are published. The system's others are "VEX.DataStoreQuery" and those of the controls
+// and their property pages: "VEX.DataStoreBrowser.1", "VEX.DataStoreBrowserPropPage.1",
+// "VEX.DataStoreQueryForm.1", "VEX.DataStoreQueryFormPropPage.1", "VEX.DataStoreResultsDisplay.1"
+// and "VEX.DataStoreResultsDisplayPropPage.1". A class stands here once it can be made.
+constexpr automation::ClassEntry kClasses[] = {
+    {u"VEX.DataStoreEnvironment", &CDataStoreEnvironmentInt::Create},
+};
+static_assert(automation::IsSound(kClasses));
+
+constexpr automation::ClassRegistry kRegistry(kClasses);
+
+}  // namespace
+
+const automation::ClassRegistry& Classes() { return kRegistry; }
+
+}  // namespace hv::vex::datastore

@@ -1,0 +1,230 @@
+// store/session/DataStoreImpl.cpp - the session with one data store.
+#include "store/session/DataStoreImpl.h"
+
+#include <utility>
+
+#include "automation/Guards.h"
+#include "store/core/CoreLibrary.h"
+#include "store/core/IEnvironment.h"
+#include "store/core/IModel.h"
+#include "store/core/IPlugin.h"
+#include "store/core/IStoreContext.h"
+#include "store/session/NotAvailable.h"
+
+namespace hv::vex {
+
+namespace {
+
+constexpr std::u16string_view kWholeTreeMode = u"HV_MEASUREMENT_TREE";
+constexpr std::u16string_view kQmdModel = u"/DataModels/VEX/QMD/1_0";
+constexpr std::int32_t kUnsavedChanges = 3;
+constexpr std::int32_t kNoFlags = 0;
+
+constexpr CodeRow kConnectRows[] = {
+    {errc::kConnectFailed, VEX_E_CONNECT_FAILED},
+    {errc::kConnectRefused, VEX_E_CONNECT_REFUSED},
+};
+// Why a save failed makes no difference to hosts: the message is about data that can't be saved.
+constexpr CodeRow kSaveRows[] = {
+    {errc::kOutOfMemory, E_FAIL},
+    {errc::kTimeout, E_FAIL},
+    {errc::kWriteProtected, E_FAIL},
+};
+
+/// The engine's own environment if none is given.
+Ref<IStore> OpenStore(std::u16string_view name, std::u16string_view pluginName,
+                      std::u16string_view parameter, IEnvironment* given) {
+  const Ref<IEnvironment> environment =
+      given ? Ref<IEnvironment>::Share(given) : GetEngineEnvironment();
+  if (!environment) return {};
+  return Ref<IStore>::Adopt(
+      name.empty() ? environment->OpenStoreByParameter(name, pluginName, parameter, kNoFlags)
+                   : environment->OpenStore(name, kNoFlags));
+}
+
+}  // namespace
+
+Result CDataStoreImpl::Connect(std::u16string_view name, std::u16string_view pluginName,
+                               std::u16string_view parameter, IEnvironment* environment) {
+  try {
+    Ref<IStore> opened = OpenStore(name, pluginName, parameter, environment);
+    HV_RETURN_CODE_IF(!opened, E_FAIL);
+    m_store = std::move(opened);
+  }
+  HV_CATCH_RETURN_AS(E_FAIL, kConnectRows)
+  return Build();
+}
+
+Result CDataStoreImpl::OpenByStore(IStore* store) {
+  HV_RETURN_CODE_IF(!store, E_UNEXPECTED);
+  m_store = Ref<IStore>::Share(store);
+  return Build();
+}
+
+Result CDataStoreImpl::Build() try {
+  m_model = MakeRef<CDataStoreModelImpl>();
+  return m_model->SetStore(m_store.Get());
+}
+HV_CATCH_RETURN_AS(E_UNEXPECTED)
+
+Result CDataStoreImpl::GetName(WString* name) try {
+  HV_RETURN_IF_NULL(name);
+  HV_RETURN_CODE_IF(!m_store, E_UNEXPECTED);
+  m_store->GetName(*name);
+  return S_OK;
+}
+HV_CATCH_RETURN_AS(E_UNEXPECTED)
+
+Result CDataStoreImpl::GetPluginName(WString* name) try {
+  HV_RETURN_IF_NULL(name);
+  HV_RETURN_CODE_IF(!m_store, E_UNEXPECTED);
+  m_store->GetPluginName(*name);
+  return S_OK;
+}
+HV_CATCH_RETURN_AS(E_UNEXPECTED)
+
+Result CDataStoreImpl::GetParameters(WString* parameters) try {
+  HV_RETURN_IF_NULL(parameters);
+  HV_RETURN_CODE_IF(!m_store, E_UNEXPECTED);
+  m_store->GetParameters(*parameters);
+  return S_OK;
+}
+HV_CATCH_RETURN_AS(E_UNEXPECTED)
+
+Result CDataStoreImpl::GetModel(IDataStoreModelImpl** model) {
+  HV_RETURN_IF_NULL(model);
+  *model = nullptr;
+  HV_RETURN_CODE_IF(!m_model, E_UNEXPECTED);
+  return m_model.CopyTo(model);
+}
+
+Result CDataStoreImpl::GetCoreStore(IStore** store) {
+  HV_RETURN_IF_NULL(store);
+  *store = nullptr;
+  HV_RETURN_CODE_IF(!m_store, E_UNEXPECTED);
+  return m_store.CopyTo(store);
+}
+
+Result CDataStoreImpl::Save(std::u16string_view mode) try {
+  HV_RETURN_CODE_IF(!m_store, E_UNEXPECTED);
+  m_store->Save(mode.empty() ? kWholeTreeMode : mode);
+  return S_OK;
+}
+HV_CATCH_RETURN_AS(E_FAIL, kSaveRows)
+
+Result CDataStoreImpl::Refresh() {
+  HV_RETURN_CODE_IF(!m_store, E_UNEXPECTED);
+  try {
+    m_store->Refresh();
+  } catch (...) {
+    // Hosts aren't told: what couldn't be looked at again stays as it was.
+  }
+  return S_OK;
+}
+
+Result CDataStoreImpl::IsModified(std::int32_t* modified) try {
+  HV_RETURN_IF_NULL(modified);
+  HV_RETURN_CODE_IF(!m_store, E_UNEXPECTED);
+  *modified = m_store->GetState(kUnsavedChanges);
+  return S_OK;
+}
+HV_CATCH_RETURN_AS(E_UNEXPECTED)
+
+Result CDataStoreImpl::IsQuerySupported(std::int32_t* supported) try {
+  HV_RETURN_IF_NULL(supported);
+  *supported = 0;
+  HV_RETURN_CODE_IF(!m_store, E_UNEXPECTED);
+  WString pluginName;
+  m_store->GetPluginName(pluginName);
+  const auto environment = Ref<IEnvironment>::Adopt(m_store->GetEnvironment());
+  if (!environment) return S_OK;
+  const auto plugins = Ref<IPluginList>::Adopt(environment->GetPlugins());
+  const auto plugin = Ref<IPluginInfo>::Adopt(plugins ? plugins->GetPlugin(pluginName) : nullptr);
+  // A plug-in that isn't installed runs no queries.
+  if (plugin) *supported = plugin->SupportsQueries();
+  return S_OK;
+}
+HV_CATCH_RETURN_AS(E_UNEXPECTED)
+
+Result CDataStoreImpl::GetContext(std::int32_t mode, IDataStoreContextImpl** context) try {
+  HV_RETURN_IF_NULL(context);
+  *context = nullptr;
+  HV_RETURN_CODE_IF(!m_store, E_FAIL);
+  const auto found = Ref<IStoreContext>::Adopt(m_store->GetContext(mode));
+  return found ? E_NOTIMPL : VEX_E_FOREIGN_ELEMENT;
+}
+HV_CATCH_RETURN_AS(E_UNEXPECTED)
+
+bool CDataStoreImpl::HasQmdModel() {
+  if (!m_store) return false;
+  try {
+    const auto model = Ref<IModel>::Adopt(m_store->GetModel());
+    return model && model->HasModelPart(kQmdModel) != 0;
+  } catch (...) {
+    return false;
+  }
+}
+
+Result CDataStoreImpl::GetRootElements(IRootElementsImpl** elements) {
+  return NotAvailable(elements);
+}
+
+Result CDataStoreImpl::CreateElement(std::u16string_view, std::u16string_view,
+                                     IStoreElementImpl** element) {
+  return NotAvailable(element);
+}
+
+Result CDataStoreImpl::GetElementByKey(std::u16string_view, IStoreElementImpl** element) {
+  return NotAvailable(element);
+}
+
+Result CDataStoreImpl::GetElementList(std::u16string_view, std::u16string_view, bool,
+                                      IStoreElementListImpl** elements) {
+  return NotAvailable(elements);
+}
+
+Result CDataStoreImpl::CreateQuery(IAdvancedQueryImpl** query) { return NotAvailable(query); }
+
+Result CDataStoreImpl::SaveQuery(IAdvancedQueryImpl* query, std::u16string_view) {
+  return query ? E_NOTIMPL : VEX_E_NOT_STORE_QUERY;
+}
+
+Result CDataStoreImpl::LoadQuery(IAdvancedQueryImpl** query, std::u16string_view) {
+  return NotAvailable(query);
+}
+
+Result CDataStoreImpl::DeleteElement(IStoreElementImpl* element) {
+  return element ? E_NOTIMPL : E_UNEXPECTED;
+}
+
+Result CDataStoreImpl::CreateElementsByInstList(IInstList* instList,
+                                                IStoreElementListImpl** elements) {
+  HV_RETURN_IF_NULL(elements);
+  *elements = nullptr;
+  return instList ? E_NOTIMPL : E_POINTER;
+}
+
+Result CDataStoreImpl::GetResults(IDispatch** results) { return NotAvailable(results); }
+
+Result CDataStoreImpl::Search(IAdvancedQueryImpl* query) {
+  return query ? E_NOTIMPL : VEX_E_NOT_STORE_QUERY;
+}
+
+Result CDataStoreImpl::GetBrowseSettings(IBrowseSettingsImpl** settings) {
+  return NotAvailable(settings);
+}
+
+Result CDataStoreImpl::GetBrowseSettingsInternal(IBrowseSettingsImpl** settings) {
+  return NotAvailable(settings);
+}
+
+Result CDataStoreImpl::SetBrowseSettings(IBrowseSettingsImpl* settings) {
+  HV_RETURN_CODE_IF(HasQmdModel(), E_ACCESSDENIED);
+  return settings ? E_NOTIMPL : S_OK;
+}
+
+Result CDataStoreImpl::GetSimplifiedStore(ISimplifiedStoreImpl** simplified) {
+  return NotAvailable(simplified);
+}
+
+}  // namespace hv::vex

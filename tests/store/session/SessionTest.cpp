@@ -1,0 +1,316 @@
+// tests/store/session/SessionTest.cpp - a session with a store of the real engine.
+#include <storefabric/IBrowseSettings.h>
+#include <storefabric/IDataStore.h>
+#include <storefabric/IDataStoreContext.h>
+#include <storefabric/IDataStoreModel.h>
+#include <storefabric/ISVEXQuery.h>
+#include <storefabric/IStoreElement.h>
+
+#include "CallByName.h"
+#include "cor/Counted.h"
+#include "plugins/TestConfiguration.h"
+#include "store/core/Seam.h"
+#include "store/session/DataStoreEnvironmentInt.h"
+#include "store/session/DataStoreImpl.h"
+
+#include <dlfcn.h>
+#include <gtest/gtest.h>
+
+namespace hv::vex {
+namespace {
+
+using test::Call;
+using test::CallByName;
+using test::TestConfiguration;
+
+class Session : public ::testing::Test {
+ protected:
+  Session() : m_configuration(HV_BINARY_DIR "/lib") {
+    m_alive = cor::LiveObjectCount();
+    m_file = std::filesystem::temp_directory_path() /
+             ("storefabric-session-" + std::to_string(::getpid()) + ".atfx");
+    std::filesystem::copy_file(HV_TEST_DATA_DIR "/store/bench.atfx", m_file,
+                               std::filesystem::copy_options::overwrite_existing);
+    m_parameter = u"<filename>" + m_file.u16string() + u"</filename>";
+    Ref<IDispatch> made;
+    EXPECT_EQ(S_OK, CDataStoreEnvironmentInt::Create(made.Put()));
+    m_store = Open(*made.As<IDataStoreEnvironment>().Get());
+  }
+  ~Session() override {
+    m_store.Reset();
+    EXPECT_EQ(m_alive, cor::LiveObjectCount());
+    EXPECT_EQ(nullptr, ::dlopen(HV_BINARY_DIR "/lib/vexex.so", RTLD_NOW | RTLD_NOLOAD))
+        << "nobody needs the engine any more";
+    std::filesystem::remove(m_file);
+  }
+
+  [[nodiscard]] Ref<IDataStore> Open(IDataStoreEnvironment& environment) const {
+    Ref<IDataStore> store;
+    EXPECT_EQ(S_OK, environment.ConnectDataStoreByParameter(u"ATFX", m_parameter, store.Put()));
+    return store;
+  }
+  [[nodiscard]] Ref<IStore> CoreStore() const {
+    Ref<IUnknown> unknown;
+    EXPECT_EQ(S_OK, m_store->GetVexStore(unknown.Put()));
+    return unknown.As<IStore>();
+  }
+
+  Ref<IDataStore> m_store;
+  std::u16string m_parameter;
+
+ private:
+  TestConfiguration m_configuration;
+  std::int64_t m_alive = 0;
+  std::filesystem::path m_file;
+};
+
+TEST_F(Session, TellsWhatItIsConnectedTo) {
+  ASSERT_TRUE(m_store);
+  WString plugin;
+  WString parameters;
+  WString name;
+  EXPECT_EQ(S_OK, m_store->get_PluginName(&plugin));
+  EXPECT_EQ(S_OK, m_store->get_Parameters(&parameters));
+  EXPECT_EQ(S_OK, m_store->get_Name(&name));
+  EXPECT_TRUE(plugin.EqualsExact(u"ATFX"));
+  EXPECT_TRUE(parameters.EqualsExact(m_parameter));
+  WString coreName;
+  CoreStore()->GetName(coreName);
+  EXPECT_TRUE(name.EqualsExact(coreName));
+  EXPECT_FALSE(name.empty());
+  EXPECT_TRUE(CallByName(*m_store.Get(), u"NAME").result.AsText().EqualsExact(name));
+}
+
+TEST_F(Session, GivesTheEnginesStoreItself) {
+  const Ref<IStore> first = CoreStore();
+  ASSERT_TRUE(first);
+  EXPECT_EQ(first, CoreStore());
+  EXPECT_TRUE(CallByName(*m_store.Get(), u"GetVexStore").result.Is(VT_UNKNOWN));
+  const Ref<CDataStoreImpl> second = MakeRef<CDataStoreImpl>();
+  EXPECT_EQ(S_OK, second->OpenByStore(first.Get()));
+  Ref<IStore> shared;
+  EXPECT_EQ(S_OK, second->GetCoreStore(shared.Put()));
+  EXPECT_EQ(first, shared);
+}
+
+TEST_F(Session, GivesAModelWithTheStoresEntities) {
+  Ref<IDataStoreModel> model;
+  ASSERT_EQ(S_OK, m_store->get_Model(model.Put()));
+  Ref<IModelEntities> entities;
+  ASSERT_EQ(S_OK, model->get_Entities(entities.Put()));
+  std::int32_t count = 0;
+  EXPECT_EQ(S_OK, entities->get_Count(&count));
+  EXPECT_EQ(2, count);
+  Ref<IDataStoreModel> again;
+  ASSERT_EQ(S_OK, m_store->get_Model(again.Put()));
+  EXPECT_FALSE(model == again) << "a wrapper is made for each call";
+}
+
+TEST_F(Session, ModelOutlivesItsSession) {
+  Ref<IDataStoreModel> model;
+  ASSERT_EQ(S_OK, m_store->get_Model(model.Put()));
+  m_store.Reset();
+  Ref<IModelEntities> entities;
+  EXPECT_EQ(S_OK, model->get_Entities(entities.Put()));
+}
+
+TEST_F(Session, KnowsUnsavedChangesAndSavesThem) {
+  std::int32_t modified = -1;
+  EXPECT_EQ(S_OK, m_store->IsModified(&modified));
+  EXPECT_EQ(0, modified);
+  const Ref<IStore> core = CoreStore();
+  {
+    const auto instance = Ref<IInstance>::Adopt(core->GetInstance(u"Test:1"));
+    ASSERT_TRUE(instance);
+    instance.As<IContainer>()->SetString(u"name", u"Renamed");
+  }
+  EXPECT_EQ(S_OK, m_store->IsModified(&modified));
+  EXPECT_EQ(1, modified);
+  EXPECT_EQ(S_OK, m_store->Save(Variant::Missing()));
+  EXPECT_EQ(S_OK, m_store->IsModified(&modified));
+  EXPECT_EQ(0, modified);
+  EXPECT_EQ(S_OK, m_store->Refresh());
+}
+
+TEST_F(Session, KnowsWhetherQueriesRun) {
+  std::int32_t supported = -1;
+  EXPECT_EQ(S_OK, m_store->IsQuerySupported(&supported));
+  EXPECT_EQ(1, supported);
+}
+
+/// One member of a session by the code-returning face, with an argument that it must refuse or an
+/// object that it doesn't have.
+struct MemberCase {
+  const char* name;
+  Result (*call)(IDataStore& store);
+  Result code;
+};
+
+template <class Object>
+Result WithOut(Result (*call)(IDataStore&, Object**), IDataStore& store) {
+  Object* out = reinterpret_cast<Object*>(&store);
+  const Result rc = call(store, &out);
+  EXPECT_EQ(nullptr, out);
+  return rc;
+}
+
+/// An object without any member.
+class Blank final : public cor::Counted<IUnknown> {};
+
+TEST_F(Session, MembersCheckTheirArguments) {
+  const MemberCase kMembers[] = {
+      {"Name", [](IDataStore& s) { return s.get_Name(nullptr); }, E_POINTER},
+      {"PluginName", [](IDataStore& s) { return s.get_PluginName(nullptr); }, E_POINTER},
+      {"Parameters", [](IDataStore& s) { return s.get_Parameters(nullptr); }, E_POINTER},
+      {"Model", [](IDataStore& s) { return s.get_Model(nullptr); }, E_POINTER},
+      {"RootElements", [](IDataStore& s) { return s.get_RootElements(nullptr); }, E_POINTER},
+      {"CreateElement",
+       [](IDataStore& s) { return s.CreateElement(Variant::Text(u"Test"), u"a", nullptr); },
+       E_POINTER},
+      {"CreateElementWithoutName",
+       [](IDataStore& s) {
+         return WithOut<IStoreElement>(
+             [](IDataStore& store, IStoreElement** out) {
+               return store.CreateElement(Variant::Text(u"Test"), u"", out);
+             },
+             s);
+       },
+       VEX_E_EMPTY_NAME},
+      {"CreateElementOfAnArray",
+       [](IDataStore& s) {
+         return WithOut<IStoreElement>(
+             [](IDataStore& store, IStoreElement** out) {
+               return store.CreateElement(Variant::Array({}), u"a", out);
+             },
+             s);
+       },
+       E_INVALIDARG},
+      {"GetElementByKey", [](IDataStore& s) { return s.GetElementByKey(u"Test:1", nullptr); },
+       E_POINTER},
+      {"GetElementByNoChannel",
+       [](IDataStore& s) {
+         return WithOut<IStoreElement>(
+             [](IDataStore& store, IStoreElement** out) {
+               return store.GetElementByDataChannel(nullptr, out);
+             },
+             s);
+       },
+       E_INVALIDARG},
+      {"GetElementByAChannelWithoutKey",
+       [](IDataStore& s) {
+         return WithOut<IStoreElement>(
+             [](IDataStore& store, IStoreElement** out) {
+               return store.GetElementByDataChannel(&store, out);
+             },
+             s);
+       },
+       E_INVALIDARG},
+      {"GetElementListWithAnObject",
+       [](IDataStore& s) {
+         return WithOut<IStoreElements>(
+             [](IDataStore& store, IStoreElements** out) {
+               return store.GetElementList(u"Test", u"*", Variant::Object(&store), out);
+             },
+             s);
+       },
+       E_INVALIDARG},
+      {"CreateQuery", [](IDataStore& s) { return s.CreateQuery(nullptr); }, E_POINTER},
+      {"SaveForeignQuery", [](IDataStore& s) { return s.SaveQuery(&s, u"q"); },
+       VEX_E_NOT_STORE_QUERY},
+      {"SearchForeignQuery", [](IDataStore& s) { return s.Search(&s); }, VEX_E_NOT_STORE_QUERY},
+      {"SearchNothing", [](IDataStore& s) { return s.Search(nullptr); }, VEX_E_NOT_STORE_QUERY},
+      {"DeleteNothing", [](IDataStore& s) { return s.DeleteElement(nullptr); }, E_UNEXPECTED},
+      {"DeleteForeign", [](IDataStore& s) { return s.DeleteElement(&s); }, E_INVALIDARG},
+      {"CreateElementsOfNoList",
+       [](IDataStore& s) {
+         return WithOut<IStoreElements>(
+             [](IDataStore& store, IStoreElements** out) {
+               return store.CreateElementsByInstList(nullptr, out);
+             },
+             s);
+       },
+       E_POINTER},
+      {"GetContext", [](IDataStore& s) { return s.GetContext(Variant::I4(1), nullptr); },
+       E_POINTER},
+      {"SetNoBrowseSettings", [](IDataStore& s) { return s.SetBrowseSettings(nullptr); }, S_OK},
+      {"SetForeignBrowseSettings", [](IDataStore& s) { return s.SetBrowseSettings(&s); },
+       E_INVALIDARG},
+      {"IsModified", [](IDataStore& s) { return s.IsModified(nullptr); }, E_POINTER},
+      {"IsQuerySupported", [](IDataStore& s) { return s.IsQuerySupported(nullptr); }, E_POINTER},
+      {"GetVexStore", [](IDataStore& s) { return s.GetVexStore(nullptr); }, E_POINTER},
+  };
+  for (const MemberCase& row : kMembers) {
+    SCOPED_TRACE(row.name);
+    EXPECT_EQ(row.code, row.call(*m_store.Get()));
+  }
+}
+
+struct ScriptCase {
+  std::u16string_view member;
+  std::vector<Variant> args;
+  std::int32_t number;
+  std::u16string_view text;
+};
+
+// The texts name type and argument in each other's place; scripts know them so.
+TEST_F(Session, ScriptReadsNumberAndText) {
+  const Variant self = Variant::Object(m_store.Get());
+  const ScriptCase kCalls[] = {
+      {u"CreateElement",
+       {Variant::Text(u"Test"), Variant::Text(u"")},
+       360,
+       u"The name of an Element<DataStore> must not be an empty string."},
+      {u"CreateElement",
+       {Variant::Array({}), Variant::Text(u"a")},
+       357,
+       u"The parameter Type of the Create function must be an Entity<DataStore> or a string with "
+       u"the name of an Entity."},
+      {u"GetElementList",
+       {Variant::Text(u"Test"), Variant::Text(u"*"), self},
+       222,
+       u"The argument Bool of the method GetElementList must be a OdsConform."},
+      {u"Search",
+       {Variant::Null()},
+       222,
+       u"The argument Query<DataStore> of the method Search must be a Query."},
+      {u"Search",
+       {self},
+       222,
+       u"The argument Query<DataStore> of the method Search must be a Query."},
+      {u"SaveQuery",
+       {self, Variant::Text(u"q")},
+       222,
+       u"The argument Query<DataStore> of the method SaveQuery must be a Query."},
+      {u"DeleteElement",
+       {self},
+       222,
+       u"The argument Element<DataStore> of the method DeleteElement must be a Val."},
+      {u"GetElementByDataChannel",
+       {self},
+       222,
+       u"The argument Channel<Data> of the method GetElementByDataChannel must be a Object."},
+      {u"CreateElementsByInstList",
+       {Variant::Null()},
+       222,
+       u"The argument InstanceList of the method CreateElementsByInstList must be a InstList."},
+  };
+  for (const ScriptCase& row : kCalls) {
+    SCOPED_TRACE(cor::ToUtf8(row.member));
+    const Call call = CallByName(*m_store.Get(), row.member, row.args);
+    EXPECT_EQ(DISP_E_EXCEPTION, call.code);
+    EXPECT_EQ(row.number, call.error.number);
+    EXPECT_TRUE(call.error.text.EqualsExact(row.text)) << cor::ToUtf8(call.error.text);
+  }
+}
+
+TEST_F(Session, BrowseSettingsRefuseWhatIsNone) {
+  const Call call = CallByName(*m_store.Get(), u"BrowseSettings", {Variant::Object(m_store.Get())},
+                               CallKind::Put);
+  EXPECT_EQ(222, call.error.number);
+  EXPECT_TRUE(call.error.text.EqualsExact(
+      u"The argument BrowseSettings of the method SetBrowseSettings must be a BrowseSettings."))
+      << cor::ToUtf8(call.error.text);
+}
+
+}  // namespace
+}  // namespace hv::vex
