@@ -44,32 +44,46 @@ void ForEachNumber(const MemoryTable& table, std::int32_t attribute, const RowSe
       cells.numbers);
 }
 
-/// A text among others to be put in order: folded first, the text itself decides between equals.
+/// A text among others to be put in order.
 struct OrderedText {
   std::u16string folded;
-  std::u16string text;
-  friend auto operator<=>(const OrderedText&, const OrderedText&) = default;
+  std::uint64_t handle;
 };
 
-/// The set of the different texts of a column among `rows`.
-std::vector<OrderedText> DifferentTexts(const TextCells& cells, const RowSet& rows) {
-  std::unordered_set<std::uint64_t> handles;
-  std::unordered_set<std::string_view> seen;
-  std::unordered_set<std::u16string_view> seenWide;
-  std::vector<OrderedText> texts;
-  std::u16string wideBuffer;
-  std::u16string foldBuffer;
+/// Folded forms first; the texts themselves decide between equals.
+bool IsBefore(const TextArena& arena, std::u16string_view foldedA, std::uint64_t a,
+              std::u16string_view foldedB, std::uint64_t b) {
+  const int order = foldedA.compare(foldedB);
+  if (order != 0) return order < 0;
+  std::u16string bufferA;
+  std::u16string bufferB;
+  return arena.At(a).Widen(bufferA) < arena.At(b).Widen(bufferB);
+}
+
+/// Calls `visit(handle)` for the rows that have a text; not twice for the same handle in a row.
+template <class Visit>
+void ForEachText(const TextCells& cells, const RowSet& rows, Visit&& visit) {
   std::uint64_t last = TextArena::kNone;
   rows.ForEach([&](Row row) {
     if (row >= cells.handles.size()) return;
     const std::uint64_t handle = cells.handles[row];
     if (handle == TextArena::kNone || handle == last) return;
     last = handle;
+    visit(handle);
+  });
+}
+
+/// The different texts of a column among `rows`, in no order.
+std::vector<OrderedText> DifferentTexts(const TextCells& cells, const RowSet& rows) {
+  std::unordered_set<std::string_view> seen;
+  std::unordered_set<std::u16string_view> seenWide;
+  std::vector<OrderedText> texts;
+  std::u16string buffer;
+  ForEachText(cells, rows, [&](std::uint64_t handle) {
     const StoredText text = cells.arena.At(handle);
-    if (!(text.isAscii ? seen.insert(text.ascii).second : seenWide.insert(text.wide).second))
-      return;
-    texts.push_back(
-        {std::u16string(text.Fold(foldBuffer)), std::u16string(text.Widen(wideBuffer))});
+    const bool isNew =
+        text.isAscii ? seen.insert(text.ascii).second : seenWide.insert(text.wide).second;
+    if (isNew) texts.push_back({std::u16string(text.Fold(buffer)), handle});
   });
   return texts;
 }
@@ -111,9 +125,12 @@ ColumnBlock DistinctValues(const MemoryTable& table, std::int32_t attribute, con
     std::vector<OrderedText> texts = DifferentTexts(*cells, rows);
     const std::size_t wanted = Wanted(texts.size(), limit);
     std::partial_sort(texts.begin(), texts.begin() + static_cast<std::ptrdiff_t>(wanted),
-                      texts.end());
+                      texts.end(), [&](const OrderedText& a, const OrderedText& b) {
+                        return IsBefore(cells->arena, a.folded, a.handle, b.folded, b.handle);
+                      });
+    std::u16string buffer;
     for (std::size_t i = 0; i < wanted; ++i) {
-      block.textArena += texts[i].text;
+      block.textArena += cells->arena.At(texts[i].handle).Widen(buffer);
       block.textEnds.push_back(block.textArena.size());
     }
     block.isNull.resize(wanted);
@@ -156,11 +173,26 @@ void TextBounds(const TextCells& cells, const RowSet& rows, Bounds& bounds) {
   rows.ForEach([&](Row row) {
     if (row < cells.handles.size() && cells.handles[row] != TextArena::kNone) ++bounds.count;
   });
-  const std::vector<OrderedText> texts = DifferentTexts(cells, rows);
-  if (texts.empty()) return;
-  const auto [lowest, highest] = std::minmax_element(texts.begin(), texts.end());
-  bounds.lowest.data = Value::Texts{lowest->text};
-  bounds.highest.data = Value::Texts{highest->text};
+  if (bounds.count == 0) return;
+  OrderedText lowest{{}, TextArena::kNone};
+  OrderedText highest{{}, TextArena::kNone};
+  std::u16string buffer;
+  ForEachText(cells, rows, [&](std::uint64_t handle) {
+    const std::u16string_view folded = cells.arena.At(handle).Fold(buffer);
+    if (lowest.handle == TextArena::kNone ||
+        IsBefore(cells.arena, folded, handle, lowest.folded, lowest.handle)) {
+      lowest = {std::u16string(folded), handle};
+    }
+    if (highest.handle == TextArena::kNone ||
+        IsBefore(cells.arena, highest.folded, highest.handle, folded, handle)) {
+      highest = {std::u16string(folded), handle};
+    }
+  });
+  const auto textOf = [&](std::uint64_t handle) {
+    return Value::Texts{std::u16string(cells.arena.At(handle).Widen(buffer))};
+  };
+  bounds.lowest.data = textOf(lowest.handle);
+  bounds.highest.data = textOf(highest.handle);
 }
 
 }  // namespace
