@@ -4,8 +4,10 @@
 
 #include "core/plugins/atfx/AsciiText.h"
 
+#include <bit>
 #include <charconv>
 #include <cmath>
+#include <cstring>
 #include <limits>
 #include <system_error>
 #include <type_traits>
@@ -18,10 +20,21 @@ bool IsByteBlank(char c) { return c == ' ' || c == '\n' || c == '\t' || c == '\r
 
 /// Appends `text` as bytes. What isn't ASCII becomes a character that no number holds.
 void AppendNarrowed(std::u16string_view text, std::string* to) {
+  static_assert(std::endian::native == std::endian::little);
+  constexpr std::uint64_t kNotAscii = 0xFF80FF80FF80FF80;
   const std::size_t old = to->size();
   to->resize(old + text.size());
   char* out = to->data() + old;
-  for (std::size_t i = 0; i < text.size(); ++i) {
+  std::size_t i = 0;
+  for (; i + 4 <= text.size(); i += 4) {
+    std::uint64_t four = 0;
+    std::memcpy(&four, text.data() + i, sizeof four);
+    if ((four & kNotAscii) != 0) break;
+    four = (four | four >> 8) & 0x0000FFFF0000FFFF;
+    const auto packed = static_cast<std::uint32_t>(four | four >> 16);
+    std::memcpy(out + i, &packed, sizeof packed);
+  }
+  for (; i < text.size(); ++i) {
     out[i] = static_cast<char>(text[i] < 0x80 ? text[i] : char16_t{0x7F});
   }
 }
