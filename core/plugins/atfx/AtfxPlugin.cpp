@@ -133,7 +133,7 @@ void Write(const RecordStore& source, const ConnectParameters& parameters) {
 const PluginInfo kAtfxPlugin = {
     .name = u"ATFX",
     .supportsQueries = true,
-    .fileExtensions = u"atfx;xml",
+    .fileExtensions = u"atfx",
     .open = Open,
     .create = Create,
     .write = Write,

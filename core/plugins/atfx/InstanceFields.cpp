@@ -19,6 +19,7 @@ Field::Kind KindOf(const Attribute& attribute, bool isId, Role role) {
   if (isId) return Field::Kind::Id;
   if (role == Role::LocalColumn && attribute.baseName == u"values") return Field::Kind::Values;
   if (role == Role::LocalColumn && attribute.baseName == u"flags") return Field::Kind::Flags;
+  if (attribute.type == OdsType::Unknown) return Field::Kind::Unreadable;
   if (attribute.sequence) return Field::Kind::Typed;
   switch (attribute.type) {
     case OdsType::Boolean:

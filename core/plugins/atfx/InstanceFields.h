@@ -25,7 +25,8 @@ struct Field {
     Text,
     Date,
     Enum,
-    Typed,  // everything that has a form of its own: sequences, bytes, complex numbers ...
+    Typed,       // everything that has a form of its own: sequences, bytes, complex numbers ...
+    Unreadable,  // of no data type
     Relation,
     Values,  // of a local column
     Flags,

@@ -158,6 +158,11 @@ void InstanceSection::BeginField(std::u16string_view name) {
   m_part = Part::Scalar;
   if (isHidden) return;
   switch (m_field->kind) {
+    case Field::Kind::Unreadable:
+      m_context.Warn(Join({What(), u" has no data type; left out"}));
+      m_skippedIn = Part::Record;
+      m_part = Part::Skipped;
+      break;
     case Field::Kind::Typed:
       m_part = Part::Typed;
       m_typed.Begin({m_field->type, m_field->enumeration, false, false}, What());

@@ -293,6 +293,20 @@ TEST(AtfxExternalComponents, OfOneColumnAreJoinedByTheirNumbers) {
   EXPECT_EQ(4, middle[2]);
 }
 
+TEST(AtfxExternalComponents, MayBeNamedByTheirFiles) {
+  const TempFolder folder;
+  folder.Write("v.bin", std::string("\1\0", 2));
+  folder.Write("f.bin", std::string("\7\0", 2));
+  const auto store =
+      ReadText(Document("<File><Id>1</Id><Location>v.bin</Location><ValuesOf>4</ValuesOf></File>"
+                        "<File><Id>2</Id><Location>f.bin</Location><FlagsOf>4</FlagsOf></File>" +
+                        Extern(4, 1, "<Type>dt_short</Type><Length>1</Length><Column>1</Column>") +
+                        ColumnInstances("", "DT_SHORT", 1)),
+               folder.Path());
+  EXPECT_EQ("1", OpenText(*store));
+  EXPECT_EQ("7", ValuesText(store->OpenFlags(Ref(*store, u"Column", 1)).get()));
+}
+
 TEST(AtfxExternalComponents, GiveWayToTheColumnsOwnValues) {
   const auto store = ReadText(Document(
       Extern(1, 1, "<File>none</File><Type>dt_short</Type><Length>1</Length><Column>1</Column>") +

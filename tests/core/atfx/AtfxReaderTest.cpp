@@ -199,6 +199,10 @@ constexpr InlineCase kInline[] = {
      "</external_reference></A_EXTERNALREFERENCE></Values>",
      "DT_EXTERNALREFERENCE", "'||l'"},
     {"Enum", "<Values><A_ENUM>3 4</A_ENUM></Values>", "DT_ENUM", "3 4"},
+    {"ClaimedLength",
+     "<Values><A_BYTEFIELD><length>1000000000000</length><sequence>1</sequence></A_BYTEFIELD>"
+     "</Values>",
+     "DT_BYTESTR", "x01"},
     {"LastListCounts", "<Values><A_INT16>1</A_INT16></Values><Values><A_INT32>2</A_INT32></Values>",
      "DT_LONG", "2"},
     {"Empty", "<Values><A_INT16/></Values>", "", ""},
@@ -255,6 +259,17 @@ TEST(AtfxReader, TakesSectionsInAnyOrderAndOldVersions) {
   // Without an id attribute the records are numbered; the type is the one of that version.
   EXPECT_EQ("4", AttributeText(*store, Ref(*store, u"E", 2), u"Rows"));
   EXPECT_EQ(OdsType::Long, store->GetModel()->Find(u"E")->attributes[0].type);
+}
+
+TEST(AtfxReader, LeavesOutWhatHasNoType) {
+  const auto store = ReadText(
+      "<atfx_file><application_model><application_element><name>E</name><basetype>AoAny</basetype>"
+      "<application_attribute><name>u</name><datatype>DT_UNKNOWN</datatype>"
+      "</application_attribute></application_element></application_model>"
+      "<instance_data>\n<E><u>5<deep/></u></E></instance_data></atfx_file>");
+  EXPECT_EQ("-", AttributeText(*store, Ref(*store, u"E", 1), u"u"));
+  EXPECT_NE(std::string::npos,
+            WarningsText(*store).find("line 2: 'u' of E has no data type; left out\n"));
 }
 
 TEST(AtfxReader, LimitsItsWarnings) {
