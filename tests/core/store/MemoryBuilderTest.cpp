@@ -227,6 +227,11 @@ TEST_F(MemoryBuilderTest, OpensValuesWhenAskedForAndEachTimeAnew) {
     return InMemoryValues::Open(
         InMemoryValues::FromValue({OdsType::Long, true, Value::Integers{4, 5}}));
   });
+  const Row other = *builder.AppendRecord(m.column, 2);
+  EXPECT_TRUE(builder.SetValue(m.column, other, m.AttributeOf(m.column, u"Values"),
+                               {OdsType::Short, true, Value::Integers{1, 2, 3}}));
+  EXPECT_FALSE(builder.SetValue(m.column, other, m.AttributeOf(m.column, u"Values"),
+                                {OdsType::Short, true, Value::Integers{99999}}));
   const std::int16_t flags[] = {15, 0};
   builder.SetFlags(m.column, row, InMemoryValues::FromFlags(flags));
   builder.SetContextValue(u"exporter", u"a");
@@ -238,6 +243,7 @@ TEST_F(MemoryBuilderTest, OpensValuesWhenAskedForAndEachTimeAnew) {
   EXPECT_EQ(2u, store->OpenValues({m.column, 1})->Count());
   EXPECT_EQ(2u, store->OpenFlags({m.column, 1})->Count());
   EXPECT_EQ(1, opened);
+  EXPECT_EQ(3u, store->OpenValues({m.column, 2})->Count());
   ASSERT_EQ(1u, store->ContextValues().size());
   EXPECT_EQ(u"b", store->ContextValues()[0].second);
   EXPECT_EQ(1u, store->Warnings().size());

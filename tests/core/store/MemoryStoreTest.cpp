@@ -122,6 +122,41 @@ TEST(MemoryStore, TakesOverWhatIsReadAgain) {
   EXPECT_EQ(2u, store.ModelStamp());
 }
 
+TEST(MemoryStore, KeepsRelationsApartThatClaimTheSameInverse) {
+  ModelBuilder builder(u"asam36");
+  const auto add = [&](std::u16string name, std::u16string to, std::u16string inverse,
+                       std::int32_t most) {
+    RelationSpec spec;
+    spec.name = std::move(name);
+    spec.refTo = std::move(to);
+    spec.inverseName = std::move(inverse);
+    spec.maxOccurs = most;
+    EXPECT_TRUE(builder.AddRelation(std::move(spec)));
+  };
+  builder.BeginEntity(u"Project", u"AoAny");
+  add(u"Runs", u"Run", u"Project", kMany);
+  add(u"MoreRuns", u"Run", u"Project", kMany);
+  builder.BeginEntity(u"Run", u"AoAny");
+  add(u"Project", u"Project", u"Runs", 1);
+  const auto model = builder.Build();
+  ASSERT_NE(nullptr, model);
+  const Entity& project = *model->Find(u"Project");
+  const Entity& run = *model->Find(u"Run");
+  MemoryStore store(model, {[](const MemoryStore&, std::u16string_view) { return false; }, {}});
+  store.Create(project.id, 1);
+  for (RecordId id = 1; id <= 3; ++id) store.Create(run.id, id);
+  const std::int32_t runs = project.FindRelation(u"Runs");
+  const std::int32_t more = project.FindRelation(u"MoreRuns");
+  store.Connect({project.id, 1}, runs, {run.id, 1});
+  store.Connect({project.id, 1}, more, {run.id, 2});
+  store.Connect({project.id, 1}, more, {run.id, 3});
+  EXPECT_EQ("1", Describe(Targets(store, {project.id, 1}, runs)));
+  EXPECT_EQ("2, 3", Describe(Targets(store, {project.id, 1}, more)));
+  store.Delete({run.id, 2});
+  EXPECT_EQ("3", Describe(Targets(store, {project.id, 1}, more)));
+  EXPECT_EQ("1", Describe(Targets(store, {run.id, 1}, run.FindRelation(u"Project"))));
+}
+
 TEST(MemoryStore, HasNoRecordsOfBaseEntities) {
   const auto model = MakeContractModel();
   MemoryStore store(model, {[](const MemoryStore&, std::u16string_view) { return false; }, {}});

@@ -329,6 +329,9 @@ TEST_P(RecordStoreQueryContract, GivesDistinctValuesAndBounds) {
     EXPECT_EQ(cor::ToUtf8(c.lowest), cor::ToUtf8(Describe(bounds.lowest)));
     EXPECT_EQ(cor::ToUtf8(c.highest), cor::ToUtf8(Describe(bounds.highest)));
   }
+  BoundQuery projects;
+  projects.entity = m.project;
+  EXPECT_EQ(errc::kInvalidArgument, CodeOf([&] { (void)store->Distinct(m.run, 0, &projects, 0); }));
   for (const std::u16string_view name : {u"Numbers", u"Pair", u"Raw"}) {
     SCOPED_TRACE(cor::ToUtf8(name));
     const std::int32_t attribute = m.AttributeOf(m.run, name);

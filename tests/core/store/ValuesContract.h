@@ -70,6 +70,30 @@ TEST_P(RecordStoreContract, WritesAndReadsColumnValuesOfEveryType) {
   }
 }
 
+TEST_P(RecordStoreContract, ConvertsRealsToWholeNumbersWithinTheirRange) {
+  const RecordRef column = Make(m.column, 1);
+  const Value::Reals reals{2.9, -2.9, std::nan(""), 1e300, -1e300};
+  store->WriteValues(column, {OdsType::Double, true, reals}, {}, false);
+  using Limits = std::numeric_limits<std::int64_t>;
+  EXPECT_EQ((Value::Integers{2, -2, 0, Limits::max(), Limits::min()}),
+            Integers(*store->OpenValues(column), 0, 5));
+  EXPECT_EQ(errc::kWrongType, CodeOf([&] { (void)Texts(*store->OpenValues(column)); }));
+}
+
+TEST_P(RecordStoreContract, TakesValuesAndFlagsAsAttributesToo) {
+  const RecordRef column = Make(m.column, 1);
+  Set(column, u"Values", {OdsType::Float, true, Value::Reals{1.5, 2.5}});
+  Set(column, u"Flags", {OdsType::Short, true, Value::Integers{15, 0}});
+  EXPECT_EQ((Value::Reals{1.5, 2.5}), Reals(*store->OpenValues(column), 0, 2));
+  EXPECT_EQ((Value::Integers{15, 0}), Integers(*store->OpenFlags(column), 0, 2));
+  EXPECT_FALSE(Get(column, u"Values").IsSet()) << "they may be long, and are opened instead";
+  EXPECT_EQ(errc::kWrongType, CodeOf([&] {
+              Set(column, u"Flags", {OdsType::Long, true, Value::Integers{1}});
+            }));
+  Set(column, u"Flags", Value::Unset(OdsType::Short, true));
+  EXPECT_EQ(nullptr, store->OpenFlags(column));
+}
+
 TEST_P(RecordStoreContract, GivesNumbersAsTheyLieIfItGivesThemAtAll) {
   const RecordRef column = Make(m.column, 1);
   store->WriteValues(column, {OdsType::Short, true, Value::Integers{-2, 258}}, {}, false);
