@@ -1,0 +1,127 @@
+// tests/elements/Script.h - calling automation objects the way a script does: by name.
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include <storefabric/Dispatch.h>
+#include <storefabric/Ref.h>
+
+namespace hv::test {
+
+/// What a call by name gave.
+struct Answer {
+  Result rc = S_OK;
+  Variant value;
+  ErrorInfo error;
+
+  [[nodiscard]] IDispatch* Object() const {
+    return value.Is(VT_DISPATCH) ? value.AsObject() : nullptr;
+  }
+  [[nodiscard]] std::string Text() const {
+    Variant text;
+    return Failed(value.ChangeType(VT_BSTR, &text)) ? "(no text)" : cor::ToUtf8(text.AsText());
+  }
+  /// The value's type and text, or the error: "8 Alps", "343 This property is no base property.".
+  [[nodiscard]] std::string Shown() const {
+    if (rc == DISP_E_EXCEPTION) {
+      return std::to_string(error.number) + " " + cor::ToUtf8(error.text);
+    }
+    if (Failed(rc)) return "refused";
+    if (value.Is(VT_DISPATCH)) return value.AsObject() ? "object" : "no object";
+    if (value.IsEmpty()) return "empty";
+    if (value.Is(VT_NULL)) return "null";
+    return Text();
+  }
+};
+
+inline Answer Call(IDispatch* object, std::u16string_view name, CallKind kinds,
+                   std::vector<Variant> args) {
+  Answer answer;
+  std::int32_t id = kDispIdUnknown;
+  answer.rc = object ? object->GetIdOfName(name, &id) : E_POINTER;
+  if (!Failed(answer.rc)) {
+    answer.rc = object->Invoke(id, kinds, args, &answer.value, &answer.error);
+  }
+  return answer;
+}
+
+/// `object.Name` or `object.Name(args)`, as a script that can't know which of the two it is.
+template <class... Args>
+Answer Get(IDispatch* object, std::u16string_view name, Args... args) {
+  return Call(object, name, CallKind::Method | CallKind::Get, {std::move(args)...});
+}
+
+/// `object.Name(indexes) = value`; the value is the last argument.
+template <class... Args>
+Answer Put(IDispatch* object, std::u16string_view name, Args... args) {
+  return Call(object, name, CallKind::Put, {std::move(args)...});
+}
+
+/// `object(key)`: the default member.
+inline Answer Index(IDispatch* object, Variant key) {
+  Answer answer;
+  const std::vector<Variant> args{std::move(key)};
+  answer.rc = object ? object->Invoke(kDispIdValue, CallKind::Method | CallKind::Get, args,
+                                      &answer.value, &answer.error)
+                     : E_POINTER;
+  return answer;
+}
+
+/// Follows an expression from an object, as a script would: members joined by points, with
+/// arguments in parentheses, which are 'texts', integers or the word null. Stops at the first
+/// failure.
+inline Answer Eval(IDispatch* object, std::string_view expression) {
+  Answer answer;
+  answer.value = Variant::Object(object);
+  while (!expression.empty() && !Failed(answer.rc)) {
+    const std::size_t nameEnd = std::min(expression.find_first_of(".("), expression.size());
+    const WString name = cor::FromUtf8(expression.substr(0, nameEnd));
+    expression.remove_prefix(nameEnd);
+    std::vector<Variant> args;
+    while (expression.starts_with('(') || expression.starts_with(',')) {
+      expression.remove_prefix(1);
+      if (expression.starts_with('\'')) {
+        const std::size_t end = expression.find('\'', 1);
+        args.push_back(Variant::Text(cor::FromUtf8(expression.substr(1, end - 1))));
+        expression.remove_prefix(end + 1);
+      } else {
+        const std::size_t end = expression.find_first_of(",)");
+        const std::string word(expression.substr(0, end));
+        if (!word.empty()) {
+          args.push_back(word == "null" ? Variant::Null() : Variant::I4(std::stoi(word)));
+        }
+        expression.remove_prefix(end);
+      }
+      if (expression.starts_with(')')) {
+        expression.remove_prefix(1);
+        break;
+      }
+    }
+    if (expression.starts_with('.')) expression.remove_prefix(1);
+    const Ref<IDispatch> alive = Ref<IDispatch>::Share(answer.Object());
+    answer = Call(alive.Get(), name, CallKind::Method | CallKind::Get, std::move(args));
+  }
+  return answer;
+}
+
+/// The names of a collection's members, in the order of its enumerator, with blanks between them.
+inline std::string NamesOf(IDispatch* collection) {
+  std::string names;
+  const Answer enumerator = Get(collection, u"_NewEnum");
+  const auto iterator = enumerator.value.Is(VT_UNKNOWN)
+                            ? QueryRef<IVariantIterator>(enumerator.value.AsUnknown())
+                            : Ref<IVariantIterator>();
+  if (!iterator) return "(no enumerator)";
+  Variant item;
+  while (iterator->Next(&item) == S_OK) {
+    names += (names.empty() ? "" : " ") + Get(item.AsObject(), u"Name").Text();
+  }
+  return names;
+}
+
+}  // namespace hv::test
