@@ -113,9 +113,8 @@ Result CDataStoreImpl::Save(std::u16string_view mode) try {
 HV_CATCH_RETURN_AS(E_FAIL, kSaveRows)
 
 Result CDataStoreImpl::Refresh() {
-  HV_RETURN_CODE_IF(!m_store, E_UNEXPECTED);
   try {
-    m_store->Refresh();
+    if (m_store) m_store->Refresh();
   } catch (...) {
     // Hosts aren't told: what couldn't be looked at again stays as it was.
   }

@@ -65,6 +65,7 @@ class IDataStoreImpl : public IUnknown {
   virtual Result GetCoreStore(IStore** store) = 0;
   /// An empty mode is "HV_MEASUREMENT_TREE". Any exception of the engine gives E_FAIL.
   virtual Result Save(std::u16string_view mode) = 0;
+  /// Looks again at what others have changed. Always S_OK.
   virtual Result Refresh() = 0;
   /// Non-zero if there are unsaved changes.
   virtual Result IsModified(std::int32_t* modified) = 0;
