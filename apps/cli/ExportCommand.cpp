@@ -22,7 +22,7 @@ void RunExport(const ExportOptions& options) {
   CheckIsAnother(options, options.store);
   CheckTarget(options.target, options.force);
   Engine engine;
-  const Ref<IStore> store = engine.Open(options.store, options.warnings);
+  const Ref<IStore> store = engine.Open(options.store);
   // A configured store tells only now which file it is.
   WString location;
   store->GetDisplayLocation(location);
@@ -32,6 +32,7 @@ void RunExport(const ExportOptions& options) {
                               u"ATFX", u"", FilenameParameter(options.target), store.Get()))
         ->Run();
   });
+  TellRemarks(*store, options.warnings);
 }
 
 }  // namespace hv::cli

@@ -258,7 +258,7 @@ void WriteEnumerations(MemberWriter& writer, IModel& model) {
 
 void RunModel(const ModelOptions& options) {
   Engine engine;
-  const Ref<IStore> store = engine.Open(options.store, options.warnings);
+  const Ref<IStore> store = engine.Open(options.store);
   Explained("reading the model of " + options.store, [&] {
     const auto model = Ref<IModel>::Adopt(store->GetModel());
     if (options.entity.empty() && !options.everything) {
@@ -284,6 +284,7 @@ void RunModel(const ModelOptions& options) {
     if (options.everything) WriteEnumerations(writer, *model);
     writer.End();
   });
+  TellRemarks(*store, options.warnings);
 }
 
 }  // namespace hv::cli

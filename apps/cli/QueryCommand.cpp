@@ -49,7 +49,7 @@ std::string ReadableDate(const std::string& digits) {
 void RunQuery(const QueryOptions& options) {
   const WString text = ReadTextFile(options.expressionFile);
   Engine engine;
-  const Ref<IStore> store = engine.Open(options.store, options.warnings);
+  const Ref<IStore> store = engine.Open(options.store);
   Explained("searching " + options.store, [&] {
     const Ref<IStoreQuery> query = store.As<IStoreQuery>();
     const Ref<IBulkReader> reader = store.As<IBulkReader>();
@@ -84,6 +84,7 @@ void RunQuery(const QueryOptions& options) {
     }
     writer.End();
   });
+  TellRemarks(*store, options.warnings);
 }
 
 }  // namespace hv::cli

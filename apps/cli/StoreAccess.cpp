@@ -35,22 +35,6 @@ WString PluginForFile(vex::IEnvironment& environment, const std::string& file) {
   return {};
 }
 
-void TellWarnings(vex::IStore& store, bool list) {
-  const auto warnings = Ref<vex::IAttribute>::Adopt(store.GetWarnings());
-  const std::uint64_t count = warnings->GetCount();
-  if (count == 0) return;
-  if (!list) {
-    std::fprintf(stderr, "storefabric: %llu remark%s about this store; --warnings lists them\n",
-                 static_cast<unsigned long long>(count), count == 1 ? "" : "s");
-    return;
-  }
-  WString text;
-  for (std::uint64_t i = 0; i < count; ++i) {
-    warnings->GetText(i, text);
-    std::fprintf(stderr, "%s\n", cor::ToUtf8(text).c_str());
-  }
-}
-
 }  // namespace
 
 Engine::Engine() {
@@ -63,22 +47,36 @@ Engine::Engine() {
 
 Engine::~Engine() = default;
 
-Ref<vex::IStore> Engine::Open(const std::string& store, bool listWarnings) {
+Ref<vex::IStore> Engine::Open(const std::string& store) {
   return Explained("opening " + store, [&] {
     const WString plugin = PluginForFile(*m_environment, store);
-    Ref<vex::IStore> opened;
     if (plugin.empty()) {
-      opened = Ref<vex::IStore>::Adopt(m_environment->OpenStore(cor::FromUtf8(store), 0));
-    } else {
-      std::error_code unused;
-      if (!std::filesystem::exists(store, unused)) {
-        throw Failure("opening " + store + ": there is no such file");
-      }
-      opened = Ref<vex::IStore>::Adopt(
-          m_environment->OpenStoreByParameter(u"", plugin, FilenameParameter(store), 0));
+      return Ref<vex::IStore>::Adopt(m_environment->OpenStore(cor::FromUtf8(store), 0));
     }
-    TellWarnings(*opened, listWarnings);
-    return opened;
+    std::error_code unused;
+    if (!std::filesystem::exists(store, unused)) {
+      throw Failure("opening " + store + ": there is no such file");
+    }
+    return Ref<vex::IStore>::Adopt(
+        m_environment->OpenStoreByParameter(u"", plugin, FilenameParameter(store), 0));
+  });
+}
+
+void TellRemarks(vex::IStore& store, bool list) {
+  Explained("reading the remarks", [&] {
+    const auto remarks = Ref<vex::IAttribute>::Adopt(store.GetWarnings());
+    const std::uint64_t count = remarks->GetCount();
+    if (count == 0) return;
+    if (!list) {
+      std::fprintf(stderr, "storefabric: %llu remark%s; see --warnings\n",
+                   static_cast<unsigned long long>(count), count == 1 ? "" : "s");
+      return;
+    }
+    WString text;
+    for (std::uint64_t i = 0; i < count; ++i) {
+      remarks->GetText(i, text);
+      std::fprintf(stderr, "%s\n", cor::ToUtf8(text).c_str());
+    }
   });
 }
 

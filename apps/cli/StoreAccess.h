@@ -20,12 +20,15 @@ class Engine final : private vex::CoreBinding {
 
   [[nodiscard]] vex::IEnvironment& Environment() { return *m_environment; }
   /// Opens what the program's first argument names: a file by its ending, or a configured store.
-  /// Tells of the store's remarks on standard error: their number, or with `listWarnings` each one.
-  Ref<vex::IStore> Open(const std::string& store, bool listWarnings);
+  Ref<vex::IStore> Open(const std::string& store);
 
  private:
   Ref<vex::IEnvironment> m_environment;
 };
+
+/// Tells on standard error what was odd in a store: how much, or with `list` each remark. Last of
+/// all, since values that are read late may add to it.
+void TellRemarks(vex::IStore& store, bool list);
 
 /// "<filename>...</filename>" with "&", "<" and ">" escaped.
 WString FilenameParameter(std::string_view file);

@@ -46,7 +46,7 @@ struct Arguments {
 
 void AddVerbs(CLI::App& app, Arguments& arguments) {
   const auto add = [&](const char* name, const char* text, auto& options, auto run) {
-    CLI::App* command = app.add_subcommand(name, text);
+    CLI::App* command = app.add_subcommand(name, text)->group("Verbs");
     command->callback(
         [&arguments, &options, run] { arguments.verb = [&options, run] { run(options); }; });
     return command;
@@ -104,7 +104,6 @@ int Run(int argc, char** argv) {
   CLI::App app("Looks into stores of measurement data.", "storefabric");
   app.require_subcommand(1);
   app.get_formatter()->label("SUBCOMMAND", "VERB");
-  app.get_formatter()->label("Subcommands", "Verbs");
   app.set_version_flag("--version", "storefabric " HV_VERSION);
   app.failure_message(&UsageMessage);
   Arguments arguments;

@@ -191,8 +191,8 @@ void CampaignWriter::WriteMeasurement(const Place& place, Record& dayRecord) {
   const auto samples = static_cast<std::size_t>(part * sequence.samples);
   const sys_seconds begin =
       place.earliest + std::chrono::seconds{static_cast<std::int64_t>(random.Below(900))};
-  const auto duration =
-      std::chrono::seconds{static_cast<std::int64_t>(static_cast<double>(samples) / sequence.rate)};
+  const auto duration = std::chrono::seconds{
+      static_cast<std::int64_t>(std::ceil(static_cast<double>(samples) / sequence.rate))};
 
   Drive drive =
       MakeDrive(sequence.profile, place.test.range, sequence.samples, samples, sequence.rate);

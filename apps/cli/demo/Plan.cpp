@@ -86,7 +86,7 @@ constexpr SequenceRow kBatterySequences[] = {
     {u"Pulse power low charge", u"The same pulses below 30 per cent charge", 1200, 4, kPulses},
 };
 constexpr ChannelRow kBatteryChannels[] = {
-    {u"U_pack", u"Voltage", u"V", u"CCB voltage", Double, VoltageSignal, {328, 356, 0, 0.05}},
+    {u"U_pack", u"Voltage", u"V", u"CCB voltage", Double, VoltageSignal, {328, 356, 34, 0.05}},
     {u"I_pack", u"Current", u"A", u"CCB current", Float, CurrentSignal, {0, 172, 0, 0.25}},
     {u"SOC", u"State of charge", u"%", u"", Float, ChargeSignal, {3, 88, 0.0279, 0}},
     {u"T_cell_min", u"Temperature", u"°C", u"CCB T cell", Float, TemperatureSignal, {0.5, 9, 900, 0.04}},
@@ -129,7 +129,7 @@ constexpr ChannelRow kDriveChannels[] = {
     {u"n_rotor", u"Rotational speed", u"1/min", u"ED1 speed", Float, SpeedSignal, {0, 1, 0, 3}},
     {u"M_shaft", u"Torque", u"N·m", u"ED1 torque", Float, TorqueSignal, {-2, 310, 6, 0.5}},
     {u"U_dc", u"Voltage", u"V", u"ED1 power", Double, VoltageSignal, {386, 401, 0, 0.08}},
-    {u"I_dc", u"Current", u"A", u"ED1 power", Float, CurrentSignal, {0, 395, 0, 0.6}},
+    {u"I_dc", u"Current", u"A", u"ED1 power", Float, PowerSignal, {1.5, 395, 0, 0.4}},
     {u"P_dc", u"Power", u"kW", u"ED1 power", Float, PowerSignal, {0, 158, 0, 0.2}},
     {u"T_winding", u"Temperature", u"°C", u"ED1 T winding", Float, TemperatureSignal, {12, 118, 65, 0.1}},
 };
@@ -151,7 +151,7 @@ constexpr ChannelRow kEnduranceChannels[] = {
     {u"Gear", u"Gear", u"1", u"", Short, GearSignal, {1, 8, 0, 0}},
     {u"Cycles", u"Cycles", u"1", u"", Long, CountSignal, {0, 0, 500, 0}},
     {u"T_oil", u"Temperature", u"°C", u"EN2 T oil", Float, TemperatureSignal, {40, 78, 90, 0.1}},
-    {u"a_housing_rms", u"Acceleration", u"m/s²", u"EN2 acc housing", Float, PowerSignal, {0, 12, 0, 0.2}},
+    {u"a_housing_rms", u"Acceleration", u"m/s²", u"EN2 acc housing", Float, PowerSignal, {1.1, 12, 0, 0.15}},
 };
 constexpr NoteRow kEnduranceNotes[] = {{u"OilBatch", u"ATF-8 / 2025-05"}};
 

@@ -147,8 +147,12 @@ std::vector<double> PressureSignal(const Drive& drive, const SignalSpec& spec, R
 }
 
 std::vector<double> VoltageSignal(const Drive& drive, const SignalSpec& spec, Random& random) {
+  double drawn = 0;
+  const double part = 1.0 / static_cast<double>(drive.Samples());
   return Sampled(drive, [&](std::size_t i) {
-    return spec.high - (spec.high - spec.low) * drive.load[i] + spec.noise * random.Noise();
+    drawn += drive.load[i] * part;
+    return spec.high - (spec.high - spec.low) * drive.load[i] - spec.parameter * drawn +
+           spec.noise * random.Noise();
   });
 }
 
@@ -160,7 +164,8 @@ std::vector<double> CurrentSignal(const Drive& drive, const SignalSpec& spec, Ra
 
 std::vector<double> PowerSignal(const Drive& drive, const SignalSpec& spec, Random& random) {
   return Sampled(drive, [&](std::size_t i) {
-    return spec.high * drive.load[i] * drive.relative[i] + spec.noise * random.Noise();
+    return spec.low + (spec.high - spec.low) * drive.load[i] * drive.relative[i] +
+           spec.noise * random.Noise();
   });
 }
 

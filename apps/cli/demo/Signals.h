@@ -81,11 +81,11 @@ std::vector<double> TemperatureSignal(const Drive& drive, const SignalSpec& spec
 std::vector<double> VibrationSignal(const Drive& drive, const SignalSpec& spec, Random& random);
 /// From `low` to `high` with speed and load, pulsating with order `parameter`.
 std::vector<double> PressureSignal(const Drive& drive, const SignalSpec& spec, Random& random);
-/// `high` without load, `low` at full load.
+/// `high` without load, `low` at full load; falls by another `parameter` while all is drawn.
 std::vector<double> VoltageSignal(const Drive& drive, const SignalSpec& spec, Random& random);
 /// `high` at full load, in both directions.
 std::vector<double> CurrentSignal(const Drive& drive, const SignalSpec& spec, Random& random);
-/// `high` at full load and speed.
+/// From `low` to `high` with the product of load and speed.
 std::vector<double> PowerSignal(const Drive& drive, const SignalSpec& spec, Random& random);
 /// A charge in per cent that `parameter` per cent a second flow out of at full load. It starts at
 /// `high`, or at `low` if more flows in than out.

@@ -1,0 +1,130 @@
+"""Exit codes, usage and failures that every verb shares."""
+import os
+import pty
+import signal
+import subprocess
+import unittest
+
+from program import PROGRAM, demo, folder, run
+
+
+class Usage(unittest.TestCase):
+    def test_wrong_usage_is_told_with_code_2(self):
+        cases = {
+            "no verb": ([], "storefabric [OPTIONS] VERB"),
+            "unknown verb": (["weigh"], 'there is no verb "weigh"'),
+            "unknown option": (["model", "a.atfx", "--fast"], "storefabric model"),
+            "no store": (["model"], "STORE is required"),
+            "no expression": (["query", "a.atfx"], "EXPRESSION is required"),
+            "no target": (["export", "a.atfx"], "OUT is required"),
+            "too much": (["demo", "a.atfx", "b.atfx"], "storefabric demo"),
+            "format": (["model", "a.atfx", "--format", "yaml"], "yaml"),
+            "entity and all": (["model", "a.atfx", "Test", "--all"], "--all"),
+        }
+        for name, (arguments, text) in cases.items():
+            with self.subTest(name):
+                code, out, err = run(*arguments)
+                self.assertEqual((2, ""), (code, out))
+                self.assertIn(text, err)
+                self.assertIn("Usage:", err)
+
+    def test_help_names_the_verbs_there_are(self):
+        code, out, err = run("--help")
+        self.assertEqual((0, ""), (code, err))
+        verbs = [line.split()[0] for line in out.partition("Verbs:")[2].splitlines() if line.strip()]
+        self.assertEqual(["model", "query", "export", "demo"], verbs)
+        for verb in verbs:
+            self.assertEqual(0, run(verb, "--help")[0])
+        self.assertRegex(run("--version")[1], r"^storefabric \d+\.\d+\.\d+\n$")
+
+
+class Failures(unittest.TestCase):
+    def test_a_store_that_cannot_be_opened(self):
+        text = demo().read_text(encoding="utf-8")
+        files = {
+            "empty.atfx": b"",
+            "plain.atfx": b"hello\n",
+            "root.atfx": b"<?xml version='1.0'?>\n\n<html/>",
+            "nomodel.atfx": b"<atfx_file/>",
+            "cut.ATFX": text[:5000].encode(),
+            "badnumber.atfx": text.replace("<Factor>1000</Factor>", "<Factor>many</Factor>").encode(),
+        }
+        (folder / "folder.atfx").mkdir()
+        for name, content in files.items():
+            (folder / name).write_bytes(content)
+        cases = {
+            "none.atfx": "no such file",
+            "nowhere": 'no configured store "nowhere"',
+            "folder.atfx": "not a regular file",
+            "empty.atfx": "empty.atfx:1: ",
+            "plain.atfx": "plain.atfx:1: ",
+            "root.atfx": "root.atfx:3: not an ATFX file",
+            "nomodel.atfx": "model is missing",
+            "cut.ATFX": f"cut.ATFX:{text[:5000].count(chr(10)) + 1}: ",
+            "badnumber.atfx": "many",
+        }
+        for verb in (["model"], ["query"], ["export"]):
+            for name, reason in cases.items():
+                with self.subTest(verb=verb, store=name):
+                    rest = {"model": [], "query": [os.devnull], "export": [folder / "out.atfx"]}
+                    store = folder / name if "." in name else name
+                    code, out, err = run(*verb, store, *rest[verb[0]])
+                    self.assertEqual((1, ""), (code, out))
+                    self.assertRegex(err, r"^storefabric: opening [^\n]+\n$")
+                    self.assertIn(reason, err)
+                    self.assertFalse((folder / "out.atfx").exists())
+
+    def test_remarks_are_counted_or_listed(self):
+        odd = folder / "odd.atfx"
+        text = demo().read_text(encoding="utf-8")
+        odd.write_text(text.replace("<Timezone>", "<Mood>fine</Mood>\n   <Timezone>", 1),
+                       encoding="utf-8")
+        code, out, err = run("model", odd)
+        self.assertEqual((0, "storefabric: 1 remark; see --warnings\n"), (code, err))
+        self.assertEqual(run("model", demo())[1], out)
+        code, _, err = run("model", odd, "--warnings")
+        self.assertEqual((0, 1), (code, err.count("\n")))
+        self.assertIn("Mood", err)
+        self.assertEqual("", run("model", demo())[2])
+
+
+class Output(unittest.TestCase):
+    def test_a_reader_that_is_gone_ends_the_program_quietly(self):
+        for restore in (True, False):  # also where the parent ignores the signal
+            reader, writer = os.pipe()
+            os.close(reader)
+            done = subprocess.run([PROGRAM, "model", demo(), "--all"], stdout=writer,
+                                  stderr=subprocess.PIPE, restore_signals=restore, timeout=300)
+            os.close(writer)
+            self.assertEqual((-signal.SIGPIPE, b""), (done.returncode, done.stderr))
+
+    @unittest.skipUnless(os.path.exists("/dev/full"), "no device that is always full")
+    def test_a_full_disk_is_a_failure(self):
+        with open("/dev/full", "wb") as full:
+            done = subprocess.run([PROGRAM, "model", demo(), "--all"], stdout=full,
+                                  stderr=subprocess.PIPE, timeout=300)
+        self.assertEqual(1, done.returncode)
+        self.assertIn(b"writing the result", done.stderr)
+
+    def test_the_progress_bar_is_for_terminals_only(self):
+        self.assertEqual((0, "", ""), run("demo", folder / "quiet.atfx"))
+        master, slave = pty.openpty()
+        program = subprocess.Popen([PROGRAM, "demo", folder / "bar.atfx"], stderr=slave)
+        os.close(slave)
+        shown = b""
+        while True:
+            try:
+                piece = os.read(master, 4096)
+            except OSError:  # the terminal's other end is closed
+                break
+            if not piece:
+                break
+            shown += piece
+        os.close(master)
+        self.assertEqual(0, program.wait(timeout=300))
+        self.assertRegex(shown, rb"Measuring \[[#.]{30}\] +\d+ %")
+        self.assertRegex(shown, rb"\r\x1b\[K$")
+
+
+if __name__ == "__main__":
+    unittest.main()
