@@ -1,0 +1,152 @@
+"""The module over the library and its engine: sessions, models and their failures."""
+import gc
+import os
+import pathlib
+import tempfile
+import unittest
+from xml.sax.saxutils import escape
+
+import storefabric
+
+DATA = pathlib.Path(__file__).resolve().parents[1] / "data"
+
+
+def connect(path):
+    env = storefabric.CreateObject("VEX.DataStoreEnvironment")
+    return env.ConnectDataStoreByParameter("ATFX", f"<filename>{escape(str(path))}</filename>")
+
+
+class StoreTest(unittest.TestCase):
+    def assert_raises_message(self, number, text, use):
+        with self.assertRaises(storefabric.DispatchError) as caught:
+            use()
+        self.assertEqual((caught.exception.number, str(caught.exception)), (number, text))
+
+
+class Sessions(StoreTest):
+    def test_classes_by_name(self):
+        for name in "VEX.DataStoreEnvironment", "vex.datastoreenvironment":
+            self.assertEqual(repr(storefabric.CreateObject(name)), "<DataStoreEnvironment>")
+        for name in "VEX.Nothing", "", "VEX.DataStoreEnvironment\0":
+            with self.subTest(name=name), self.assertRaises(ValueError):
+                storefabric.CreateObject(name)
+        with self.assertRaises(TypeError):
+            storefabric.CreateObject(5)
+
+    def test_connecting_to_what_is_not_there(self):
+        env = storefabric.CreateObject("VEX.DataStoreEnvironment")
+        for use, name in [
+            (lambda: env.ConnectDataStore("nowhere"), "nowhere"),
+            (lambda: env.ConnectDataStore("Größe \U0001f600"), "Größe \U0001f600"),
+            (lambda: env.ConnectDataStore(""), ""),
+            (lambda: env.ConnectDataStoreByParameter("NOPE", ""), "NOPE"),
+        ]:
+            self.assert_raises_message(292, f"Opening the Sifter {name} causes an error.", use)
+        self.assertIsNone(connect("/nonexistent/a.atfx"))
+
+    def test_what_a_session_says_of_itself(self):
+        path = DATA / "store" / "bench.atfx"
+        store = connect(path)
+        self.assertEqual(store.Name, "bench")
+        self.assertEqual(store.PluginName, "ATFX")
+        self.assertEqual(store.parameters, f"<filename>{path}</filename>")
+        self.assertEqual(store.IsModified(), 0)
+        self.assertEqual(store.IsQuerySupported(), 1)
+
+    def test_a_file_name_with_markup(self):
+        with tempfile.TemporaryDirectory() as folder:
+            path = pathlib.Path(folder) / "a & <b> 'Ж'.atfx"
+            path.write_bytes((DATA / "store" / "bench.atfx").read_bytes())
+            self.assertEqual(len(connect(path).Model.Entities), 2)
+
+    def test_refused_calls(self):
+        store = connect(DATA / "store" / "bench.atfx")
+        self.assert_raises_message(360, "The name of an Element<DataStore> must not be an empty string.",
+                                   lambda: store.CreateElement("Test", ""))
+        self.assert_raises_message(
+            357, "The parameter Type of the Create function must be an Entity<DataStore> or a string with "
+            "the name of an Entity.", lambda: store.CreateElement([], "name"))
+        for query in None, store, store.Model:
+            self.assert_raises_message(222, "The argument Query<DataStore> of the method Search must be a Query.",
+                                       lambda: store.Search(query))
+        with self.assertRaises(TypeError):
+            store.Search(5)  # no object at all
+        with self.assertRaises(AttributeError):
+            store.Name = "other"
+
+
+class Models(StoreTest):
+    def setUp(self):
+        self.store = connect(DATA / "store" / "bench.atfx")
+        self.entities = self.store.Model.Entities
+        self.test = self.entities("Test")
+        self.features = connect(DATA / "atfx" / "features.atfx")
+
+    def test_entities(self):
+        self.assertEqual([entity.Name for entity in self.entities], ["Test", "Measurement"])
+        self.assertEqual(len(self.entities), 2)
+        self.assertEqual(self.entities[1].Name, "Measurement")
+        self.assertIn("Test", self.entities)
+        self.assertNotIn("test", self.entities)  # told apart by case
+        for wrong in "nope", 2, -1:
+            with self.subTest(wrong=wrong), self.assertRaises(storefabric.DispatchError):
+                self.entities(wrong)
+
+    def test_inheritance(self):
+        base = self.test.SuperType
+        self.assertEqual((base.Name, base.IsBaseType, self.test.IsBaseType), ("aotest", 1, 0))
+        self.assertIsNone(self.test.SubTypes)
+        self.assertEqual([entity.Name for entity in base.SubTypes], ["Test"])
+        for other, expected in [("Test", 1), ("aotest", 1), (self.test, 1), (base, 1),
+                                ("Measurement", 0), (self.entities(1), 0), ("nope", 0)]:
+            with self.subTest(other=other):
+                self.assertEqual(self.test.IsKindOf(other), expected)
+        for wrong in None, self.entities, []:
+            with self.subTest(wrong=wrong), self.assertRaises(storefabric.DispatchError):
+                self.test.IsKindOf(wrong)
+
+    def test_properties(self):
+        def row(prop):
+            return prop.Name, prop.DataType, prop.MinOccur, prop.MaxOccur
+
+        self.assertEqual([prop.Name for prop in self.test.ModelProperties], ["Id", "Name"])
+        self.assertEqual(self.test.ModelProperties("id").BaseName, "id")  # by its base name
+        self.assertTrue(self.test.ModelProperties.Exists("Name"))
+        thing = self.features.Model.Entities("Thing").ModelProperties
+        self.assertEqual(row(thing("s")), ("s", 23, 0, 1))
+        self.assertEqual(row(thing("ss")), ("ss", 23, 0, -1))
+        self.assertEqual([thing(name).DataType for name in ("i16", "i64", "f32", "d", "e", "b", "u8")],
+                         [2, 4, 9, 30, 24, 11, 5])
+        self.assertNotIn("blob", thing)  # not of a type that can be shown
+        self.assert_raises_message(343, "This property is no base property.", lambda: thing("s").BaseName)
+
+    def test_references(self):
+        reference = self.test.ModelReferences("Measurements")
+        self.assertEqual((reference.MinOccur, reference.MaxOccur, reference.BaseName), (0, -1, "children"))
+        self.assertEqual(reference.EntityType.Name, "Measurement")
+        self.assertEqual(reference.Inverse.Name, "Test")
+        self.assertEqual(reference.Inverse.Inverse.Name, "Measurements")
+        self.assertEqual(self.test.ModelReferences("children").Name, "Measurements")
+        thing = self.features.Model.Entities("Thing")
+        self.assertEqual([r.Name for r in thing.ModelReferences], ["first.rel", "back-rel", "others"])
+
+    def test_an_exported_store_has_the_same_model(self):
+        with tempfile.TemporaryDirectory() as folder:
+            path = os.path.join(folder, "copy")
+            self.store.Model.Export(path)
+            copy = connect(path + ".atfx").Model.Entities
+            self.assertEqual([entity.Name for entity in copy], ["Test", "Measurement"])
+            wrong = os.path.join(folder, "none", "copy.atfx")
+            self.assert_raises_message(
+                358, f"Cannot write the file {wrong}. Maybe the file is write protected or the path does not exist.",
+                lambda: self.store.Model.Export(wrong))
+
+    def test_objects_that_outlive_their_session(self):
+        del self.store, self.entities
+        gc.collect()
+        self.assertEqual(self.test.Name, "Test")
+        self.assert_raises_message(323, "The object is no longer valid.", lambda: self.test.SuperType)
+
+
+if __name__ == "__main__":
+    unittest.main()
