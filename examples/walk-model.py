@@ -31,6 +31,13 @@ def base_name(prop):
         return ""
 
 
+def inverse_name(reference):
+    try:
+        return "." + reference.Inverse.Name
+    except storefabric.DispatchError:  # a reference of one direction
+        return ""
+
+
 def occurrence(member):
     return f"{member.MinOccur}..{'n' if member.MaxOccur < 0 else member.MaxOccur}"
 
@@ -41,8 +48,8 @@ def print_entity(entity):
         kind = TYPES.get(prop.DataType, f"type {prop.DataType}")
         print(f"    {prop.Name:24}{kind:10}{occurrence(prop):8}{base_name(prop)}".rstrip())
     for reference in entity.ModelReferences:
-        target = f"-> {reference.EntityType.Name}.{reference.Inverse.Name}"
-        print(f"    {reference.Name:24}{target:32}{occurrence(reference):8}{reference.BaseName}".rstrip())
+        target = f"-> {reference.EntityType.Name}{inverse_name(reference)}"
+        print(f"    {reference.Name:24}{target:47} {occurrence(reference):8}{reference.BaseName}".rstrip())
 
 
 def main():

@@ -66,11 +66,11 @@ class Examples(unittest.TestCase):
 Test (aotest)
     Id                      longlong  1..1    id
     Name                    string    1..1    name
-    Measurements            -> Measurement.Test             0..n    children
+    Measurements            -> Measurement.Test                             0..n    children
 Measurement (aomeasurement)
     Id                      longlong  1..1    id
     Name                    string    1..1    name
-    Test                    -> Test.Measurements            1..1    test
+    Test                    -> Test.Measurements                            1..1    test
 """)
 
     def test_stores_that_are_not_there(self):
