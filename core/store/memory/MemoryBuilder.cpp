@@ -163,7 +163,7 @@ bool MemoryBuilder::SetText(EntityId entity, Row row, std::int32_t attribute,
   return Table(entity).At(attribute).SetText(row, text);
 }
 
-bool MemoryBuilder::SetValue(EntityId entity, Row row, std::int32_t attribute, Value value) {
+bool MemoryBuilder::SetValue(EntityId entity, Row row, std::int32_t attribute, const Value& value) {
   if (attribute == Table(entity).IdAttribute()) return false;
   const LongAttribute which = LongAttributeOf(GetModel(), entity, attribute);
   if (which == LongAttribute::None) return Table(entity).At(attribute).SetValue(row, value);

@@ -63,7 +63,7 @@ class MemoryBuilder {
   /// Sets a scalar Text attribute; false if the attribute is of another kind.
   bool SetText(EntityId entity, Row row, std::int32_t attribute, std::u16string_view text);
   /// Sets any attribute; an unset value clears. False if type, sequence or range don't fit.
-  bool SetValue(EntityId entity, Row row, std::int32_t attribute, Value value);
+  bool SetValue(EntityId entity, Row row, std::int32_t attribute, const Value& value);
 
   /// Notes a link to the record `target` of the relation's target entity.
   void AddLink(EntityId entity, Row row, std::int32_t relation, RecordId target);

@@ -96,12 +96,12 @@ std::shared_ptr<const Model> MakeContractModel() {
   return model;
 }
 
-ContractModel::ContractModel(const Model& model_)
-    : project(model_.Find(u"Project")->id),
-      run(model_.Find(u"Run")->id),
-      tag(model_.Find(u"Tag")->id),
-      column(model_.Find(u"Column")->id),
-      model(model_) {}
+ContractModel::ContractModel(const Model& of)
+    : project(of.Find(u"Project")->id),
+      run(of.Find(u"Run")->id),
+      tag(of.Find(u"Tag")->id),
+      column(of.Find(u"Column")->id),
+      model(of) {}
 
 std::int32_t ContractModel::AttributeOf(EntityId entity, std::u16string_view name) const {
   const std::int32_t index = model.At(entity).FindAttribute(name);

@@ -69,6 +69,7 @@ TEST(MemoryScale, FindsAmongManyRecordsInTimeThatGrowsWithThem) {
   const ContractModel m(*model);
   const RecordId records = RecordCount();
   const auto count = static_cast<std::size_t>(records);
+  const RecordId third = records / 3;
   Stopwatch watch;
   const auto store = MakeLargeStore(model, m, records);
   RecordProperty("fill_ms", std::to_string(watch.Milliseconds()));
@@ -86,8 +87,8 @@ TEST(MemoryScale, FindsAmongManyRecordsInTimeThatGrowsWithThem) {
   };
   EXPECT_EQ(1u, select(u"Id", QueryOp::Equal, IntegerConstant(records)));
   EXPECT_EQ(count / 1000, select(u"Count", QueryOp::Equal, IntegerConstant(7)));
-  EXPECT_EQ(count / 3, select(u"Value", QueryOp::LessEqual,
-                              RealConstant(static_cast<double>(records / 3) / 3)));
+  EXPECT_EQ(count / 3,
+            select(u"Value", QueryOp::LessEqual, RealConstant(static_cast<double>(third) / 3)));
   EXPECT_EQ(1u, select(u"Name", QueryOp::Equal, TextConstant(u"rUN 77", true)));
   EXPECT_EQ(count, select(u"Name", QueryOp::Equal, TextConstant(u"run*", true, true)));
   EXPECT_EQ(count / 2, select(u"When", QueryOp::Less, TextConstant(u"20150101000000")));

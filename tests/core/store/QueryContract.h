@@ -221,21 +221,21 @@ TEST_P(RecordStoreQueryContract, FindsInstanceAttributes) {
     std::u16string_view name;
     QueryOp op;
     BoundConstant constant;
-    bool anyValue;
     const char* expected;
+    bool anyValue = false;
   } kCases[] = {
-      {u"oil", Equal, TextConstant(u"5w-*", true, true), false, "1"},
-      {u"oil", NotEqual, InstanceConstant(u"5"), false, "1"},
-      {u"oil", NotEqual, InstanceConstant(u"six"), false, "1, 2"},
-      {u"oil", Equal, {}, true, "1, 2, 4"},
-      {u"", Equal, InstanceConstant(u"5"), false, "2, 4"},
-      {u"", GreaterEqual, InstanceConstant(u"0.1"), false, "1, 2, 4"},
-      {u"temp", Equal, InstanceConstant(u"0.1"), false, "1"},
-      {u"temp", Less, InstanceConstant(u"5.5"), false, "1, 4"},
-      {u"day", Less, InstanceConstant(u"20100101000001"), false, "2"},
-      {u"day", Equal, InstanceConstant(u"20100101"), false, "2"},
-      {u"day", Equal, InstanceConstant(u"new year"), false, ""},
-      {u"fuel", NotEqual, InstanceConstant(u"x"), false, ""},
+      {u"oil", Equal, TextConstant(u"5w-*", true, true), "1"},
+      {u"oil", NotEqual, InstanceConstant(u"5"), "1"},
+      {u"oil", NotEqual, InstanceConstant(u"six"), "1, 2"},
+      {u"oil", Equal, {}, "1, 2, 4", true},
+      {u"", Equal, InstanceConstant(u"5"), "2, 4"},
+      {u"", GreaterEqual, InstanceConstant(u"0.1"), "1, 2, 4"},
+      {u"temp", Equal, InstanceConstant(u"0.1"), "1"},
+      {u"temp", Less, InstanceConstant(u"5.5"), "1, 4"},
+      {u"day", Less, InstanceConstant(u"20100101000001"), "2"},
+      {u"day", Equal, InstanceConstant(u"20100101"), "2"},
+      {u"day", Equal, InstanceConstant(u"new year"), ""},
+      {u"fuel", NotEqual, InstanceConstant(u"x"), ""},
   };
   for (const auto& c : kCases) {
     SCOPED_TRACE(cor::ToUtf8(c.name) + " " + cor::ToUtf8(c.constant.text) + " " + c.expected);

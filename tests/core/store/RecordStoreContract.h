@@ -239,7 +239,10 @@ class LinkScript {
       for (const RecordId id : Targets(m_store, record, relation)) {
         ids += (ids.empty() ? "" : ",") + std::to_string(id);
       }
-      state += (state.empty() ? "" : " ") + member + "=" + ids;
+      if (!state.empty()) state += ' ';
+      state += member;
+      state += '=';
+      state += ids;
     }
     return state;
   }

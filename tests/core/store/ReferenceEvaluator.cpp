@@ -168,8 +168,8 @@ std::vector<RecordId> ReferenceSelect(const RecordStore& store, const BoundQuery
   if (query.limit > 0 && hits.size() > static_cast<std::size_t>(query.limit)) {
     hits.resize(static_cast<std::size_t>(query.limit));
   }
-  std::vector<RecordId> ids;
-  for (const Hit& hit : hits) ids.push_back(hit.id);
+  std::vector<RecordId> ids(hits.size());
+  std::transform(hits.begin(), hits.end(), ids.begin(), [](const Hit& hit) { return hit.id; });
   return ids;
 }
 
