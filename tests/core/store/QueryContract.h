@@ -222,12 +222,11 @@ TEST_P(RecordStoreQueryContract, FindsInstanceAttributes) {
     QueryOp op;
     BoundConstant constant;
     const char* expected;
-    bool anyValue = false;
   } kCases[] = {
       {u"oil", Equal, TextConstant(u"5w-*", true, true), "1"},
       {u"oil", NotEqual, InstanceConstant(u"5"), "1"},
       {u"oil", NotEqual, InstanceConstant(u"six"), "1, 2"},
-      {u"oil", Equal, {}, "1, 2, 4", true},
+      {u"oil", Equal, {}, "1, 2, 4"},
       {u"", Equal, InstanceConstant(u"5"), "2, 4"},
       {u"", GreaterEqual, InstanceConstant(u"0.1"), "1, 2, 4"},
       {u"temp", Equal, InstanceConstant(u"0.1"), "1"},
@@ -244,7 +243,7 @@ TEST_P(RecordStoreQueryContract, FindsInstanceAttributes) {
     node.op = c.op;
     node.attributeName = c.name;
     node.constant = c.constant;
-    node.anyValue = c.anyValue;
+    node.anyValue = c.constant.text.empty();
     node.path.target = m.run;
     EXPECT_EQ(c.expected, Find(node));
   }
