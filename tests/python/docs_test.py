@@ -76,7 +76,7 @@ Measurement (aomeasurement)
     def test_stores_that_are_not_there(self):
         for store, text in [
             ("nowhere", "nowhere: Opening the Sifter nowhere causes an error.\n"),
-            ("none.atfx", "none.atfx: there is no such store, or it can't be read\n"),
+            ("none.atfx", "none.atfx: Opening the Sifter none.atfx causes an error.\n"),
         ]:
             with self.subTest(store=store):
                 done = self.walk(store)

@@ -40,9 +40,9 @@ class Sessions(StoreTest):
             (lambda: env.ConnectDataStore("Größe \U0001f600"), "Größe \U0001f600"),
             (lambda: env.ConnectDataStore(""), ""),
             (lambda: env.ConnectDataStoreByParameter("NOPE", ""), "NOPE"),
+            (lambda: connect("/nonexistent/a.atfx"), "/nonexistent/a.atfx"),
         ]:
             self.assert_raises_message(292, f"Opening the Sifter {name} causes an error.", use)
-        self.assertIsNone(connect("/nonexistent/a.atfx"))
 
     def test_what_a_session_says_of_itself(self):
         path = DATA / "store" / "bench.atfx"

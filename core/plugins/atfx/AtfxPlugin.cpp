@@ -88,7 +88,7 @@ auto Guarded(Run run) {
 
 std::filesystem::path FileNameOf(const ConnectParameters& parameters) {
   const std::optional<std::u16string> name = parameters.GetTrimmed(u"filename");
-  if (!name) Fail(errc::kConnectFailed, {u"no file name is given"});
+  if (!name) Fail(errc::kBadFile, {u"no file name is given"});
   return std::filesystem::absolute(cor::ToUtf8(*name));
 }
 

@@ -68,7 +68,7 @@ void CheckReadable(const std::filesystem::path& path) {
   } else {
     return;
   }
-  throw Exception(errc::kConnectFailed, cor::FromUtf8(path.string() + ": " + reason));
+  throw Exception(errc::kBadFile, cor::FromUtf8(path.string() + ": " + reason));
 }
 
 }  // namespace

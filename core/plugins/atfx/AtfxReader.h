@@ -22,7 +22,7 @@ struct ReadOptions {
   std::function<void(std::u16string)> warnLater;
 };
 
-/// Throws kConnectFailed if the file can't be read, and kBadFile with "FILE:LINE: reason" if it
+/// Throws kBadFile: with the reason if the file can't be read, with "FILE:LINE: reason" if it
 /// isn't a sound ATFX file. A failure leaves nothing behind.
 std::unique_ptr<MemoryStore> ReadAtfxFile(const std::filesystem::path& path, ReadOptions options);
 

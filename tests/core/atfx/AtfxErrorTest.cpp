@@ -146,8 +146,8 @@ TEST(AtfxErrors, FilesThatCannotBeReadAreToldFromBadOnes) {
     return Thrown([&] { atfx::ReadAtfxFile(path, {}); });
   };
   const std::string missing = (folder.Path() / "no.atfx").string();
-  EXPECT_EQ("-4104 " + missing + ": No such file or directory", error(missing));
-  EXPECT_EQ("-4104 " + folder.Path().string() + ": not a regular file", error(folder.Path()));
+  EXPECT_EQ("-1301 " + missing + ": No such file or directory", error(missing));
+  EXPECT_EQ("-1301 " + folder.Path().string() + ": not a regular file", error(folder.Path()));
   const std::string bad = folder.Write("bad.atfx", "<a/>").string();
   EXPECT_EQ("-1301 " + bad + ":1: not an ATFX file: the root element is 'a'", error(bad));
 }

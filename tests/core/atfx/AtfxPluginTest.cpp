@@ -165,7 +165,7 @@ TEST_F(AtfxPlugin, ExportsAnyStore) {
 }
 
 TEST_F(AtfxPlugin, NeedsAFileName) {
-  EXPECT_EQ("-4104 no file name is given",
+  EXPECT_EQ("-1301 no file name is given",
             Thrown([] { kAtfxPlugin.open(ConnectParameters(u"<filename> </filename>")); }));
 }
 
