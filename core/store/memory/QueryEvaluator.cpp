@@ -2,7 +2,7 @@
 #include "core/store/memory/QueryEvaluator.h"
 
 #include <algorithm>
-#include <optional>
+#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
@@ -40,7 +40,7 @@ struct QueryEvaluator::Plan {
   std::vector<Plan> children;
   std::unique_ptr<ColumnMatcher> matcher;
   const ResolvedPath* path = nullptr;
-  std::optional<RowSet> starts;  // Related: the rows that meet it, found when first needed
+  std::unique_ptr<RowSet> starts;  // Related: the rows that meet it, found when first needed
 };
 
 QueryEvaluator::QueryEvaluator(const MemoryStore& store, const BoundQuery& query)
@@ -171,7 +171,7 @@ void QueryEvaluator::NarrowRelated(Plan& plan, WordRange range, RowSet& rows) co
       rows.Keep(range, [&](Row row) { return LeadsToMatch(plan, 0, row); });
       return;
     }
-    plan.starts = WalkBack(plan);
+    plan.starts = std::make_unique<RowSet>(WalkBack(plan));
   }
   rows.Intersect(*plan.starts, range);
 }
