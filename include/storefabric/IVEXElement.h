@@ -82,8 +82,10 @@ class IVEXElements : public IDispatch {
 
   /// 1. Adds the element of an instance, and gives it. E_ACCESSDENIED where elements can't be had.
   virtual Result Add(IUnknown* instance, IVEXElement** element) = 0;
-  /// 0, the default member. An element by its index from 0. E_INVALIDARG for an index outside.
-  virtual Result Item(std::int32_t index, IVEXElement** element) = 0;
+  /// 0, the default member. An element by its index from 0.
+  /// \return S_OK; E_INVALIDARG for an index outside; DISP_E_TYPEMISMATCH for anything but a number
+  ///         where elements have no names.
+  virtual Result Item(const Variant& index, IVEXElement** element) = 0;
   /// 2. Takes an element out of the list. E_INVALIDARG for an index outside.
   virtual Result Remove(std::int32_t index) = 0;
   /// 3, property.

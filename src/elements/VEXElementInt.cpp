@@ -98,10 +98,6 @@ Result CVEXElementsInt::Add(IUnknown* instance, IVEXElement** element) {
       element, [&](auto** out) { return Logic().Add(instance, out); });
 }
 
-Result CVEXElementsInt::Item(std::int32_t index, IVEXElement** element) {
-  return ItemAt(index, element);
-}
-
 Result CVEXElementsInt::Remove(std::int32_t index) { return Logic().RemoveAt(index); }
 
 Result CVEXElementsInt::RemoveAll() { return Logic().Clear(); }

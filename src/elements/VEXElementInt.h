@@ -59,8 +59,6 @@ class CVEXElementsInt final
 
   // IVEXElements
   Result Add(IUnknown* instance, IVEXElement** element) override;
-  using tReadCollectionInt::Item;
-  Result Item(std::int32_t index, IVEXElement** element) override;
   Result Remove(std::int32_t index) override;
   Result RemoveAll() override;
   Result get_TransportDataCollection(IDispatch** collection) override;

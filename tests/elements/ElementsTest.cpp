@@ -60,7 +60,7 @@ TEST_F(FleetElements, ShowTheirInstance) {
 
 TEST_F(FleetElements, AnswerForAllVersionsOfTheirFace) {
   Ref<IVEXElement> element;
-  ASSERT_EQ(S_OK, m_elements->Item(0, element.Put()));
+  ASSERT_EQ(S_OK, m_elements->Item(Variant::I4(0), element.Put()));
   EXPECT_TRUE(element.As<IVEXElement>());
   EXPECT_TRUE(element.As<IVEXElementEx>());
   EXPECT_TRUE(element.As<IVEXElementEx_1_9>());
@@ -314,6 +314,12 @@ TEST(ElementMessages, StandAsInTheTable) {
        {index},
        E_INVALIDARG,
        "215 The index 3 does not correspond to a member of the collection."},
+      {"Elements",
+       u"Item",
+       kRead,
+       {text},
+       S_OK,
+       "214 The argument passed to Item must be either a string or an integer."},
       {"Elements", u"Count", kRead, {}, E_NOTIMPL, kNotLoaded},
       {"Elements", u"_NewEnum", kRead, {}, E_NOTIMPL, kNotLoaded},
       {"Elements",
@@ -409,7 +415,7 @@ TEST_F(FleetElements, PropertiesAreAddedBehindAPrefix) {
   const auto collecting = MakeRef<Collecting>();
   const auto target = MakeRef<CPropertiesInt>(collecting);
   Ref<IVEXElement> person;
-  ASSERT_EQ(S_OK, m_elements->Item(0, person.Put()));
+  ASSERT_EQ(S_OK, m_elements->Item(Variant::I4(0), person.Put()));
   Ref<IProperties> properties;
   ASSERT_EQ(S_OK, person->get_Properties(properties.Put()));
   EXPECT_EQ(S_OK, target->AddProperties(properties.Get(), u"driver."));
