@@ -23,7 +23,7 @@ constexpr auto kStandard = Errors(u"");
 constexpr auto kStandardOfChange = ErrorsOfChange(u"");
 
 constexpr auto kPropertiesRows =
-    MakeRows(Method<&IProperties::Item>(u"Item", kDispIdValue, kStandard),
+    MakeRows(Method<&IProperties::Item>(u"Item", kDispIdValue, automation::rows::kCollectionItem),
              Method<&IProperties::Add>(u"Add", 1, rows::kPropertiesAdd),
              Method<&IProperties::Remove>(u"Remove", 2, rows::kPropertiesRemove),
              Get<&IProperties::get_Count>(u"Count", 3, kStandard),

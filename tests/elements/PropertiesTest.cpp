@@ -206,12 +206,17 @@ TEST_F(FleetProperties, RaiseTheMessagesOfTheTable) {
     const char* expression;
     std::string shown;
   };
+  const auto noMember = [](const std::string& index) {
+    return "215 The index " + index + " does not correspond to a member of the collection.";
+  };
   for (const Line& line :
        {Line{"Item('Tags').Values(2)", "211 The index 2 is out of range for the property Values."},
         Line{"Item('Tags').Values(-1)",
              "211 The index -1 is out of range for the property Values."},
-        Line{"Item('nothing')", "250 Unknown error."}, Line{"Item(16)", "250 Unknown error."},
-        Line{"Item(-1)", "250 Unknown error."}, Line{"Item(null)", "250 Unknown error."},
+        Line{"Item('nothing')", "250 Unknown error."}, Line{"Item(16)", noMember("16")},
+        Line{"Item(-1)", noMember("-1")},
+        Line{"Item(null)",
+             "214 The argument passed to Item must be either a string or an integer."},
         Line{"RemoveAll", kNotLoaded}}) {
     SCOPED_TRACE(line.expression);
     EXPECT_EQ(line.shown, Ask(line.expression).Shown());

@@ -2,6 +2,7 @@
 #include "store/model/EntityInt.h"
 
 #include "automation/ArgumentValues.h"
+#include "automation/rows/Collections.h"
 #include "store/model/ModelPropertyInt.h"
 #include "store/model/ModelReferenceInt.h"
 #include "store/model/ModelRows.h"
@@ -25,11 +26,11 @@ constexpr auto kEntityRows =
              Method<&IModelEntity::IsKindOf>(u"IsKindOf", 7, kStandardErrors));
 constexpr DispatchMap kEntityMap{u"ModelEntity", kEntityRows};
 
-constexpr auto kEntitiesRows =
-    MakeRows(Method<&IModelEntities::Item>(u"Item", kDispIdValue, kStandardErrors),
-             Get<&IModelEntities::get_Count>(u"Count", 1, kStandardErrors),
-             Method<&IModelEntities::Exists>(u"Exists", 2, kStandardErrors),
-             Get<&IModelEntities::get__NewEnum>(u"_NewEnum", kDispIdNewEnum, kStandardErrors));
+constexpr auto kEntitiesRows = MakeRows(
+    Method<&IModelEntities::Item>(u"Item", kDispIdValue, automation::rows::kCollectionItem),
+    Get<&IModelEntities::get_Count>(u"Count", 1, kStandardErrors),
+    Method<&IModelEntities::Exists>(u"Exists", 2, kStandardErrors),
+    Get<&IModelEntities::get__NewEnum>(u"_NewEnum", kDispIdNewEnum, kStandardErrors));
 constexpr DispatchMap kEntitiesMap =
     DispatchMap(u"ModelEntities", kEntitiesRows).WithDefault(kDispIdValue);
 

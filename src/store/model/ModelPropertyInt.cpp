@@ -1,6 +1,7 @@
 // store/model/ModelPropertyInt.cpp - an entity's properties as hosts see them.
 #include "store/model/ModelPropertyInt.h"
 
+#include "automation/rows/Collections.h"
 #include "automation/rows/DataStoreModel.h"
 #include "elements/WrapObject.h"
 #include "store/model/ModelRows.h"
@@ -22,10 +23,10 @@ constexpr auto kPropertyRows = MakeRows(
     Get<&IModelProperty::get_MaxOccur>(u"MaxOccur", 5, kStandardErrors));
 constexpr DispatchMap kPropertyMap{u"ModelProperty", kPropertyRows};
 
-constexpr auto kPropertiesRows =
-    MakeRows(Method<&IModelProperties::Item>(u"Item", kDispIdValue, kStandardErrors),
-             Get<&IModelProperties::get_Count>(u"Count", 1, kStandardErrors),
-             Method<&IModelProperties::Exists>(u"Exists", 2, kStandardErrors));
+constexpr auto kPropertiesRows = MakeRows(
+    Method<&IModelProperties::Item>(u"Item", kDispIdValue, automation::rows::kCollectionItem),
+    Get<&IModelProperties::get_Count>(u"Count", 1, kStandardErrors),
+    Method<&IModelProperties::Exists>(u"Exists", 2, kStandardErrors));
 constexpr DispatchMap kPropertiesMap =
     DispatchMap(u"ModelProperties", kPropertiesRows).WithDefault(kDispIdValue);
 

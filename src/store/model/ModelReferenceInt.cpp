@@ -24,7 +24,7 @@ constexpr auto kReferenceRows =
 constexpr DispatchMap kReferenceMap{u"ModelReference", kReferenceRows};
 
 constexpr auto kReferencesRows = MakeRows(
-    Method<&IModelReferences::Item>(u"Item", kDispIdValue, kStandardErrors),
+    Method<&IModelReferences::Item>(u"Item", kDispIdValue, automation::rows::kCollectionItem),
     Get<&IModelReferences::get_Count>(u"Count", 1, kStandardErrors),
     Method<&IModelReferences::Exists>(u"Exists", 2, automation::rows::kModelReferencesExists),
     Get<&IModelReferences::get__NewEnum>(u"_NewEnum", kDispIdNewEnum, kStandardErrors));

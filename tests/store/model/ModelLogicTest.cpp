@@ -327,7 +327,11 @@ TEST(ModelMessages, StandAsInTheTable) {
       {"reference", "Inverse", E_NOTIMPL, "245 Inverse not implemented."},
       {"reference", "EntityType", E_FAIL, kUnknown},
       {"reference", "BaseName", E_PENDING, "241 The operation BaseName was timed out."},
-      {"references", "Item('x')", E_INVALIDARG, kUnknown},
+      {"references", "Item('x')", E_INVALIDARG,
+       "215 The index x does not correspond to a member of the collection."},
+      {"references", "Item('x')", E_NOTIMPL,
+       "254 Properties and methods which change the contents of an object can only be called on "
+       "data which is loaded."},
       {"references", "_NewEnum", E_NOTIMPL, "245 _NewEnum not implemented."},
       {"references", "Exists('x')", E_NOTIMPL,
        "254 Properties and methods which change the contents of an object can only be called on "

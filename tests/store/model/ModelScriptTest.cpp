@@ -172,21 +172,30 @@ TEST_F(FleetModel, ValuesOfALocalColumnAreNoReference) {
 
 // The rows of the members that have rows of their own, and of those that have none.
 TEST_F(FleetModel, RaisesTheMessageOfTheRow) {
-  constexpr const char* kUnknown = "250 Unknown error.";
   ExpectAll(
       m_model.Get(),
-      {{"Entities('Nobody')", kUnknown},
-       {"Entities('')", kUnknown},
-       {"Entities('0')", kUnknown},  // a text is a name, also one of digits
-       {"Entities(8)", kUnknown},
-       {"Entities(-1)", kUnknown},
-       {"Entities(null)", kUnknown},
-       {"Entities('Campaign').ModelProperties('Picture')", kUnknown},
-       {"Entities('Campaign').ModelProperties('Driver')", kUnknown},
-       {"Entities('Campaign').ModelProperties(14)", kUnknown},
-       {"Entities('Campaign').ModelReferences('Title')", kUnknown},
-       {"Entities('Campaign').ModelReferences(3)", kUnknown},
-       {"Entities('Column').ModelReferences('Values')", kUnknown},
+      {{"Entities('Nobody')",
+        "215 The index Nobody does not correspond to a member of the collection."},
+       {"Entities('')", "215 The index  does not correspond to a member of the collection."},
+       {"Entities('0')",
+        "215 The index 0 does not correspond to a member of the collection."},  // a text is a name,
+                                                                                // also one of
+                                                                                // digits
+       {"Entities(8)", "215 The index 8 does not correspond to a member of the collection."},
+       {"Entities(-1)", "215 The index -1 does not correspond to a member of the collection."},
+       {"Entities(null)", "214 The argument passed to Item must be either a string or an integer."},
+       {"Entities('Campaign').ModelProperties('Picture')",
+        "215 The index Picture does not correspond to a member of the collection."},
+       {"Entities('Campaign').ModelProperties('Driver')",
+        "215 The index Driver does not correspond to a member of the collection."},
+       {"Entities('Campaign').ModelProperties(14)",
+        "215 The index 14 does not correspond to a member of the collection."},
+       {"Entities('Campaign').ModelReferences('Title')",
+        "215 The index Title does not correspond to a member of the collection."},
+       {"Entities('Campaign').ModelReferences(3)",
+        "215 The index 3 does not correspond to a member of the collection."},
+       {"Entities('Column').ModelReferences('Values')",
+        "215 The index Values does not correspond to a member of the collection."},
        {"Entities('Campaign').ModelProperties('Score').BaseName",
         "343 This property is no base property."},
        {"Export('/nowhere/at all/x.atfx')",
