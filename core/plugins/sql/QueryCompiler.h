@@ -1,0 +1,108 @@
+// core/plugins/sql/QueryCompiler.h - makes one SELECT of a query, with all values bound.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <variant>
+#include <vector>
+
+#include "core/plugins/sql/Layout.h"
+#include "core/query/BoundQuery.h"
+
+namespace hv::vex::engine::sql {
+
+/// A piece of a statement and the values of its places, in their order.
+struct Fragment {
+  using Parameter = std::variant<std::int64_t, double, std::string>;
+  std::string text;
+  std::vector<Parameter> parameters;
+
+  Fragment& operator+=(std::string_view more) {
+    text += more;
+    return *this;
+  }
+  Fragment& operator+=(Fragment more) {
+    text += more.text;
+    for (Parameter& parameter : more.parameters) parameters.push_back(std::move(parameter));
+    return *this;
+  }
+  Fragment& Value(Parameter parameter) {
+    text += '?';
+    parameters.push_back(std::move(parameter));
+    return *this;
+  }
+};
+
+/// Binds the parameters of a fragment, which must outlive the run.
+void BindAll(Run& run, const Fragment& fragment);
+
+/// To-one steps of conditions that must hold become joins, all other paths become EXISTS or, where
+/// the condition at their end finds few records by an index, IN; so no hit is ever repeated. Texts
+/// are compared by their keys (TextKey.h), prefixes as ranges of keys, which indexes serve.
+class QueryCompiler final {
+ public:
+  QueryCompiler(const Model& model, const Layout& layout, const Dialect& dialect)
+      : m_model(model), m_layout(layout), m_dialect(dialect) {}
+
+  /// One column: the ids of the hits, in order.
+  Fragment Compile(const BoundQuery& query);
+
+  /// The form in which a scalar attribute's values are put in order; empty if they have no order.
+  /// What isn't a number counts as null.
+  [[nodiscard]] Fragment OrderKey(EntityId entity, std::int32_t attribute,
+                                  const std::string& alias) const;
+
+ private:
+  struct Chain;
+  struct Text {
+    std::string column;
+    std::string key;
+    bool isKept;  ///< the key stands in a column of its own
+    bool isDate;
+  };
+
+  const EntityPlace& Place(EntityId entity) const { return m_layout.entities[entity]; }
+  const RelationPlace& Place(const PathStep& step) const {
+    return Place(step.source).relations[static_cast<std::size_t>(step.relation)];
+  }
+  std::string NewAlias() { return "t" + std::to_string(m_aliases++); }
+  Fragment Condition(const BoundNode& node, bool mayJoin);
+  Fragment Logic(const BoundNode& node, bool mayJoin);
+  Fragment AtPath(const BoundNode& node, bool mayJoin);
+  Fragment Through(const BoundNode& node, std::size_t firstStep, const std::string& alias);
+  std::string JoinOnce(const std::string& alias, const PathStep& step);
+  Chain FollowChain(const std::vector<PathStep>& steps, std::size_t first,
+                    const std::string& alias);
+  Fragment Leaf(const BoundNode& node, const std::string& alias);
+  Fragment CompareLeaf(const BoundNode& node, const std::string& alias);
+  Fragment InstanceLeaf(const BoundNode& node, const std::string& alias);
+  [[nodiscard]] bool FindsFew(const BoundNode& node) const;
+  [[nodiscard]] Fragment IntegerTestOf(const std::string& column, QueryOp op,
+                                       const BoundConstant& constant) const;
+  [[nodiscard]] Fragment RealTestOf(const std::string& column, QueryOp op,
+                                    const BoundConstant& constant, bool isFloat) const;
+  [[nodiscard]] Fragment TextTestOf(const Text& text, QueryOp op,
+                                    const BoundConstant& constant) const;
+  [[nodiscard]] Fragment PatternTestOf(const Text& text, QueryOp op,
+                                       const BoundConstant& constant) const;
+  [[nodiscard]] Text TextOf(const AttributePlace& place, OdsType type,
+                            const std::string& alias) const;
+  Fragment FreeText(const BoundQuery& query, const std::string& alias) const;
+  Fragment OrderBy(const BoundQuery& query, const std::string& alias);
+
+  const Model& m_model;
+  const Layout& m_layout;
+  const Dialect& m_dialect;
+  const BoundQuery* m_query = nullptr;
+  std::string m_root;
+  Fragment m_joins;
+  std::vector<std::pair<std::string, std::string>> m_joined;  // "alias relation", alias
+  int m_aliases = 0;
+};
+
+/// The words of a free text, folded: at blanks, phrases between double quotes.
+std::vector<std::u16string> SearchWords(std::u16string_view text);
+
+}  // namespace hv::vex::engine::sql

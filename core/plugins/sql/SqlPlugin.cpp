@@ -1,0 +1,189 @@
+// core/plugins/sql/SqlPlugin.cpp - opening, making and writing database files.
+#include "core/plugins/sql/SqlPlugin.h"
+
+#include <charconv>
+#include <exception>
+#include <new>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include "core/plugins/sql/SqlStore.h"
+#include "core/plugins/sql/Sqlite.h"
+#include "core/store/memory/Failure.h"
+#include "core/store/memory/MemoryStore.h"
+#include "storefabric/WString.h"
+
+namespace hv::vex::engine {
+namespace sql {
+namespace {
+
+/// Lets nothing but the engine's own exception out.
+template <class Body>
+auto Guarded(Body body) {
+  try {
+    return body();
+  } catch (const Exception&) {
+    throw;
+  } catch (const std::bad_alloc&) {
+    throw Exception(errc::kOutOfMemory);
+  } catch (const std::exception& error) {
+    throw Exception(errc::kInternal, cor::FromUtf8(error.what()));
+  }
+}
+
+std::filesystem::path FileNameOf(const ConnectParameters& parameters) {
+  const std::optional<std::u16string> name = parameters.GetTrimmed(u"filename");
+  if (!name) Fail(errc::kConnectFailed, {u"no file name is given"});
+  return std::filesystem::absolute(cor::ToUtf8(*name));
+}
+
+std::u16string NameOf(const std::filesystem::path& path) {
+  return cor::FromUtf8(path.string()).str();
+}
+
+SqliteOptions OptionsOf(const ConnectParameters& parameters) {
+  SqliteOptions options;
+  options.isReadOnly = parameters.IsReadOnly();
+  if (const auto text = parameters.GetTrimmed(u"timeout")) {
+    const std::string digits = cor::ToUtf8(*text);
+    double seconds = 0;
+    const auto end = std::from_chars(digits.data(), digits.data() + digits.size(), seconds);
+    constexpr double kLongest = 86400;
+    if (end.ec != std::errc() || end.ptr != digits.data() + digits.size() || seconds < 0 ||
+        seconds > kLongest) {
+      Fail(errc::kInvalidArgument, {u"the time limit \"", *text, u"\" is no number of seconds"});
+    }
+    options.timeout = std::chrono::milliseconds(static_cast<std::int64_t>(seconds * 1000));
+  }
+  return options;
+}
+
+/// Brings a file, or the names in a folder, to the disk.
+void Synchronize(const std::filesystem::path& path) {
+  const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  const bool isDone = file >= 0 && fsync(file) == 0;
+  if (file >= 0) close(file);
+  if (!isDone) Fail(errc::kWriteFailed, {NameOf(path), u": can't be brought to the disk"});
+}
+
+/// The log beside a database would be taken for the new one's, so the old one must be closed by
+/// everybody and its log gone.
+void CloseOld(const std::filesystem::path& path) {
+  std::error_code unused;
+  if (!std::filesystem::exists(path, unused)) return;
+  try {
+    OpenSqlite(path, {})->Execute("PRAGMA journal_mode=DELETE");
+  } catch (const Exception& error) {
+    if (error.code != errc::kBadFile) throw;
+  }
+  std::filesystem::remove(path.string() + "-wal", unused);
+  std::filesystem::remove(path.string() + "-shm", unused);
+}
+
+/// A database under another name until it is complete.
+class NewFile final {
+ public:
+  explicit NewFile(std::filesystem::path target)
+      : m_target(std::move(target)),
+        m_path(m_target.string() + ".new-" + std::to_string(getpid())) {
+    RemoveAll();
+  }
+  NewFile(const NewFile&) = delete;
+  NewFile& operator=(const NewFile&) = delete;
+  ~NewFile() { RemoveAll(); }
+
+  const std::filesystem::path& Path() const { return m_path; }
+  void TakePlace() {
+    Synchronize(m_path);
+    CloseOld(m_target);
+    std::error_code error;
+    std::filesystem::rename(m_path, m_target, error);
+    if (error) {
+      Fail(errc::kWriteFailed, {NameOf(m_target), u": ", cor::FromUtf8(error.message())});
+    }
+    Synchronize(m_target.parent_path());
+  }
+
+ private:
+  void RemoveAll() {
+    std::error_code unused;
+    for (const char* ending : {"", "-wal", "-shm", "-journal"}) {
+      std::filesystem::remove(m_path.string() + ending, unused);
+    }
+  }
+  std::filesystem::path m_target;
+  std::filesystem::path m_path;
+};
+
+}  // namespace
+
+void WriteDatabase(const RecordStore& source, const std::filesystem::path& path,
+                   const CopyProgress& progress) {
+  NewFile file(path);
+  {
+    SqliteOptions options;
+    options.mayCreate = true;
+    const std::shared_ptr<Connection> connection = OpenSqlite(file.Path(), options);
+    // Nobody needs the unfinished file, so its safety costs nothing yet.
+    connection->Execute(
+        "PRAGMA journal_mode=OFF; PRAGMA synchronous=OFF; PRAGMA foreign_keys=OFF;"
+        "PRAGMA cache_size=-131072; BEGIN");
+    const Layout layout = MakeLayout(*source.GetModel(), connection->GetDialect());
+    CreateSchema(*connection, *source.GetModel(), layout);
+    CopyStore(source, *connection, layout, progress);
+    connection->Execute("COMMIT");
+    // What the planner knows of the tables; a sample is enough.
+    connection->Execute("PRAGMA analysis_limit=1000; ANALYZE; PRAGMA journal_mode=WAL");
+  }
+  file.TakePlace();
+}
+
+namespace {
+
+std::unique_ptr<RecordStore> Open(const ConnectParameters& parameters) {
+  return Guarded([&]() -> std::unique_ptr<RecordStore> {
+    const std::filesystem::path path = FileNameOf(parameters);
+    return std::make_unique<SqlStore>(OpenSqlite(path, OptionsOf(parameters)), NameOf(path));
+  });
+}
+
+std::unique_ptr<RecordStore> Create(const ConnectParameters& parameters,
+                                    std::shared_ptr<const Model> model) {
+  return Guarded([&]() -> std::unique_ptr<RecordStore> {
+    if (!model) Fail(errc::kInvalidArgument, {u"a new store needs a model"});
+    SqliteOptions options = OptionsOf(parameters);
+    if (parameters.GetTrimmed(u"filename")) {
+      const std::filesystem::path path = FileNameOf(parameters);
+      if (std::filesystem::exists(path)) {
+        Fail(errc::kNotUnique, {NameOf(path), u": exists already"});
+      }
+      WriteDatabase(MemoryStore(std::move(model), {}), path);
+      return std::make_unique<SqlStore>(OpenSqlite(path, options), NameOf(path));
+    }
+    options.mayCreate = true;
+    const std::shared_ptr<Connection> connection = OpenSqlite({}, options);
+    const Layout layout = MakeLayout(*model, connection->GetDialect());
+    CreateSchema(*connection, *model, layout);
+    CreateIndexes(*connection, *model, layout);
+    return std::make_unique<SqlStore>(connection, u"database in memory");
+  });
+}
+
+void Write(const RecordStore& source, const ConnectParameters& parameters) {
+  Guarded([&] { WriteDatabase(source, FileNameOf(parameters)); });
+}
+
+}  // namespace
+}  // namespace sql
+
+const PluginInfo kSqlPlugin = {
+    .name = u"SQL",
+    .supportsQueries = true,
+    .fileExtensions = u"sqlite",
+    .open = sql::Open,
+    .create = sql::Create,
+    .write = sql::Write,
+};
+
+}  // namespace hv::vex::engine

@@ -1,0 +1,23 @@
+// core/plugins/sql/SqlPlugin.h - databases as a kind of store.
+#pragma once
+
+#include <filesystem>
+
+#include "core/plugins/Plugin.h"
+#include "core/plugins/sql/StoreCopy.h"
+
+namespace hv::vex::engine {
+
+/// Parameters: "filename" (with the mark readonly='yes' for a store that can't be changed),
+/// "timeout" in seconds (10), how long a change waits for another session that writes.
+extern const PluginInfo kSqlPlugin;
+
+namespace sql {
+
+/// Writes everything that `source` holds into a new database that takes the place of `path` when it
+/// is complete. Stopped at any moment, what stood there stays as it was.
+void WriteDatabase(const RecordStore& source, const std::filesystem::path& path,
+                   const CopyProgress& progress = {});
+
+}  // namespace sql
+}  // namespace hv::vex::engine

@@ -1,0 +1,273 @@
+// core/plugins/sql/SqlStoreRead.cpp - reading in batches: columns, links, sequences, values.
+#include <algorithm>
+
+#include "core/plugins/sql/Cells.h"
+#include "core/plugins/sql/SqlStore.h"
+#include "core/plugins/sql/TextKey.h"
+#include "core/store/memory/Failure.h"
+#include "core/store/memory/InMemoryValues.h"
+
+namespace hv::vex::engine::sql {
+
+std::vector<ColumnBlock> SqlStore::ReadColumns(EntityId entity, std::span<const RecordId> ids,
+                                               std::span<const std::int32_t> attributes) const {
+  const EntityPlace& place = Place(entity);
+  std::vector<ColumnBlock> blocks(attributes.size());
+  std::vector<std::size_t> inTable;
+  std::string columns;
+  for (std::size_t i = 0; i < attributes.size(); ++i) {
+    const Attribute& declared = AttributeAt(entity, attributes[i]);
+    blocks[i].type = declared.type;
+    const AttributePlace& at = place.attributes[static_cast<std::size_t>(attributes[i])];
+    if (at.kind == AttributePlace::Kind::Column || at.kind == AttributePlace::Kind::Id) {
+      inTable.push_back(i);
+      blocks[i].isNull.reserve(ids.size());
+      columns += (columns.empty() ? "t." : ",t.") + at.column;
+    } else {
+      ReadSequences(entity, attributes[i], ids, blocks[i]);
+    }
+  }
+  if (inTable.empty() || ids.empty()) return blocks;
+  Run run(*m_connection, "SELECT " + columns + " FROM " + m_connection->GetDialect().IdList("i") +
+                             " LEFT JOIN " + place.table + " AS t ON t." + place.id + "=i.id");
+  run.AddIds(ids);
+  const bool isForeign = !m_schema.layout.isOwn;
+  while (run->Step()) {
+    for (std::size_t c = 0; c < inTable.size(); ++c) {
+      AppendCell(*run, static_cast<int>(c), isForeign, blocks[inTable[c]]);
+    }
+  }
+  return blocks;
+}
+
+namespace {
+
+/// Adds an element's part of a sequence, or of a value of any type.
+void AddElement(const Statement& row, int column, Value& value) {
+  switch (StorageKindOf(value.type)) {
+    case StorageKind::Integer:
+      std::get<Value::Integers>(value.data).push_back(row.Integer(column));
+      break;
+    case StorageKind::Real:
+      std::get<Value::Reals>(value.data).push_back(row.Real(column));
+      break;
+    case StorageKind::Text:
+      std::get<Value::Texts>(value.data).push_back(FromStored(row.Text(column)));
+      break;
+    case StorageKind::Bytes: {
+      const std::span<const std::byte> bytes = row.Bytes(column);
+      std::get<Value::ByteStrings>(value.data).emplace_back(bytes.begin(), bytes.end());
+      break;
+    }
+  }
+}
+
+/// An empty sequence, or value, of the type with that number.
+Value EmptyOf(std::int64_t number) {
+  for (int type = 0; type <= static_cast<int>(OdsType::Enum); ++type) {
+    for (const bool sequence : {false, true}) {
+      const auto ods = static_cast<OdsType>(type);
+      if (NumberOfType(ods, sequence) != number || NameOfType(ods, false) == u"DT_UNKNOWN")
+        continue;
+      Value value = Value::Unset(ods, sequence);
+      switch (StorageKindOf(ods)) {
+        case StorageKind::Integer:
+          value.data = Value::Integers();
+          break;
+        case StorageKind::Real:
+          value.data = Value::Reals();
+          break;
+        case StorageKind::Text:
+          value.data = Value::Texts();
+          break;
+        case StorageKind::Bytes:
+          value.data = Value::ByteStrings();
+          break;
+      }
+      return value;
+    }
+  }
+  return {};
+}
+
+}  // namespace
+
+void SqlStore::ReadSequences(EntityId entity, std::int32_t attribute, std::span<const RecordId> ids,
+                             ColumnBlock& block) const {
+  const Attribute& declared = AttributeAt(entity, attribute);
+  const EntityPlace& place = Place(entity);
+  std::vector<Value> values(ids.size(), Value::Unset(declared.type, declared.sequence));
+  const bool isStored =
+      place.attributes[static_cast<std::size_t>(attribute)].kind == AttributePlace::Kind::Sequence;
+  if (isStored && !place.sequences.empty() && !ids.empty()) {
+    const Dialect& dialect = m_connection->GetDialect();
+    std::string sql = "SELECT i.pos, s.POS, s.VAL FROM " + dialect.IdList("i");
+    sql += dialect.OrderedJoin();
+    sql += place.sequences + " AS s ON s.IID=i.id AND s.ATTRNR=? ORDER BY i.pos, s.POS";
+    Run run(*m_connection, std::move(sql));
+    run.AddIds(ids).Add(std::int64_t{attribute});
+    while (run->Step()) {
+      Value& value = values[static_cast<std::size_t>(run->Integer(0))];
+      if (run->Integer(1) < 0) {
+        value = EmptyOf(run->Integer(2));
+      } else if (value.IsSet()) {
+        AddElement(*run, 2, value);
+      }
+    }
+  }
+  const bool isComplex = !declared.sequence && PartsOf(declared.type) == 2;
+  for (Value& value : values) {
+    block.isNull.push_back(value.IsSet() ? 0 : 1);
+    if (isComplex) {
+      const auto* parts = std::get_if<Value::Reals>(&value.data);
+      block.reals.push_back(parts == nullptr ? 0 : parts->at(0));
+      block.reals.push_back(parts == nullptr ? 0 : parts->at(1));
+    } else {
+      block.others.push_back(std::move(value));
+    }
+  }
+}
+
+Value SqlStore::ReadValue(RecordRef record, std::int32_t attribute) const {
+  MustExist(record);
+  const Attribute& declared = AttributeAt(record.entity, attribute);
+  const std::int32_t asked[] = {attribute};
+  const RecordId ids[] = {record.id};
+  const ColumnBlock block = std::move(ReadColumns(record.entity, ids, asked).front());
+  if (block.isNull.empty() || block.isNull[0] != 0) {
+    return Value::Unset(declared.type, declared.sequence);
+  }
+  return ValueAt(block, 0);
+}
+
+// --- links ---------------------------------------------------------------------------------------
+
+std::string SqlStore::FollowStatement(EntityId entity, std::int32_t relation,
+                                      bool* isForward) const {
+  const EntityPlace& source = Place(entity);
+  const RelationPlace& place = source.relations[static_cast<std::size_t>(relation)];
+  const EntityPlace& target = Place(RelationAt(entity, relation).target);
+  const Dialect& dialect = m_connection->GetDialect();
+  const std::string ids = " FROM " + dialect.IdList("i") + std::string(dialect.OrderedJoin());
+  *isForward = place.kind == RelationPlace::Kind::Own;
+  switch (place.kind) {
+    case RelationPlace::Kind::Own:
+      return "SELECT i.pos, t." + place.column + ", 0" + ids + source.table + " AS t ON t." +
+             source.id + "=i.id AND t." + place.column + " IS NOT NULL";
+    case RelationPlace::Kind::Other: {
+      const std::string id = "t." + target.id;
+      const std::string key =
+          place.position.empty() ? id : "coalesce(t." + place.position + "," + id + ")";
+      return "SELECT i.pos, " + id + ", " + key + ids + target.table + " AS t ON t." +
+             place.column + "=i.id";
+    }
+    case RelationPlace::Kind::Pairs: {
+      std::string key = "t.rowid";
+      if (!place.position.empty()) {
+        key = place.position == "\"POS\"" ? "t.POS" : "coalesce(t.INVPOS,t.POS)";
+      }
+      std::string sql = "SELECT i.pos, t." + place.there + ", " + key + ids + place.table +
+                        " AS t ON t." + place.column + "=i.id";
+      if (!place.name.empty()) sql += " AND t.REFNAME=?";
+      return sql;
+    }
+    case RelationPlace::Kind::Nowhere:
+      break;
+  }
+  return {};
+}
+
+std::vector<Link> SqlStore::Follow(EntityId entity, std::int32_t relation,
+                                   std::span<const RecordId> ids) const {
+  (void)Place(entity);
+  const EntityId target = RelationAt(entity, relation).target;
+  const RelationPlace& place = Place(entity).relations[static_cast<std::size_t>(relation)];
+  bool isForward = false;
+  std::string sql = FollowStatement(entity, relation, &isForward);
+  std::vector<Link> links;
+  if (sql.empty() || ids.empty()) return links;
+  if (isForward) links.reserve(ids.size());
+  Run run(*m_connection, std::move(sql));
+  run.AddIds(ids);
+  if (!place.name.empty() && place.kind == RelationPlace::Kind::Pairs) run.Add(place.name);
+  std::vector<std::int64_t> keys;
+  bool isSorted = true;
+  while (run->Step()) {
+    const auto source = static_cast<std::uint32_t>(run->Integer(0));
+    links.push_back({source, {target, run->Integer(1)}});
+    if (isForward) continue;
+    keys.push_back(run->Integer(2));
+    const std::size_t n = links.size();
+    isSorted = isSorted && (n < 2 || links[n - 2].source < source ||
+                            (links[n - 2].source == source && keys[n - 2] <= keys[n - 1]));
+  }
+  if (isSorted) return links;
+  // Indexes give the targets in their order, so this is for databases without ours.
+  std::vector<std::size_t> order(links.size());
+  for (std::size_t i = 0; i < order.size(); ++i) order[i] = i;
+  std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
+    return std::pair(links[a].source, keys[a]) < std::pair(links[b].source, keys[b]);
+  });
+  std::vector<Link> sorted;
+  sorted.reserve(links.size());
+  for (const std::size_t i : order) sorted.push_back(links[i]);
+  return sorted;
+}
+
+// --- instance attributes and values --------------------------------------------------------------
+
+std::vector<InstanceAttribute> SqlStore::InstanceAttributesOf(RecordRef record) const {
+  MustExist(record);
+  std::vector<InstanceAttribute> attributes;
+  if (!m_schema.layout.isOwn) return attributes;
+  Run run(*m_connection,
+          "SELECT NAME, TYPE, VALUE, UNITID FROM SF_INSTATTR WHERE AID=? AND IID=? ORDER BY SEQ");
+  run.Add(Place(record.entity).aid).Add(record.id);
+  while (run->Step()) {
+    InstanceAttribute& attribute = attributes.emplace_back();
+    attribute.name = FromStored(run->Text(0));
+    attribute.unit = run->Integer(3);
+    ColumnBlock block;
+    block.type = static_cast<OdsType>(run->Integer(1));
+    AppendCell(*run, 2, false, block);
+    attribute.value = ValueAt(block, 0);
+  }
+  return attributes;
+}
+
+BulkKey SqlStore::KeyOf(RecordRef localColumn, BulkPart part) const {
+  return {Place(localColumn.entity).aid, localColumn.id, part};
+}
+
+/// The generation parameters of an implicit local column, or null.
+std::unique_ptr<ValueSource> SqlStore::OpenParameters(RecordRef localColumn) const {
+  const Entity& entity = m_schema.model->At(localColumn.entity);
+  if (m_schema.model->BaseNameOf(localColumn.entity) != u"aolocalcolumn") return nullptr;
+  const std::int32_t representation = entity.FindBaseAttribute(u"sequence_representation");
+  const std::int32_t parameters = entity.FindBaseAttribute(u"generation_parameters");
+  if (representation == kNone || parameters == kNone) return nullptr;
+  const Value kind = ReadValue(localColumn, representation);
+  const auto* number = std::get_if<Value::Integers>(&kind.data);
+  // Constant, linear and saw.
+  if (number == nullptr || number->empty() || number->front() < 1 || number->front() > 3) {
+    return nullptr;
+  }
+  const Value value = ReadValue(localColumn, parameters);
+  return value.IsSet() ? InMemoryValues::Open(InMemoryValues::FromValue(value)) : nullptr;
+}
+
+std::unique_ptr<ValueSource> SqlStore::OpenValues(RecordRef localColumn) const {
+  MustExist(localColumn);
+  if (m_schema.layout.isOwn) {
+    if (auto source = OpenBulk(m_connection, KeyOf(localColumn, BulkPart::Values))) return source;
+  }
+  return OpenParameters(localColumn);
+}
+
+std::unique_ptr<ValueSource> SqlStore::OpenFlags(RecordRef localColumn) const {
+  MustExist(localColumn);
+  if (!m_schema.layout.isOwn) return nullptr;
+  return OpenBulk(m_connection, KeyOf(localColumn, BulkPart::Flags));
+}
+
+}  // namespace hv::vex::engine::sql
