@@ -1,0 +1,164 @@
+// util/conv/NumberReader.cpp - lenient readers of numbers in 8-bit texts.
+#include "util/conv/NumberReader.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cstddef>
+#include <limits>
+#include <system_error>
+
+namespace hv::util::conv {
+
+namespace {
+
+constexpr int kSignificantDigits = 17;
+constexpr std::int64_t kInfiniteFrom = 309;
+constexpr std::int64_t kZeroBelow = -340;
+constexpr std::int64_t kAbsurdAbove = 340;
+
+bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+bool IsBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+
+struct SignedText {
+  bool negative = false;
+  std::string_view digits;
+};
+
+/// Takes blanks and one sign off.
+SignedText TakeSign(std::string_view text) {
+  text = text.substr(0, text.find('\0'));
+  const auto* first = std::find_if_not(text.begin(), text.end(), IsBlank);
+  text.remove_prefix(static_cast<std::size_t>(first - text.begin()));
+  const bool negative = text.starts_with('-');
+  if (negative || text.starts_with('+')) text.remove_prefix(1);
+  return {negative, text};
+}
+
+template <class Int>
+Int ReadSigned(std::string_view text) {
+  using Limits = std::numeric_limits<Int>;
+  const SignedText number = TakeSign(text);
+  std::uint64_t value = 0;
+  const char* end = number.digits.data() + number.digits.size();
+  const auto read = std::from_chars(number.digits.data(), end, value);
+  if (read.ec == std::errc::result_out_of_range) value = std::numeric_limits<std::uint64_t>::max();
+  if (value > static_cast<std::uint64_t>(Limits::max())) {
+    return number.negative ? Limits::min() : Limits::max();
+  }
+  const Int magnitude = static_cast<Int>(value);
+  return number.negative ? static_cast<Int>(-magnitude) : magnitude;
+}
+
+/// Digits of a decimal number: `mantissa` times 10 to the power of `exponent`.
+struct Mantissa {
+  std::uint64_t value = 0;
+  int count = 0;  ///< of significant digits, 17 at most
+  std::int64_t exponent = 0;
+  bool sawZero = false;
+};
+
+/// Reads digits with at most one point and takes them off the text.
+Mantissa TakeMantissa(std::string_view* text) {
+  Mantissa mantissa;
+  bool behindPoint = false;
+  std::size_t at = 0;
+  for (; at < text->size(); ++at) {
+    const char c = (*text)[at];
+    if (c == '.' && !behindPoint) {
+      behindPoint = true;
+      continue;
+    }
+    if (!IsDigit(c)) break;
+    const bool isLeadingZero = c == '0' && mantissa.count == 0;
+    mantissa.sawZero |= c == '0';
+    if (!isLeadingZero && mantissa.count < kSignificantDigits) {
+      mantissa.value = mantissa.value * 10 + static_cast<std::uint64_t>(c - '0');
+      ++mantissa.count;
+      mantissa.exponent -= behindPoint ? 1 : 0;
+    } else if (isLeadingZero) {
+      mantissa.exponent -= behindPoint ? 1 : 0;
+    } else {
+      mantissa.exponent += behindPoint ? 0 : 1;
+    }
+  }
+  text->remove_prefix(at);
+  return mantissa;
+}
+
+/// Reads the exponent behind its letter, 0 if there is none; stops as soon as it is absurd.
+std::int64_t ReadExponent(std::string_view text) {
+  if (text.empty() || std::string_view("eEdD").find(text.front()) == std::string_view::npos) {
+    return 0;
+  }
+  text.remove_prefix(1);
+  const bool negative = text.starts_with('-');
+  if (negative || text.starts_with('+') || text.starts_with(' ')) text.remove_prefix(1);
+  std::int64_t exponent = 0;
+  for (const char c : text) {
+    if (!IsDigit(c) || exponent > kAbsurdAbove) break;
+    exponent = exponent * 10 + (c - '0');
+  }
+  return negative ? -exponent : exponent;
+}
+
+/// The double nearest to `mantissa` times 10 to the power of `exponent`.
+double Scale(std::uint64_t mantissa, std::int64_t exponent) {
+  // A whole number below 2^53 and these powers are doubles without an error, and so their product
+  // or quotient has only the one rounding that is due.
+  static constexpr std::array<double, 23> kPowers = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                                     1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
+                                                     1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+  constexpr std::int64_t kMost = kPowers.size() - 1;
+  if (mantissa <= (std::uint64_t{1} << 53) && exponent >= -kMost && exponent <= kMost) {
+    const double power = kPowers[static_cast<std::size_t>(exponent < 0 ? -exponent : exponent)];
+    const auto whole = static_cast<double>(mantissa);
+    return exponent < 0 ? whole / power : whole * power;
+  }
+  constexpr std::size_t kRoom = 24;  // for each of the two numbers
+  std::array<char, kRoom> number{};
+  std::array<char, 2 * kRoom> text{};
+  const char* numberEnd = std::to_chars(number.data(), number.data() + kRoom, mantissa).ptr;
+  char* end = std::copy(static_cast<const char*>(number.data()), numberEnd, text.data());
+  *end++ = 'e';
+  end = std::to_chars(end, text.data() + text.size(), exponent).ptr;
+  double value = 0;
+  if (std::from_chars(text.data(), end, value).ec == std::errc::result_out_of_range) {
+    return exponent > 0 ? std::numeric_limits<double>::infinity() : 0.0;
+  }
+  return value;
+}
+
+}  // namespace
+
+std::int32_t ReadInt32(std::string_view text) { return ReadSigned<std::int32_t>(text); }
+
+std::int64_t ReadInt64(std::string_view text) { return ReadSigned<std::int64_t>(text); }
+
+std::uint64_t ReadUInt64(std::string_view text) {
+  const SignedText number = TakeSign(text);
+  std::uint64_t value = 0;
+  const char* end = number.digits.data() + number.digits.size();
+  const auto read = std::from_chars(number.digits.data(), end, value);
+  if (read.ec == std::errc::result_out_of_range) return std::numeric_limits<std::uint64_t>::max();
+  return number.negative ? std::uint64_t{0} - value : value;
+}
+
+double ReadDecimal(std::string_view text) {
+  auto [negative, rest] = TakeSign(text);
+  const Mantissa mantissa = TakeMantissa(&rest);
+  if (mantissa.count == 0) return negative && mantissa.sawZero ? -0.0 : 0.0;
+  const std::int64_t written = ReadExponent(rest);
+  const bool isAbsurd = written > kAbsurdAbove || written < -kAbsurdAbove;
+  // The power of ten of the first digit, but an absurd exponent decides alone.
+  const std::int64_t total = isAbsurd ? written : written + mantissa.exponent + mantissa.count - 1;
+  double value = 0;
+  if (total >= kInfiniteFrom) {
+    value = std::numeric_limits<double>::infinity();
+  } else if (total >= kZeroBelow) {
+    value = Scale(mantissa.value, written + mantissa.exponent);
+  }
+  return negative ? -value : value;
+}
+
+}  // namespace hv::util::conv
