@@ -8,7 +8,6 @@
 #include "core/store/memory/Failure.h"
 #include "core/store/memory/MemoryStoreAccess.h"
 #include "core/store/memory/MemoryTable.h"
-#include "core/store/memory/RelationPairs.h"
 #include "store/core/Exception.h"
 
 namespace hv::vex::engine {
@@ -20,7 +19,7 @@ struct MemoryBuilder::Pending {
   bool isBackward;  // told by the second of the two relations
 };
 
-/// Two relations that are one; `second` is kNone if there is no way back.
+/// Two relations that are one.
 struct MemoryBuilder::RelationPair {
   EntityId firstEntity;
   std::int32_t first;
@@ -103,16 +102,15 @@ MemoryBuilder::MemoryBuilder(std::shared_ptr<const Model> model)
     auto& sides = m_sides[entity.id];
     sides.resize(entity.relations.size());
     for (std::int32_t r = 0; r < static_cast<std::int32_t>(sides.size()); ++r) {
-      const EntityId target = RelationAt(all, entity.id, r).target;
-      const std::int32_t inverse = InverseOf(all, entity.id, r);
-      const bool isSecond =
-          inverse != kNone && std::pair(target, inverse) < std::pair(entity.id, r);
+      // Every relation has an inverse, which names it back: the model sees to that.
+      const Relation& relation = entity.relations[static_cast<std::size_t>(r)];
+      const std::pair inverse(relation.target, relation.inverse);
       Side& side = sides[static_cast<std::size_t>(r)];
-      if (isSecond) {
-        side = {m_sides[target][static_cast<std::size_t>(inverse)].pair, true};
+      if (inverse < std::pair(entity.id, r)) {
+        side = {m_sides[inverse.first][static_cast<std::size_t>(inverse.second)].pair, true};
       } else {
         side = {static_cast<std::uint32_t>(m_pairs.size()), false};
-        m_pairs.push_back({entity.id, r, target, inverse, {}});
+        m_pairs.push_back({entity.id, r, inverse.first, inverse.second, {}});
       }
     }
   }
@@ -222,31 +220,30 @@ void MemoryBuilder::SetContextValue(std::u16string_view name, std::u16string_vie
 void MemoryBuilder::ResolveLinks(RelationPair& pair, const DropCallback& onDropped) {
   if (pair.pending.empty()) return;
   MemoryTable& firstTable = Table(pair.firstEntity);
-  MemoryTable* const secondTable = m_store->m_tables[pair.secondEntity].get();
+  MemoryTable& secondTable = Table(pair.secondEntity);
   LinkColumn& forward = firstTable.Links(pair.first);
-  LinkColumn* const backward =
-      pair.second == kNone || secondTable == nullptr ? nullptr : &secondTable->Links(pair.second);
+  LinkColumn& backward = secondTable.Links(pair.second);
   const std::size_t firstRows = firstTable.Rows();
-  const std::size_t secondRows = secondTable == nullptr ? 0 : secondTable->Rows();
-  const bool isSymmetric = backward == &forward;
+  const std::size_t secondRows = secondTable.Rows();
+  const bool isSymmetric = &backward == &forward;
 
   Singles forwardSingles(forward.IsToMany(), firstRows);
-  Singles backwardSingles(backward == nullptr || isSymmetric || backward->IsToMany(), secondRows);
+  Singles backwardSingles(isSymmetric || backward.IsToMany(), secondRows);
   std::vector<RowPair> links;
   links.reserve(pair.pending.size());
   for (const Pending& told : pair.pending) {
-    const MemoryTable* const teller = told.isBackward ? secondTable : &firstTable;
-    const MemoryTable* const named = told.isBackward ? &firstTable : secondTable;
-    if (!teller->Alive().Has(told.row)) continue;
+    const MemoryTable& teller = told.isBackward ? secondTable : firstTable;
+    const MemoryTable& named = told.isBackward ? firstTable : secondTable;
+    if (!teller.Alive().Has(told.row)) continue;
     const auto drop = [&](DroppedLink::Reason reason) {
       if (!onDropped) return;
       const EntityId entity = told.isBackward ? pair.secondEntity : pair.firstEntity;
       onDropped({reason,
-                 {entity, teller->IdAt(told.row)},
+                 {entity, teller.IdAt(told.row)},
                  told.isBackward ? pair.second : pair.first,
                  told.target});
     };
-    const Row target = named == nullptr ? kNoRow : named->Find(told.target);
+    const Row target = named.Find(told.target);
     if (target == kNoRow) {
       drop(DroppedLink::Reason::NoSuchTarget);
       continue;
@@ -275,11 +272,11 @@ void MemoryBuilder::ResolveLinks(RelationPair& pair, const DropCallback& onDropp
   } else {
     SetLists<&RowPair::from, &RowPair::to>(forward, firstRows, links);
   }
-  if (backward == nullptr || isSymmetric) return;
+  if (isSymmetric) return;
   if (backwardSingles.IsUsed()) {
-    backward->SetSingles(backwardSingles.Take());
+    backward.SetSingles(backwardSingles.Take());
   } else {
-    SetLists<&RowPair::to, &RowPair::from>(*backward, secondRows, links);
+    SetLists<&RowPair::to, &RowPair::from>(backward, secondRows, links);
   }
 }
 

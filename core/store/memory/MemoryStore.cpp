@@ -6,7 +6,6 @@
 #include "core/store/memory/Failure.h"
 #include "core/store/memory/MemoryStoreAccess.h"
 #include "core/store/memory/MemoryTable.h"
-#include "core/store/memory/RelationPairs.h"
 #include "store/core/Exception.h"
 
 namespace hv::vex::engine {
@@ -17,29 +16,26 @@ constexpr std::int16_t kValidFlag = 15;
 /// The two directions of a relation between two tables.
 struct Link2 {
   LinkColumn& forward;
-  LinkColumn* backward;  // null: the relation has one direction only
-  bool IsSymmetric() const { return backward == &forward; }
+  LinkColumn& backward;
+  bool IsSymmetric() const { return &backward == &forward; }
 
   void Add(Row from, Row to) const {
     forward.Add(from, to);
-    if (backward != nullptr && !(IsSymmetric() && from == to)) backward->Add(to, from);
+    if (!(IsSymmetric() && from == to)) backward.Add(to, from);
   }
   void Remove(Row from, Row to) const {
     forward.Remove(from, to);
-    if (backward != nullptr) backward->Remove(to, from);
+    backward.Remove(to, from);
   }
   bool Has(Row from, Row to) const {
     // The to-one side, or else the shorter list, is looked at.
-    const bool useBackward =
-        backward != nullptr && backward->Of(to).size() < forward.Of(from).size();
-    return useBackward ? backward->Has(to, from) : forward.Has(from, to);
+    const bool useBackward = backward.Of(to).size() < forward.Of(from).size();
+    return useBackward ? backward.Has(to, from) : forward.Has(from, to);
   }
   /// Lets go of the partners that a to-one side can't keep beside a new one.
   void MakeRoom(Row from, Row to) const {
     if (!forward.IsToMany() && !forward.Of(from).empty()) Remove(from, forward.Of(from).front());
-    if (backward != nullptr && !backward->IsToMany() && !backward->Of(to).empty()) {
-      Remove(backward->Of(to).front(), to);
-    }
+    if (!backward.IsToMany() && !backward.Of(to).empty()) Remove(backward.Of(to).front(), to);
   }
 };
 
@@ -163,16 +159,15 @@ void MemoryStore::Write(RecordRef record, std::int32_t attribute, const Value& v
 
 namespace {
 
-/// What Connect and Disconnect need of both records.
+/// The two records of a link, found, and where their links are.
 struct Ends {
   Row from;
   Row to;
-  MemoryTable& target;
-  std::int32_t inverse;
+  Link2 links;
 };
 
-/// Checks both records of a link and finds their rows.
-Ends FindEnds(MemoryStore& store, RecordRef record, std::int32_t relation, RecordRef target) {
+/// Checks both records of a link. Only to be called once the store is known to be writable.
+Ends FindEnds(const MemoryStore& store, RecordRef record, std::int32_t relation, RecordRef target) {
   const Model& model = *store.GetModel();
   const Row from = RowOf(store, record);
   const Relation& declared = RelationOf(model, record.entity, relation);
@@ -181,57 +176,39 @@ Ends FindEnds(MemoryStore& store, RecordRef record, std::int32_t relation, Recor
            {u"relation ", declared.name, u" leads to ", model.At(declared.target).name});
   }
   const Row to = RowOf(store, target);
-  return {from, to, const_cast<MemoryTable&>(store.Table(target.entity)),
-          InverseOf(model, record.entity, relation)};
+  auto& sourceTable = const_cast<MemoryTable&>(store.Table(record.entity));
+  auto& targetTable = const_cast<MemoryTable&>(store.Table(target.entity));
+  return {from, to, {sourceTable.Links(relation), targetTable.Links(declared.inverse)}};
 }
 
 }  // namespace
 
 void MemoryStore::Connect(RecordRef record, std::int32_t relation, RecordRef target) {
-  MemoryTable& table = Writable(record.entity);
-  const Ends ends = FindEnds(*this, record, relation, target);
-  const Link2 links{table.Links(relation),
-                    ends.inverse == kNone ? nullptr : &ends.target.Links(ends.inverse)};
-  if (links.Has(ends.from, ends.to)) return;
-  links.MakeRoom(ends.from, ends.to);
-  if (links.IsSymmetric()) links.MakeRoom(ends.to, ends.from);
-  links.Add(ends.from, ends.to);
+  (void)Writable(record.entity);
+  const auto [from, to, links] = FindEnds(*this, record, relation, target);
+  if (links.Has(from, to)) return;
+  links.MakeRoom(from, to);
+  links.Add(from, to);
   m_isModified = true;
 }
 
 void MemoryStore::Disconnect(RecordRef record, std::int32_t relation, RecordRef target) {
-  MemoryTable& table = Writable(record.entity);
-  const Ends ends = FindEnds(*this, record, relation, target);
-  const Link2 links{table.Links(relation),
-                    ends.inverse == kNone ? nullptr : &ends.target.Links(ends.inverse)};
-  if (!links.Has(ends.from, ends.to)) return;
-  links.Remove(ends.from, ends.to);
+  (void)Writable(record.entity);
+  const auto [from, to, links] = FindEnds(*this, record, relation, target);
+  if (!links.Has(from, to)) return;
+  links.Remove(from, to);
   m_isModified = true;
 }
 
 void MemoryStore::Delete(RecordRef record) {
   MemoryTable& table = Writable(record.entity);
   const Row row = RowOf(*this, record);
-  const Entity& entity = m_model->At(record.entity);
-  for (std::int32_t r = 0; r < static_cast<std::int32_t>(entity.relations.size()); ++r) {
-    const std::int32_t inverse = InverseOf(*m_model, record.entity, r);
-    if (inverse == kNone) continue;
-    LinkColumn& backward =
-        m_tables[entity.relations[static_cast<std::size_t>(r)].target]->Links(inverse);
-    const std::span<const Row> targets = table.Links(r).Of(row);
+  const auto& relations = m_model->At(record.entity).relations;
+  for (std::size_t r = 0; r < relations.size(); ++r) {
+    LinkColumn& backward = m_tables[relations[r].target]->Links(relations[r].inverse);
+    const std::span<const Row> targets = table.Links(static_cast<std::int32_t>(r)).Of(row);
     for (const Row target : std::vector<Row>(targets.begin(), targets.end())) {
       backward.Remove(target, row);
-    }
-  }
-  // Relations of one direction only must be searched for the record.
-  for (const Entity& other : m_model->Entities()) {
-    for (std::int32_t r = 0; r < static_cast<std::int32_t>(other.relations.size()); ++r) {
-      const bool isOneWay = !other.isBase &&
-                            RelationAt(*m_model, other.id, r).target == record.entity &&
-                            InverseOf(*m_model, other.id, r) == kNone;
-      if (!isOneWay) continue;
-      MemoryTable& from = *m_tables[other.id];
-      from.Alive().ForEach([&](Row source) { from.Links(r).Remove(source, row); });
     }
   }
   table.Remove(row);

@@ -10,7 +10,7 @@
 
 #include "core/query/TextMatch.h"
 #include "core/store/memory/ColumnOrder.h"
-#include "core/store/memory/RelationPairs.h"
+#include "core/store/memory/MemoryStoreAccess.h"
 
 namespace hv::vex::engine {
 namespace {
@@ -198,17 +198,13 @@ RowSet QueryEvaluator::StepBack(const PathStep& step, const RowSet& targets) con
   RowSet sources(table.Rows());
   const std::size_t targetCount = targets.Count();
   if (targetCount == 0) return sources;
-  const Model& model = *m_store.GetModel();
-  const std::int32_t inverse = InverseOf(model, step.source, step.relation);
-  if (inverse != kNone) {
-    const EntityId target = RelationAt(model, step.source, step.relation).target;
-    const LinkColumn& backward = m_store.Table(target).Links(inverse);
-    if (!backward.IsToMany() || targetCount * 4 < targets.Size()) {
-      targets.ForEach([&](Row row) {
-        for (const Row source : backward.Of(row)) sources.Add(source);
-      });
-      return sources;
-    }
+  const Relation& relation = RelationOf(*m_store.GetModel(), step.source, step.relation);
+  const LinkColumn& backward = m_store.Table(relation.target).Links(relation.inverse);
+  if (!backward.IsToMany() || targetCount * 4 < targets.Size()) {
+    targets.ForEach([&](Row row) {
+      for (const Row source : backward.Of(row)) sources.Add(source);
+    });
+    return sources;
   }
   const LinkColumn& forward = table.Links(step.relation);
   sources = table.Alive();

@@ -185,10 +185,10 @@ TEST(MemoryStore, KeepsTextsThroughManyRewrites) {
     for (RecordId id = 1; id <= kRecords; ++id) {
       store.Write({m.run, id}, note, Value::Text(OdsType::String, textOf(id, round)));
     }
-  }
-  for (RecordId id = 1; id <= kRecords; ++id) {
-    EXPECT_EQ(Value::Text(OdsType::String, textOf(id, kRounds - 1)),
-              store.ReadValue({m.run, id}, note));
+    for (RecordId id = 1; id <= kRecords; ++id) {
+      ASSERT_EQ(Value::Text(OdsType::String, textOf(id, round)),
+                store.ReadValue({m.run, id}, note));
+    }
   }
 }
 

@@ -162,6 +162,32 @@ TEST_P(RecordStoreQueryContract, ComparesEveryTypeByEveryOperator) {
   }
 }
 
+TEST_P(RecordStoreQueryContract, ComparesTheOutermostIntegersExactly) {
+  using enum QueryOp;
+  using Limits = std::numeric_limits<std::int64_t>;
+  constexpr double kEdge = 9223372036854775808.0;  // one above the highest, and minus the lowest
+  const struct {
+    std::int64_t value;
+    QueryOp op;
+    double constant;
+    bool isFound;
+  } kCases[] = {
+      {Limits::min(), Greater, -1e300, true},      {Limits::min(), LessEqual, -1e300, false},
+      {Limits::min(), Equal, -1e300, false},       {Limits::min(), Equal, -kEdge, true},
+      {Limits::min(), Less, -kEdge, false},        {Limits::max(), Less, kEdge, true},
+      {Limits::max(), GreaterEqual, kEdge, false}, {Limits::max(), Equal, kEdge, false},
+      {Limits::max(), NotEqual, 1e300, true},      {Limits::max(), Greater, -kEdge, true},
+  };
+  for (const auto& c : kCases) {
+    SCOPED_TRACE(std::to_string(c.value) + " operator " + std::to_string(static_cast<int>(c.op)) +
+                 " " + std::to_string(c.constant));
+    Set({m.run, 6}, u"Big", Value::Integer(OdsType::LongLong, c.value));
+    const BoundNode six = Condition(u"Id", Equal, IntegerConstant(6));
+    const BoundNode big = Condition(u"Big", c.op, RealConstant(c.constant));
+    EXPECT_EQ(c.isFound ? "6" : "", Find(Logic(And, {six, big})));
+  }
+}
+
 TEST_P(RecordStoreQueryContract, JoinsConditionsAndNeverRepeatsHits) {
   using enum QueryOp;
   const auto tag = [&](std::int64_t id) {

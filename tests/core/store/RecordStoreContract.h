@@ -130,6 +130,9 @@ TEST_P(RecordStoreContract, GivesBackValuesOfEveryType) {
     SCOPED_TRACE(cor::ToUtf8(c.attribute));
     Set(run, c.attribute, Value::Unset(c.value.type, c.value.sequence));
     EXPECT_FALSE(Get(run, c.attribute).IsSet());
+    const RecordRef other = Make(m.run, 0);
+    Set(other, c.attribute, c.value);
+    EXPECT_FALSE(Get(run, c.attribute).IsSet()) << "nobody else's value shows up there";
   }
 }
 

@@ -154,6 +154,9 @@ TEST_P(RecordStoreContract, AppendsValuesAndFillsFlagsUp) {
   store->WriteValues(column, longs({9}), {}, false);
   EXPECT_EQ((Value::Integers{9}), Integers(*store->OpenValues(column), 0, 1));
   EXPECT_TRUE(flags().empty()) << "the old values' flags went with them";
+  store->Delete(column);
+  EXPECT_EQ(errc::kInstanceGone, CodeOf([&] { (void)store->OpenValues(column); }));
+  EXPECT_EQ(nullptr, store->OpenValues(Make(m.column, 1))) << "a new record of the old id is empty";
 }
 
 TEST_P(RecordStoreContract, GivesParametersOfImplicitColumnsAsTheyAre) {
