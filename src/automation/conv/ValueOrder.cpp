@@ -64,8 +64,9 @@ Result OrderedValue::Compare(const OrderedValue& other, VarOrder* order) const {
     case Kind::Other:
       break;
   }
-  *order = VarOrder::Null;
-  return CompareVariants(*m_value, *other.m_value, order);
+  const Result rc = CompareVariants(*m_value, *other.m_value, order);
+  if (Failed(rc)) *order = VarOrder::Null;
+  return rc;
 }
 
 Result CompareValues(const Variant& a, const Variant& b, VarOrder* order) try {

@@ -1,0 +1,172 @@
+// tests/automation/conv/VexTimeTest.cpp - the time object through its typed and its late-bound
+// face.
+#include "automation/conv/VexTime.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cmath>
+#include <limits>
+
+#include "automation/MessageFormat.h"
+#include "automation/StringTable.h"
+#include "cor/Counted.h"
+
+namespace hv::vex {
+namespace {
+
+using util::conv::TimeParts;
+using util::conv::TimeValue;
+
+class VexTime : public ::testing::Test {
+ protected:
+  void TearDown() override {
+    m_time.Reset();
+    EXPECT_EQ(m_alive, cor::LiveObjectCount());
+  }
+
+  TimeValue& Value() {
+    TimeValue* value = nullptr;
+    const auto face = m_time.As<IVexTimeIntern>();
+    EXPECT_FALSE(Failed(face->GetTimeValue(&value)));
+    return *value;
+  }
+
+  Result Call(std::u16string_view name, CallKind kind, const Variant& argument, Variant* result) {
+    std::int32_t id = kDispIdUnknown;
+    EXPECT_FALSE(Failed(m_time->GetIdOfName(name, &id)));
+    m_error = {};
+    const std::span<const Variant> args(&argument, kind == CallKind::Put ? 1 : 0);
+    return m_time->Invoke(id, kind, args, result, &m_error);
+  }
+  Variant Read(std::u16string_view name) {
+    Variant value;
+    EXPECT_FALSE(Failed(Call(name, CallKind::Get, {}, &value)));
+    return value;
+  }
+
+  std::int64_t m_alive = cor::LiveObjectCount();
+  Ref<IVexTimeDisp> m_time = CreateTime(TimeValue::FromText("20010203040506007008009"));
+  ErrorInfo m_error;
+};
+
+struct FieldCase {
+  std::u16string_view name;
+  std::int32_t id;
+  std::int16_t value;
+};
+constexpr FieldCase kFields[] = {
+    {u"Year", 1, 2001},     {u"Month", 2, 2},       {u"Day", 3, 3},
+    {u"Hour", 4, 4},        {u"Minute", 5, 5},      {u"Second", 6, 6},
+    {u"Millisecond", 7, 7}, {u"Microsecond", 8, 8}, {u"Nanosecond", 9, 9}};
+
+TEST_F(VexTime, ShowsItsFieldsByName) {
+  for (const FieldCase& c : kFields) {
+    SCOPED_TRACE(cor::ToUtf8(c.name));
+    std::int32_t id = 0;
+    EXPECT_EQ(S_OK, m_time->GetIdOfName(c.name, &id));
+    EXPECT_EQ(c.id, id);
+    const Variant value = Read(c.name);
+    EXPECT_TRUE(value.Is(VT_I2));
+    EXPECT_EQ(c.value, value.AsInt64());
+  }
+  EXPECT_EQ(10U, m_time->GetMemberCount());
+}
+
+TEST_F(VexTime, KeepsTheOtherFieldsWhenOneIsWritten) {
+  for (const FieldCase& c : kFields) {
+    SCOPED_TRACE(cor::ToUtf8(c.name));
+    EXPECT_EQ(S_OK, Call(c.name, CallKind::Put, Variant::I4(c.value + 2), nullptr));
+  }
+  EXPECT_EQ("20030405060708009010011", Value().ToText());
+  EXPECT_EQ(S_OK, m_time->put_Month(13));
+  EXPECT_EQ("20030105060708009010011", Value().ToText()) << "counts as January";
+  EXPECT_EQ(S_OK, m_time->put_Millisecond(1500));
+  EXPECT_EQ("20030105060708500010011", Value().ToText()) << "no second more";
+  EXPECT_EQ(S_OK, m_time->put_Year(-3));
+  std::int16_t year = 0;
+  EXPECT_EQ(S_OK, m_time->get_Year(&year));
+  EXPECT_EQ(-3, year);
+}
+
+TEST_F(VexTime, RefusesNegativeFieldsWithTheirNames) {
+  for (const FieldCase& c : kFields) {
+    if (c.name == u"Year") continue;
+    SCOPED_TRACE(cor::ToUtf8(c.name));
+    EXPECT_EQ(DISP_E_EXCEPTION, Call(c.name, CallKind::Put, Variant::I2(-7), nullptr));
+    EXPECT_EQ(E_INVALIDARG, m_error.code);
+    EXPECT_EQ(208, m_error.number);
+    EXPECT_EQ("The value -7 is out of the valid range of arguments for the property " +
+                  cor::ToUtf8(c.name) + ".",
+              cor::ToUtf8(m_error.text));
+  }
+  EXPECT_EQ("20010203040506007008009", Value().ToText()) << "unchanged";
+  EXPECT_EQ(DISP_E_OVERFLOW, Call(u"Day", CallKind::Put, Variant::I4(40000), nullptr));
+}
+
+TEST_F(VexTime, RefusesNullOutPointers) {
+  EXPECT_EQ(E_POINTER, m_time->get_Year(nullptr));
+  EXPECT_EQ(E_POINTER, m_time->get_Nanosecond(nullptr));
+  EXPECT_EQ(E_POINTER, m_time->get_VariantDate(nullptr));
+  EXPECT_EQ(E_POINTER, m_time.As<IVexTimeIntern>()->GetTimeValue(nullptr));
+  EXPECT_EQ(E_POINTER, CreateTime(TimeParts{}, nullptr));
+  EXPECT_EQ(E_POINTER, ReadTimeObject(*m_time, nullptr));
+}
+
+TEST_F(VexTime, ConvertsToADate) {
+  EXPECT_EQ(S_OK, m_time->put_VariantDate(45000.5));
+  EXPECT_EQ("20230315120000000000000", Value().ToText());
+  EXPECT_EQ(45000.5, Read(u"VariantDate").AsDouble());
+  Variant date;
+  EXPECT_EQ(S_OK, Variant::Object(m_time.Get()).ChangeType(VT_DATE, &date)) << "default member";
+  EXPECT_EQ(45000.5, date.AsDouble());
+}
+
+TEST_F(VexTime, RefusesDatesOutOfRange) {
+  for (const double date : {-657435.0, 2958465.0, std::nan(""), -1e9, 1e300}) {
+    EXPECT_EQ(E_INVALIDARG, m_time->put_VariantDate(date)) << date;
+    EXPECT_EQ(DISP_E_EXCEPTION, Call(u"VariantDate", CallKind::Put, Variant::R8(date), nullptr));
+    EXPECT_EQ(374, m_error.number);
+  }
+  EXPECT_EQ("20010203040506007008009", Value().ToText()) << "unchanged";
+  Value() = TimeValue::FromText("00500101");
+  double date = 0;
+  EXPECT_EQ(E_INVALIDARG, m_time->get_VariantDate(&date));
+  EXPECT_EQ(-675696.0, date) << "set all the same";
+}
+
+TEST_F(VexTime, ShowsYearsBeyond16BitsAsTheNearest) {
+  std::int16_t year = 0;
+  Value() = TimeValue::FromParts({100'000, 1, 1});
+  EXPECT_EQ(S_OK, m_time->get_Year(&year));
+  EXPECT_EQ(std::numeric_limits<std::int16_t>::max(), year);
+  Value() = TimeValue();
+  EXPECT_EQ(S_OK, m_time->get_Year(&year));
+  EXPECT_EQ(std::numeric_limits<std::int16_t>::min(), year);
+}
+
+TEST(CreateTime, TakesOnlyTheYearNegative) {
+  Ref<IVexTimeDisp> time;
+  EXPECT_EQ(S_OK, CreateTime({-5, 1, 2, 3, 4, 5, 6, 7, 8}, time.Put()));
+  TimeParts parts;
+  EXPECT_EQ(S_OK, ReadTimeObject(*time, &parts));
+  EXPECT_EQ((TimeParts{-5, 1, 2, 3, 4, 5, 6, 7, 8}), parts);
+  using Field = std::int32_t TimeParts::*;
+  for (const Field field : {&TimeParts::month, &TimeParts::day, &TimeParts::hour,
+                            &TimeParts::minute, &TimeParts::second, &TimeParts::millisecond,
+                            &TimeParts::microsecond, &TimeParts::nanosecond}) {
+    TimeParts negative{2001, 1, 1};
+    negative.*field = -1;
+    EXPECT_EQ(E_INVALIDARG, CreateTime(negative, time.Put()));
+    EXPECT_FALSE(time);
+  }
+  const automation::ErrorRow row =
+      automation::SelectErrorRow(kCreateTimeErrors, E_INVALIDARG, u"CreateTime");
+  EXPECT_EQ(
+      "The only argument to the method \"CreateTime\" which may be negative is the argument "
+      "\"Year\".",
+      cor::ToUtf8(automation::LoadString(row.textNumber)));
+}
+
+}  // namespace
+}  // namespace hv::vex

@@ -1,0 +1,175 @@
+// tests/conv/TimeFormatTest.cpp - times to and from text by a pattern.
+#include "util/conv/TimeFormat.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace hv::util::conv {
+
+void PrintTo(const TimeRecord& t, std::ostream* out) {
+  *out << t.year << '-' << t.month << '-' << t.day << ' ' << t.hour << ':' << t.minute << ':'
+       << t.second << '+' << t.fraction;
+}
+
+namespace {
+
+constexpr TimeRecord kMoment{2001, 2, 3, 4, 5, 6, 0.5};
+
+TimeRecord AtHour(std::int32_t hour) { return {2001, 2, 3, hour, 0, 0, 0}; }
+TimeRecord WithFraction(double fraction) { return {2001, 2, 3, 4, 5, 6, fraction}; }
+
+struct PrintCase {
+  std::u16string_view pattern;
+  TimeRecord time;
+  std::u16string_view text;
+};
+
+TEST(TimeFormat, PrintsByThePattern) {
+  const PrintCase kCases[] = {
+      {u"", kMoment, u""},
+      {u"//", kMoment, u""},
+      {u"YYYY", kMoment, u"2001"},
+      {u"(YYYY)", kMoment, u"2001"},
+      {u"Date: YYYY", kMoment, u"3ate: 2001"},
+      {u"YY", kMoment, u"01"},
+      {u"Y", kMoment, u"2001"},
+      {u"YYYYY", kMoment, u"02001"},
+      {u"YYYY", {-5}, u"-005"},
+      {u"YYYYMMDDhhmmss", kMoment, u"20010203040506"},
+      {u"DD.MM.YYYY hh:mm:ss", kMoment, u"03.02.2001 04:05:06"},
+      {u"M/D/YYYY", kMoment, u"2/3/2001"},
+      {u"M", {0, 12}, u"12"},
+      {u"hhhh", kMoment, u"0004"},
+      {u"s", {0, 0, 0, 0, 0, 123}, u"123"},
+      {u"YYYY -- MM", kMoment, u"2001 -- 02"},
+      {u"hh:mm pp", AtHour(0), u"12:00 am"},
+      {u"hh:mm pp", AtHour(12), u"12:00 pm"},
+      {u"hh:mm pp", AtHour(13), u"01:00 pm"},
+      {u"hh:mm PP", AtHour(11), u"11:00 AM"},
+      {u"h p", AtHour(24), u"0 p"},
+      {u"hP", AtHour(23), u"11P"},
+      {u"h pppp", AtHour(1), u"1 a.m."},
+      {u"h PPPP", AtHour(1), u"1 A.M."},
+      {u"h ppPp", AtHour(1), u"1 a.M."},
+      {u"h pP", AtHour(1), u"1 aM"},
+      {u"h Ppp", AtHour(1), u"1 Am"},
+      {u"h ppppp", AtHour(1), u"1 a"},
+      {u"fff", WithFraction(0.5), u"500"},
+      {u"fff", WithFraction(0.1234), u"1234"},
+      {u"fff", WithFraction(0.12345), u"1234"},
+      {u"f", WithFraction(0), u"0"},
+      {u"f", WithFraction(0.25), u"25"},
+      {u"ff", WithFraction(0.007), u"007"},
+      {u"ss.fff", WithFraction(0.25), u"06.250"},
+      {u"ffffffffffffffffffffffffffffffffffff", WithFraction(0.5),
+       u"500000000000000000000000000000000000"},
+      {u"fff", WithFraction(0.99999999999), u"000"},
+  };
+  const auto format = CreateTimeFormat();
+  for (const PrintCase& c : kCases) {
+    EXPECT_TRUE(format->SetPattern(c.pattern));
+    WString text(u"left over");
+    EXPECT_TRUE(format->Format(&text, c.time).EqualsExact(c.text))
+        << cor::ToUtf8(c.pattern) << " gives " << cor::ToUtf8(text);
+  }
+}
+
+struct ReadCase {
+  std::u16string_view pattern;
+  std::u16string_view text;
+  TimeRecord time;
+};
+
+TEST(TimeFormat, ReadsByThePattern) {
+  const ReadCase kCases[] = {
+      // Cut by width.
+      {u"YYYYMMDD", u"20010203", {2001, 2, 3}},
+      {u"YYYYMMDDhhmmss", u"200102030405", {2001, 2, 3, 4, 5}},
+      {u"YYYYMMDD", u"2001", {2001}},
+      {u"YYYYMMDD", u"", {}},
+      {u"YYYYMMDD hh:mm", u"20010203x04y05z", {2001, 2, 3, 4, 5}},
+      {u"ssf", u"065", {0, 0, 0, 0, 0, 6, 0.5}},
+      // Found by the literals.
+      {u"DD.MM.YYYY hh:mm:ss", u"03.02.2001 04:05:06", {2001, 2, 3, 4, 5, 6}},
+      {u"DD.MM.YYYY hh:mm:ss", u"3.2.2001 4:5:6", {2001, 2, 3, 4, 5, 6}},
+      {u"DD.MM.YYYY", u"03-02-2001", {2001, 2, 3}},
+      {u"DD.MM.YYYY hh:mm:ss", u"03.02 04:05", {0, 2, 3, 4, 5}},
+      {u"DD.MM.YYYY hh:mm:ss", u" 04:05:06", {0, 0, 0, 4, 5, 6}},
+      {u"DD.MM.YYYY", u".02.2001", {2001, 2}},
+      {u"(YYYY)", u"(2001)", {2001}},
+      {u"YYYY", u"20010203", {20010203}},
+      {u"YYYY", u"", {}},
+      {u"YYYY/MM", u"abc/def", {}},
+      {u"ss.ffffff", u"06.25", {0, 0, 0, 0, 0, 6, 0.25}},
+      {u"hh h", u"10 5", {0, 0, 0, 15}},
+      {u"YYYY", u"99999999999999999999", {2147483647}},
+      {u"hh h", u"2147483647 5", {0, 0, 0, 2147483647}},
+      // Years of two digits.
+      {u"YY", u"00", {2000}},
+      {u"YY", u"59", {2059}},
+      {u"YY", u"60", {1960}},
+      {u"YY", u"100", {2000}},
+      {u"YY", u"101", {101}},
+      {u"YYYY", u"59", {59}},
+      // Morning and afternoon.
+      {u"hh:mm pp", u"12:30 am", {0, 0, 0, 0, 30}},
+      {u"hh:mm pp", u"12:30 pm", {0, 0, 0, 12, 30}},
+      {u"hh:mm pp", u"01:30 PM", {0, 0, 0, 13, 30}},
+      {u"hh:mmpp", u"01:30pm", {0, 0, 0, 13, 30}},
+      {u"hh:mm pppp", u"01:30 p.m.", {0, 0, 0, 13, 30}},
+      {u"hh:mm pp", u"12:30 xx", {0, 0, 0, 12, 30}},
+      {u"hh:mm pp", u"12:30", {0, 0, 0, 12, 30}},
+      {u"hh:mm pp", u"12:30 p", {0, 0, 0, 12, 30}},
+      {u"hh:mm p DD", u"1:30 p 7", {0, 0, 7, 13, 30}},
+      {u"pphh", u"am12", {}},
+      {u"pphh", u"pm01", {0, 0, 0, 13}},
+  };
+  const auto format = CreateTimeFormat();
+  for (const ReadCase& c : kCases) {
+    format->SetPattern(c.pattern);
+    TimeRecord time = kMoment;
+    EXPECT_EQ(c.time, format->Parse(&time, c.text))
+        << cor::ToUtf8(c.pattern) << " reads " << cor::ToUtf8(c.text);
+    EXPECT_EQ(c.time, time);
+  }
+}
+
+TEST(TimeFormat, KnowsNothingWithoutAPattern) {
+  const auto format = CreateTimeFormat();
+  TimeRecord time = kMoment;
+  WString text(u"left over");
+  EXPECT_EQ(TimeRecord(), format->Parse(&time, u"2001"));
+  EXPECT_TRUE(format->Format(&text, kMoment).empty());
+  EXPECT_EQ(TimeRecord(), format->ParseCounted(&time, nullptr, 3));
+}
+
+TEST(TimeFormat, ReadsNoMoreThanItIsGiven) {
+  const auto format = CreateTimeFormat();
+  format->SetPattern(u"YYYY-MM");
+  TimeRecord time;
+  EXPECT_EQ((TimeRecord{2001, 1}), format->ParseCounted(&time, u"2001-12", 6));
+}
+
+TEST(TimeFormat, TakesThePatternOfALanguage) {
+  const auto format = CreateTimeFormat();
+  EXPECT_TRUE(format->SetPatternMapped(u"TT.MM.JJJJ HH:nn", u"JMTHnsfpP"));
+  WString text;
+  format->FormatTo(&text, kMoment);
+  EXPECT_TRUE(text.EqualsExact(u"03.02.2001 04:05")) << cor::ToUtf8(text);
+  EXPECT_FALSE(format->SetPatternMapped(u"YYYY", u"YMDhms")) << "too few letters";
+  TimeRecord time;
+  format->ParseFrom(&time, u"03.02.2001 04:05");
+  EXPECT_EQ((TimeRecord{2001, 2, 3, 4, 5}), time) << "still the pattern of before";
+}
+
+TEST(TimeFormat, ForgetsTheTwelveHourClockWithItsPattern) {
+  const auto format = CreateTimeFormat();
+  format->SetPattern(u"hh pp");
+  format->SetPattern(u"hh");
+  WString text;
+  EXPECT_TRUE(format->Format(&text, AtHour(13)).EqualsExact(u"13"));
+}
+
+}  // namespace
+}  // namespace hv::util::conv
