@@ -2,8 +2,8 @@
 //
 // A record is named by its entity and an id that is unique in the entity. All reading comes in
 // batches: ids in, columns out. A record store belongs to one session and is used on one thread.
-// Failures are thrown as hv::vex::Exception with a code of store/core/Exception.h and a message that
-// says what, where and why.
+// Failures are thrown as hv::vex::Exception with a code of store/core/Exception.h and a message
+// that says what, where and why.
 #pragma once
 
 #include <cstdint>
@@ -38,7 +38,7 @@ struct Link {
 /// One attribute of one record that the model doesn't have.
 struct InstanceAttribute {
   std::u16string name;
-  Value value;        ///< scalar; its type is String, Byte, Short, Long, LongLong, Float, Double or Date
+  Value value;  ///< scalar; its type is String, Byte, Short, Long, LongLong, Float, Double or Date
   std::int64_t unit = 0;
 };
 
@@ -69,7 +69,8 @@ class ValueSource {
   virtual void ReadBytes(std::uint64_t first, std::uint64_t count,
                          const std::function<void(std::span<const std::byte>)>& sink) const = 0;
   /// The elements as they lie in memory or in a mapped file, if they lie there without gaps as
-  /// little-endian values of the type's own width (Short 2, Long 4, Float 4, Double 8 ...); else empty.
+  /// little-endian values of the type's own width (Short 2, Long 4, Float 4, Double 8 ...); else
+  /// empty.
   [[nodiscard]] virtual std::span<const std::byte> Contiguous() const { return {}; }
 };
 
@@ -98,8 +99,9 @@ class RecordStore {
   /// Ids of the records that meet the query, without repetition, ascending unless the query says
   /// another order, at most `query.limit` of them if that is above 0.
   [[nodiscard]] virtual std::vector<RecordId> Select(const BoundQuery& query) const = 0;
-  /// Distinct values of a scalar attribute, ascending (texts by their folded form), among the records
-  /// that meet `restriction` (null: all), at most `limit` (0: all). Unset values are left out.
+  /// Distinct values of a scalar attribute, ascending (texts by their folded form), among the
+  /// records that meet `restriction` (null: all), at most `limit` (0: all). Unset values are left
+  /// out.
   [[nodiscard]] virtual ColumnBlock Distinct(EntityId entity, std::int32_t attribute,
                                              const BoundQuery* restriction,
                                              std::size_t limit) const = 0;
@@ -154,7 +156,8 @@ class RecordStore {
   /// What was odd in the source but could be read, one line each.
   [[nodiscard]] virtual std::vector<std::u16string> Warnings() const { return {}; }
   /// Facts about the whole source ("documentation_exporter" ...), name and text.
-  [[nodiscard]] virtual std::vector<std::pair<std::u16string, std::u16string>> ContextValues() const {
+  [[nodiscard]] virtual std::vector<std::pair<std::u16string, std::u16string>> ContextValues()
+      const {
     return {};
   }
 };

@@ -20,13 +20,12 @@ class Ref {
   Ref(const Ref& other) : m_ptr(other.m_ptr) { Acquire(); }
   Ref(Ref&& other) noexcept : m_ptr(std::exchange(other.m_ptr, nullptr)) {}
   template <class U>
-    requires(std::is_convertible_v<U*, T*>)
-  Ref(const Ref<U>& other) : m_ptr(other.Get()) {
+  requires(std::is_convertible_v<U*, T*>) Ref(const Ref<U>& other) : m_ptr(other.Get()) {
     Acquire();
   }
   template <class U>
-    requires(std::is_convertible_v<U*, T*>)
-  Ref(Ref<U>&& other) noexcept : m_ptr(other.Detach()) {}
+  requires(std::is_convertible_v<U*, T*>) Ref(Ref<U>&& other)
+  noexcept : m_ptr(other.Detach()) {}
   ~Ref() { Reset(); }
 
   Ref& operator=(const Ref& other) {
@@ -38,7 +37,8 @@ class Ref {
     return *this;
   }
 
-  /// Takes over the reference that the caller holds: what `new` gives and what an operation returns.
+  /// Takes over the reference that the caller holds: what `new` gives and what an operation
+  /// returns.
   [[nodiscard]] static Ref Adopt(T* ptr) {
     Ref ref;
     ref.m_ptr = ptr;

@@ -6,10 +6,10 @@
 
 namespace hv {
 
-/// A 32-bit result code. Negative (high bit set) means failure; small positive values mean done with
-/// a remark, so success is asked with `Failed`, never by comparing with `S_OK`.
+/// A 32-bit result code. Negative (high bit set) means failure; small positive values mean done
+/// with a remark, so success is asked with `Failed`, never by comparing with `S_OK`.
 /// Binary-compatible with the plain 32-bit integer that the exported functions return.
-enum class [[nodiscard]] Result : std::int32_t {};
+enum class [[nodiscard]] Result : std::int32_t{};
 
 /// True if the operation failed.
 constexpr bool Failed(Result rc) { return static_cast<std::int32_t>(rc) < 0; }
@@ -68,8 +68,10 @@ inline constexpr Result VEX_E_WRITE_PROTECTED          = MakeResult(0x80007013);
 inline constexpr Result VEX_E_BROWSE_MODEL             = MakeResult(0x80007018);  ///< The browse configuration doesn't fit the store's model.
 inline constexpr Result VEX_E_QUERY_BROWSE_PATH        = MakeResult(0x80007019);  ///< The query doesn't fit the browse path.
 
+inline constexpr Result VEX_E_BAD_LOGIC                = MakeResult(0x80050001);  ///< A logic text that isn't valid.
 inline constexpr Result VEX_E_LOGIC_UNSUPPORTED        = MakeResult(0x80050002);  ///< The store doesn't support a custom logic.
 inline constexpr Result VEX_E_OR_UNSUPPORTED           = MakeResult(0x80050003);  ///< The store doesn't support several values joined with OR.
+inline constexpr Result VEX_E_OR_OPERATOR              = MakeResult(0x80050005);  ///< The operator doesn't support several values joined with OR.
 inline constexpr Result VEX_E_VALUE_TYPE               = MakeResult(0x80050006);  ///< A value's type doesn't fit.
 inline constexpr Result VEX_E_BAD_TYPE_ARGUMENT        = MakeResult(0x80050021);  ///< The type argument is no valid one.
 inline constexpr Result VEX_E_BAD_PARAMETER_TYPE       = MakeResult(0x80050022);  ///< A context parameter with an invalid type.

@@ -36,7 +36,8 @@ class IUnknown {
   static constexpr Iid kIid = MakeIid("hv::IUnknown");
 
   /// Gives the object's face `iid` in `*out`, with one reference for the caller.
-  /// \return S_OK; E_POINTER if `out` is null; E_NOINTERFACE with `*out` null if it has no such face.
+  /// \return S_OK; E_POINTER if `out` is null; E_NOINTERFACE with `*out` null if it has no such
+  /// face.
   virtual Result QueryInterface(const Iid& iid, void** out) = 0;
   /// Adds a reference and gives the new count, which is of use for tests only.
   virtual std::uint32_t AddRef() = 0;

@@ -12,10 +12,10 @@ namespace hv::cor {
 std::int64_t LiveObjectCount();
 void AddLiveObject(std::int64_t delta);
 
-/// Implements `IUnknown` for a class that offers the faces `Faces...`; the first one also answers for
-/// `IUnknown`. A face that derives from another interface of its own is answered for under its own
-/// name only; name the base as well if it is asked for: `Counted<Faces<IInstance, IContainer>>`.
-/// Counts are plain numbers: one thread.
+/// Implements `IUnknown` for a class that offers the faces `Faces...`; the first one also answers
+/// for `IUnknown`. A face that derives from another interface of its own is answered for under its
+/// own name only; name the base as well if it is asked for: `Counted<Faces<IInstance,
+/// IContainer>>`. Counts are plain numbers: one thread.
 template <class... Faces>
 class Counted : public Faces... {
  public:
