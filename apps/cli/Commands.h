@@ -36,6 +36,14 @@ struct ExportOptions {
 };
 void RunExport(const ExportOptions& options);
 
+struct ImportOptions {
+  std::string store;
+  std::string target;    ///< a database; records are added to those of one that is there already
+  bool replace = false;  ///< a new database instead
+  bool warnings = false;
+};
+void RunImport(const ImportOptions& options);
+
 struct DemoOptions {
   std::string target;
   bool force = false;

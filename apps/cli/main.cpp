@@ -40,6 +40,7 @@ struct Arguments {
   hv::cli::ModelOptions model;
   hv::cli::QueryOptions query;
   hv::cli::ExportOptions exporting;
+  hv::cli::ImportOptions importing;
   hv::cli::DemoOptions demo;
   std::function<void()> verb;
 };
@@ -80,6 +81,15 @@ void AddVerbs(CLI::App& app, Arguments& arguments) {
   AddCommon(*command, arguments.exporting);
   command->add_option("OUT", arguments.exporting.target, "The file to write (*.atfx)")->required();
   command->add_flag("--force", arguments.exporting.force, "Replace an existing file");
+
+  command = add("import", "A store's records into a database, all or none", arguments.importing,
+                &hv::cli::RunImport);
+  AddCommon(*command, arguments.importing);
+  command
+      ->add_option("OUT", arguments.importing.target,
+                   "The database (*.sqlite); records are added to one that exists")
+      ->required();
+  command->add_flag("--replace", arguments.importing.replace, "Replace an existing database");
 
   command = add("demo", "A believable test-bench campaign to try things on", arguments.demo,
                 &hv::cli::RunDemo);

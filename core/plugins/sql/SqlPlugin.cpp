@@ -1,7 +1,10 @@
 // core/plugins/sql/SqlPlugin.cpp - opening, making and writing database files.
 #include "core/plugins/sql/SqlPlugin.h"
 
+#include <cerrno>
 #include <charconv>
+#include <csignal>
+#include <cstdlib>
 #include <exception>
 #include <new>
 
@@ -10,6 +13,7 @@
 
 #include "core/plugins/sql/SqlStore.h"
 #include "core/plugins/sql/Sqlite.h"
+#include "core/plugins/sql/StoreMerge.h"
 #include "core/store/memory/Failure.h"
 #include "core/store/memory/MemoryStore.h"
 #include "storefabric/WString.h"
@@ -88,6 +92,7 @@ class NewFile final {
       : m_target(std::move(target)),
         m_path(m_target.string() + ".new-" + std::to_string(getpid())) {
     RemoveAll();
+    RemoveAbandoned();
   }
   NewFile(const NewFile&) = delete;
   NewFile& operator=(const NewFile&) = delete;
@@ -110,6 +115,19 @@ class NewFile final {
     std::error_code unused;
     for (const char* ending : {"", "-wal", "-shm", "-journal"}) {
       std::filesystem::remove(m_path.string() + ending, unused);
+    }
+  }
+  /// Files of programs that ended before they could.
+  void RemoveAbandoned() const {
+    const std::string begin = m_target.filename().string() + ".new-";
+    std::error_code unused;
+    for (const auto& entry : std::filesystem::directory_iterator(m_target.parent_path(), unused)) {
+      const std::string name = entry.path().filename().string();
+      if (!name.starts_with(begin)) continue;
+      const int process = std::atoi(name.c_str() + begin.size());
+      if (process > 0 && kill(process, 0) != 0 && errno == ESRCH) {
+        std::filesystem::remove(entry.path(), unused);
+      }
     }
   }
   std::filesystem::path m_target;
@@ -171,7 +189,15 @@ std::unique_ptr<RecordStore> Create(const ConnectParameters& parameters,
 }
 
 void Write(const RecordStore& source, const ConnectParameters& parameters) {
-  Guarded([&] { WriteDatabase(source, FileNameOf(parameters)); });
+  Guarded([&] {
+    const std::filesystem::path path = FileNameOf(parameters);
+    if (!parameters.Get(u"add") || !std::filesystem::exists(path)) {
+      WriteDatabase(source, path);
+      return;
+    }
+    SqlStore target(OpenSqlite(path, OptionsOf(parameters)), NameOf(path));
+    MergeStore(source, target);
+  });
 }
 
 }  // namespace

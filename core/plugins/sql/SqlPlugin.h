@@ -9,7 +9,8 @@
 namespace hv::vex::engine {
 
 /// Parameters: "filename" (with the mark readonly='yes' for a store that can't be changed),
-/// "timeout" in seconds (10), how long a change waits for another session that writes.
+/// "timeout" in seconds (10), how long a change waits for another session that writes. Writing a
+/// store with a tag "add" adds its records to those of a database that is there already.
 extern const PluginInfo kSqlPlugin;
 
 namespace sql {

@@ -1,0 +1,46 @@
+// apps/cli/ImportCommand.cpp - the records of a store into a database, all of them or none.
+#include <filesystem>
+
+#include "apps/cli/Commands.h"
+#include "apps/cli/StoreAccess.h"
+
+namespace hv::cli {
+
+using namespace hv::vex;
+
+namespace {
+
+void CheckDatabase(const ImportOptions& options) {
+  std::error_code error;
+  const std::filesystem::path path(options.target);
+  if (path.extension() != ".sqlite") {
+    throw Failure("writing " + options.target + ": the name of a database ends in .sqlite");
+  }
+  if (std::filesystem::is_directory(path, error)) {
+    throw Failure("writing " + options.target + ": it is a folder");
+  }
+  const std::filesystem::path folder = path.has_parent_path() ? path.parent_path() : ".";
+  if (!std::filesystem::is_directory(folder, error)) {
+    throw Failure("writing " + options.target + ": there is no folder " + folder.string());
+  }
+  if (std::filesystem::equivalent(options.store, path, error)) {
+    throw Failure("importing " + options.store + ": source and target are the same file");
+  }
+}
+
+}  // namespace
+
+void RunImport(const ImportOptions& options) {
+  CheckDatabase(options);
+  Engine engine;
+  const Ref<IStore> store = engine.Open(options.store);
+  WString parameters = FilenameParameter(options.target);
+  if (!options.replace) parameters += u"<add>yes</add>";
+  Explained("importing " + options.store + " into " + options.target, [&] {
+    Ref<IExporter>::Adopt(engine.Environment().CreateExporter(u"SQL", u"", parameters, store.Get()))
+        ->Run();
+  });
+  TellRemarks(*store, options.warnings);
+}
+
+}  // namespace hv::cli

@@ -1,0 +1,284 @@
+// tests/core/sql/SqlSessionTest.cpp - several sessions on one file, killed ones, and damaged files.
+#include <csignal>
+#include <fstream>
+#include <random>
+
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "core/plugins/sql/SqlPlugin.h"
+#include "core/plugins/sql/SqlStore.h"
+#include "core/query/TextMatch.h"
+#include "core/store/memory/MemoryStore.h"
+#include "store/core/Exception.h"
+
+#include "ContractModel.h"
+#include "SqlFixtures.h"
+
+namespace hv::vex::engine::test {
+namespace {
+
+std::string MessageOf(const std::function<void()>& action) {
+  try {
+    action();
+  } catch (const Exception& e) {
+    return std::to_string(e.code) + " " + cor::ToUtf8(e.message);
+  }
+  return "nothing was thrown";
+}
+
+std::int32_t CodeOf(const std::function<void()>& action) {
+  try {
+    action();
+  } catch (const Exception& e) {
+    return e.code;
+  }
+  return 0;
+}
+
+class SqlSessions : public ::testing::Test {
+ protected:
+  SqlSessions() : m_model(MakeContractModel()), m(*m_model), m_path(m_folder.File("a.sqlite")) {
+    sql::WriteDatabase(MemoryStore(m_model, {}), m_path);
+  }
+  std::unique_ptr<RecordStore> Open(std::u16string_view more = u"<timeout>0.05</timeout>") const {
+    return kSqlPlugin.open(ConnectParameters(FileTag(m_path, more)));
+  }
+  void SetName(RecordStore& store, RecordId id, std::u16string_view name) const {
+    store.Write({m.run, id}, m.AttributeOf(m.run, u"Name"),
+                Value::Text(OdsType::String, std::u16string(name)));
+  }
+  std::u16string NameOf(const RecordStore& store, RecordId id) const {
+    return Describe(store.ReadValue({m.run, id}, m.AttributeOf(m.run, u"Name")));
+  }
+  std::string Named(const RecordStore& store, std::u16string_view name) const {
+    return Describe(store.Select(
+        Where(m.run, Compare(m.Path(m.run, u"Name"), QueryOp::Equal, TextConstant(name, true)))));
+  }
+  std::string IntegrityOf(const std::filesystem::path& path) const {
+    sqlite3* database = nullptr;
+    std::string result;
+    sqlite3_open(path.c_str(), &database);
+    const auto collect = [](void* out, int, char** values, char**) {
+      *static_cast<std::string*>(out) += values[0];
+      return 0;
+    };
+    sqlite3_exec(database, "PRAGMA integrity_check; PRAGMA foreign_key_check;", collect, &result,
+                 nullptr);
+    sqlite3_close(database);
+    return result;
+  }
+
+  TempFolder m_folder;
+  std::shared_ptr<const Model> m_model;
+  ContractModel m;
+  std::filesystem::path m_path;
+};
+
+TEST_F(SqlSessions, SeeWhatOthersSavedAndNothingElse) {
+  const auto writer = Open();
+  const auto reader = Open();
+  writer->Create(m.run, 1);
+  SetName(*writer, 1, u"Größe");
+  EXPECT_EQ("1", Named(*writer, u"GRÖSSE"));
+  EXPECT_EQ("", Named(*reader, u"GRÖSSE")) << "unsaved work is its session's own";
+  EXPECT_FALSE(reader->Exists({m.run, 1}));
+  writer->Save(u"");
+  EXPECT_EQ("1", Named(*reader, u"GRÖSSE"));
+  SetName(*writer, 1, u"other");
+  EXPECT_EQ(u"Größe", NameOf(*reader, 1)) << "a reader doesn't wait for a writer";
+  writer->Discard();
+  EXPECT_EQ(u"Größe", NameOf(*writer, 1));
+}
+
+TEST_F(SqlSessions, ASecondWriterWaitsAndThenGivesUp) {
+  const auto first = Open();
+  const auto second = Open();
+  first->Create(m.run, 1);
+  const std::string message = MessageOf([&] { second->Create(m.run, 2); });
+  EXPECT_EQ("-1008 " + m_path.string() + ": another session is writing", message);
+  EXPECT_FALSE(second->IsModified());
+  first->Save(u"");
+  EXPECT_EQ(2, second->Create(m.run, 2));
+  EXPECT_EQ(errc::kTimeout, CodeOf([&] { first->Delete({m.run, 1}); }));
+  second->Discard();
+  EXPECT_EQ(0, CodeOf([&] { first->Delete({m.run, 1}); }));
+}
+
+TEST_F(SqlSessions, ARefusedChangeLetsOthersWrite) {
+  const auto first = Open();
+  const auto second = Open();
+  EXPECT_EQ(errc::kInstanceGone, CodeOf([&] { SetName(*first, 77, u"x"); }));
+  EXPECT_FALSE(first->IsModified());
+  EXPECT_EQ(1, second->Create(m.run));
+}
+
+TEST_F(SqlSessions, ReadOnlySessionsRefuseChanges) {
+  for (const std::u16string_view mark : {u"<readonly>yes</readonly>"}) {
+    const auto store = Open(mark);
+    EXPECT_FALSE(store->GetCapabilities().writable);
+    EXPECT_EQ(errc::kWriteProtected, CodeOf([&] { store->Create(m.run); }));
+    EXPECT_EQ(errc::kWriteProtected, CodeOf([&] { store->Save(u""); }));
+    EXPECT_EQ(0u, store->CountOf(m.run));
+  }
+}
+
+TEST_F(SqlSessions, RefusesParametersThatMakeNoSense) {
+  EXPECT_EQ(errc::kInvalidArgument, CodeOf([&] { Open(u"<timeout>soon</timeout>"); }));
+  EXPECT_EQ(errc::kNotUnique,
+            CodeOf([&] { kSqlPlugin.create(ConnectParameters(FileTag(m_path)), m_model); }));
+  EXPECT_EQ(errc::kConnectFailed, CodeOf([&] { kSqlPlugin.open(ConnectParameters(u"")); }));
+}
+
+TEST_F(SqlSessions, RefusesDamagedFiles) {
+  {
+    const auto store = Open();
+    for (int i = 0; i < 2000; ++i) SetName(*store, store->Create(m.run), u"a name of some length");
+    store->Save(u"");
+  }
+  const auto size = std::filesystem::file_size(m_path);
+  const auto copy = m_folder.File("damaged.sqlite");
+  const struct {
+    const char* name;
+    std::function<void()> damage;
+    const char* reason;
+  } kCases[] = {
+      {"missing", [&] { std::filesystem::remove(copy); }, "No such file"},
+      {"empty", [&] { std::filesystem::resize_file(copy, 0); }, "the file is empty"},
+      {"half", [&] { std::filesystem::resize_file(copy, size / 2); }, "malformed"},
+      {"head", [&] { std::filesystem::resize_file(copy, 50); }, "malformed"},
+      {"overwritten", [&] { std::ofstream(copy) << std::string(40000, 'x'); }, "not a database"},
+      {"folder", [&] { std::filesystem::remove(copy), std::filesystem::create_directory(copy); },
+       "it is no file"},
+  };
+  for (const auto& c : kCases) {
+    SCOPED_TRACE(c.name);
+    std::filesystem::remove_all(copy);
+    std::filesystem::copy_file(m_path, copy);
+    c.damage();
+    const std::string message =
+        MessageOf([&] { kSqlPlugin.open(ConnectParameters(FileTag(copy))); });
+    EXPECT_TRUE(message.starts_with("-1301 " + copy.string() + ": ")) << message;
+    EXPECT_NE(std::string::npos, message.find(c.reason)) << message;
+  }
+}
+
+TEST_F(SqlSessions, RefusesDatabasesOfOtherKindsAndVersions) {
+  const struct {
+    const char* sql;
+    const char* reason;
+  } kCases[] = {
+      {"DROP TABLE SVCENT", "the database holds no measurement data (it has no table SVCENT)"},
+      {"UPDATE SF_META SET VALUE='99' WHERE KEY='schema_version'",
+       "the database has schema version 99; this program reads version 1 to 1"},
+      {"DROP TABLE RUN", "the table \"RUN\" of element Run is missing"},
+      {"UPDATE SVCATTR SET ENUMNAME='none' WHERE ENUMNAME='kind_enum'", "none"},
+  };
+  const auto copy = m_folder.File("other.sqlite");
+  for (const auto& c : kCases) {
+    SCOPED_TRACE(c.sql);
+    std::filesystem::copy_file(m_path, copy, std::filesystem::copy_options::overwrite_existing);
+    sqlite3* database = nullptr;
+    sqlite3_open(copy.c_str(), &database);
+    EXPECT_EQ(SQLITE_OK, sqlite3_exec(database, c.sql, nullptr, nullptr, nullptr));
+    sqlite3_close(database);
+    const std::string message =
+        MessageOf([&] { kSqlPlugin.open(ConnectParameters(FileTag(copy))); });
+    EXPECT_TRUE(message.starts_with("-1301 " + copy.string() + ": ")) << message;
+    EXPECT_NE(std::string::npos, message.find(c.reason)) << message;
+  }
+}
+
+TEST_F(SqlSessions, SearchThroughIndexes) {
+  const auto store = Open();
+  const auto& database = dynamic_cast<const sql::SqlStore&>(*store);
+  const auto plan = [&](std::u16string_view path, const BoundConstant& constant) {
+    return database.Explain(Where(m.run, Compare(m.Path(m.run, path), QueryOp::Equal, constant)));
+  };
+  const auto prefix = TextConstant(u"Ärg*", true, true);
+  EXPECT_NE(std::string::npos, plan(u"Name", prefix).find("USING INDEX IX_RUN_NAME (<expr>>"))
+      << plan(u"Name", prefix);
+  EXPECT_NE(std::string::npos,
+            plan(u"Name", TextConstant(u"ÄRGER", true)).find("IX_RUN_NAME (<expr>=?)"));
+  EXPECT_NE(std::string::npos, plan(u"Name", TextConstant(u"Ärger")).find("IX_RUN_NAME"));
+  EXPECT_NE(std::string::npos, plan(u"When", TextConstant(u"20100101000000")).find("IX_RUN_WHEN"));
+  EXPECT_NE(std::string::npos, plan(u"Project.Id", IntegerConstant(3)).find("IX_RUN_PROJECT"));
+  const std::string tags = plan(u"Tags.Name", prefix);
+  EXPECT_NE(std::string::npos, tags.find("IX_TAG_NAME")) << tags;
+}
+
+// --- killed sessions -----------------------------------------------------------------------------
+
+/// In each save all records get the same name, so that a mixture shows half a save.
+TEST_F(SqlSessions, KilledWhileSavingNeverLeavesHalfASave) {
+  constexpr RecordId kRecords = 20;
+  {
+    const auto store = Open();
+    for (RecordId id = 1; id <= kRecords; ++id) SetName(*store, store->Create(m.run), u"0");
+    store->Save(u"");
+  }
+  std::mt19937 random(7);
+  std::u16string last = u"0";
+  int progressed = 0;
+  for (int round = 0; round < 100; ++round) {
+    const pid_t child = fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+      const auto store = Open();
+      for (int save = 0; save < 100000; ++save) {
+        const std::string text = std::to_string(round) + "." + std::to_string(save);
+        const std::u16string name(text.begin(), text.end());
+        for (RecordId id = 1; id <= kRecords; ++id) SetName(*store, id, name);
+        store->Save(u"");
+      }
+      _exit(0);
+    }
+    usleep(static_cast<useconds_t>(random() % 15000));
+    kill(child, SIGKILL);
+    waitpid(child, nullptr, 0);
+    const auto store = Open();
+    const std::u16string name = NameOf(*store, 1);
+    progressed += name != last ? 1 : 0;
+    last = name;
+    for (RecordId id = 2; id <= kRecords; ++id) ASSERT_EQ(name, NameOf(*store, id));
+    ASSERT_EQ("1, 2, 3", Named(*store, name).substr(0, 7)) << "the index has the same state";
+  }
+  EXPECT_EQ("ok", IntegrityOf(m_path));
+  EXPECT_GT(progressed, 20) << "kills must hit sessions that save";
+}
+
+TEST_F(SqlSessions, KilledWhileImportingLeavesTheTargetAsItWas) {
+  MemoryPersistence persistence;
+  persistence.save = [](const MemoryStore&, std::u16string_view) { return false; };
+  MemoryStore source(m_model, persistence);
+  for (RecordId id = 1; id <= 3000; ++id) {
+    source.Create(m.run, id);
+    SetName(source, id, u"some run or other");
+  }
+  std::mt19937 random(11);
+  int finished = 0;
+  for (int round = 0; round < 100; ++round) {
+    const pid_t child = fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+      sql::WriteDatabase(source, m_path);
+      _exit(0);
+    }
+    usleep(static_cast<useconds_t>(random() % 60000));
+    kill(child, SIGKILL);
+    int status = 0;
+    waitpid(child, &status, 0);
+    const std::uint64_t count = Open()->CountOf(m.run);
+    ASSERT_TRUE(count == 0 || count == 3000) << count;
+    ASSERT_EQ("ok", IntegrityOf(m_path));
+    if (count == 0) continue;
+    ++finished;
+    sql::WriteDatabase(MemoryStore(m_model, {}), m_path);
+  }
+  EXPECT_LT(finished, 100) << "kills must hit imports that aren't finished";
+}
+
+}  // namespace
+}  // namespace hv::vex::engine::test
