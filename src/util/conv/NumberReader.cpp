@@ -16,6 +16,8 @@ constexpr int kSignificantDigits = 17;
 constexpr std::int64_t kInfiniteFrom = 309;
 constexpr std::int64_t kZeroBelow = -340;
 constexpr std::int64_t kAbsurdAbove = 340;
+/// Up to here every whole number is a double.
+constexpr std::uint64_t kLastExact = std::uint64_t{1} << 53;
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 bool IsBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
@@ -25,9 +27,8 @@ struct SignedText {
   std::string_view digits;
 };
 
-/// Takes blanks and one sign off.
+/// Takes blanks and one sign off. A zero needs no search: it ends whatever is read behind these.
 SignedText TakeSign(std::string_view text) {
-  text = text.substr(0, text.find('\0'));
   const auto* first = std::find_if_not(text.begin(), text.end(), IsBlank);
   text.remove_prefix(static_cast<std::size_t>(first - text.begin()));
   const bool negative = text.starts_with('-');
@@ -56,6 +57,7 @@ struct Mantissa {
   int count = 0;  ///< of significant digits, 17 at most
   std::int64_t exponent = 0;
   bool sawZero = false;
+  bool isWhole = true;  ///< no digit is left out
 };
 
 /// Reads digits with at most one point and takes them off the text.
@@ -80,18 +82,19 @@ Mantissa TakeMantissa(std::string_view* text) {
       mantissa.exponent -= behindPoint ? 1 : 0;
     } else {
       mantissa.exponent += behindPoint ? 0 : 1;
+      mantissa.isWhole = false;
     }
   }
   text->remove_prefix(at);
   return mantissa;
 }
 
-/// Reads the exponent behind its letter, 0 if there is none; stops as soon as it is absurd.
+bool StartsExponent(std::string_view text) {
+  return !text.empty() && std::string_view("eEdD").find(text.front()) != std::string_view::npos;
+}
+
+/// Reads the exponent behind its letter; stops as soon as it is absurd.
 std::int64_t ReadExponent(std::string_view text) {
-  if (text.empty() || std::string_view("eEdD").find(text.front()) == std::string_view::npos) {
-    return 0;
-  }
-  text.remove_prefix(1);
   const bool negative = text.starts_with('-');
   if (negative || text.starts_with('+') || text.starts_with(' ')) text.remove_prefix(1);
   std::int64_t exponent = 0;
@@ -110,7 +113,7 @@ double Scale(std::uint64_t mantissa, std::int64_t exponent) {
                                                      1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
                                                      1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
   constexpr std::int64_t kMost = kPowers.size() - 1;
-  if (mantissa <= (std::uint64_t{1} << 53) && exponent >= -kMost && exponent <= kMost) {
+  if (mantissa <= kLastExact && exponent >= -kMost && exponent <= kMost) {
     const double power = kPowers[static_cast<std::size_t>(exponent < 0 ? -exponent : exponent)];
     const auto whole = static_cast<double>(mantissa);
     return exponent < 0 ? whole / power : whole * power;
@@ -145,16 +148,21 @@ std::uint64_t ReadUInt64(std::string_view text) {
 }
 
 double ReadDecimal(std::string_view text) {
-  auto [negative, rest] = TakeSign(text);
+  const auto [negative, digits] = TakeSign(text);
+  std::string_view rest = digits;
   const Mantissa mantissa = TakeMantissa(&rest);
   if (mantissa.count == 0) return negative && mantissa.sawZero ? -0.0 : 0.0;
-  const std::int64_t written = ReadExponent(rest);
+  const bool hasExponent = StartsExponent(rest);
+  const std::int64_t written = hasExponent ? ReadExponent(rest.substr(1)) : 0;
   const bool isAbsurd = written > kAbsurdAbove || written < -kAbsurdAbove;
   // The power of ten of the first digit, but an absurd exponent decides alone.
   const std::int64_t total = isAbsurd ? written : written + mantissa.exponent + mantissa.count - 1;
   double value = 0;
   if (total >= kInfiniteFrom) {
     value = std::numeric_limits<double>::infinity();
+  } else if (!hasExponent && mantissa.isWhole && mantissa.value > kLastExact) {
+    // As it stands it is a text that the standard library reads alike.
+    std::from_chars(digits.data(), rest.data(), value);
   } else if (total >= kZeroBelow) {
     value = Scale(mantissa.value, written + mantissa.exponent);
   }

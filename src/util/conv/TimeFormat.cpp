@@ -16,6 +16,8 @@ namespace {
 constexpr std::u16string_view kLetters = u"YMDhmsfpP";
 constexpr std::size_t kLongestFraction = 29;
 constexpr int kFractionDigits = 10;
+/// Room for a date with its time, so that printing one allocates once at most.
+constexpr std::size_t kUsualLength = 32;
 
 bool IsField(std::u16string_view token) { return kLetters.find(token[0]) != kLetters.npos; }
 bool IsMark(std::u16string_view token) { return token[0] == u'p' || token[0] == u'P'; }
@@ -91,7 +93,7 @@ class LowBytes {
   [[nodiscard]] std::string_view View() const { return {m_bytes.data(), m_size}; }
 
  private:
-  std::array<char, 64> m_bytes{};
+  std::array<char, 64> m_bytes;  // only what `m_size` tells is set
   std::size_t m_size = 0;
 };
 
@@ -162,15 +164,16 @@ bool TimeFormatImp::SetPattern(std::u16string_view pattern) {
 
 WString& TimeFormatImp::Format(WString* text, const TimeRecord& time) {
   text->clear();
-  WString pending;
-  for (const std::u16string& token : m_tokens) {
-    if (!IsField(token)) {
-      pending.append(token);
-      continue;
-    }
+  text->reserve(kUsualLength);
+  std::size_t pending = 0;  // the first literal that isn't decided on
+  for (std::size_t i = 0; i < m_tokens.size(); ++i) {
+    const std::u16string& token = m_tokens[i];
+    if (!IsField(token)) continue;
     // Literals belong between two fields: a pattern in brackets prints without them.
-    if (!text->empty()) text->append(pending);
-    pending.clear();
+    for (; pending < i; ++pending) {
+      if (!text->empty()) text->append(m_tokens[pending]);
+    }
+    pending = i + 1;
     const std::size_t width = token.size();
     switch (token[0]) {
       case u'Y':
