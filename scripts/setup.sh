@@ -45,12 +45,12 @@ $package
   }
 }
 
-sf_build() {  # sf_build PRESET
+sf_build() {  # sf_build PRESET [TARGET]
   if [ ! -e "build/$1/build.ninja" ]; then
     cmake --preset "$1" >"build/$1-configure.log" 2>&1 || {
       tail -n 30 "build/$1-configure.log" >&2
       return 1
     }
   fi
-  ninja -C "build/$1" --quiet
+  ninja -C "build/$1" --quiet ${2:+"$2"}
 }
