@@ -16,6 +16,8 @@ namespace hv::vex::easyImpl {
 
 namespace {
 
+constexpr std::uint64_t kGreatestInteger = std::numeric_limits<std::int64_t>::max();
+
 bool IsNothing(const Variant& value) { return value.IsEmpty() || value.Is(VT_NULL); }
 
 Variant IntegerVariant(std::int32_t typeCode, std::int64_t number) {
@@ -108,6 +110,9 @@ Result WriteElement(IAttribute& attribute, std::int32_t typeCode, std::uint64_t 
     attribute.SetReal(index, converted.AsDouble());
   } else {
     const std::uint16_t target = typeCode == kTypeBoolean ? VT_BOOL : VT_I8;
+    // The platform's conversion gives the bits, and with them a negative number.
+    const bool isBeyond = value.Is(VT_UI8) && value.AsUInt64() > kGreatestInteger;
+    if (isBeyond && target == VT_I8) return DISP_E_TYPEMISMATCH;
     if (Failed(value.ChangeType(target, &converted))) return DISP_E_TYPEMISMATCH;
     const std::int64_t number = converted.AsInt64();
     attribute.SetInteger(index, typeCode == kTypeBoolean ? (number != 0 ? 1 : 0) : number);

@@ -28,8 +28,9 @@ inline constexpr auto kStorePropertyGetValues =
     ErrorsOfChange(u"GetValues", On(E_ACCESSDENIED, 365),
                    On(E_INVALIDARG, 211, CallNumber(0), Literal(u"Values")));
 
-inline constexpr auto kStorePropertyPutValues = ErrorsOfChange(
-    u"PutValues", On(VEX_E_WRITE_PROTECTED, 365), On(DISP_E_TYPEMISMATCH, 361),
-    On(VEX_E_VALUE_TYPE, 361), On(E_INVALIDARG, 211, CallNumber(0), Literal(u"Values")));
+inline constexpr auto kStorePropertyPutValues =
+    ErrorsOfChange(u"PutValues", On(VEX_E_WRITE_PROTECTED, 365), On(E_ACCESSDENIED, 365),
+                   On(DISP_E_TYPEMISMATCH, 361), On(VEX_E_VALUE_TYPE, 361),
+                   On(E_INVALIDARG, 211, CallNumber(0), Literal(u"Values")));
 
 }  // namespace hv::automation::rows

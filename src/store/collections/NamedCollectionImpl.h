@@ -79,6 +79,9 @@ class tNamedCollectionImpl : public tCollectionImpl<Face, MoreFaces...> {
     return Collection::FindFace(iid);
   }
 
+// Faces may have an `Add` of their own for callers; this one is for bodies.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Woverloaded-virtual"
   /// Puts an item at the end under the requested name made unique, and tells it that name.
   /// \param unique  if not null, receives the name
   /// \return S_OK; E_POINTER for a null item; E_FAIL if there is neither a requested nor a default
@@ -105,6 +108,7 @@ class tNamedCollectionImpl : public tCollectionImpl<Face, MoreFaces...> {
     return S_OK;
   }
   HV_CATCH_RETURN()
+#pragma GCC diagnostic pop
 
   /// The name that a member gets if none is requested.
   virtual WString DefaultName() const { return SuffixCounters::kDefaultName; }
