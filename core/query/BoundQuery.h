@@ -46,7 +46,8 @@ struct BoundConstant {
 /// - an unset value or a missing related record meets no condition, "!=" included;
 /// - texts compare by code unit, after full case folding on both sides where the constant says so
 ///   (FoldCase in core/query/TextMatch.h: one rule for equality, order, wildcards and indexes);
-/// - dates compare on their first 14 digits, short ones padded ("2010" is 20100101000000).
+/// - dates compare on their first 14 digits, short ones padded ("2010" is 20100101000000);
+/// - a NaN counts as unset, in conditions and in the order.
 struct BoundNode {
   enum class Kind : std::uint8_t {
     Logic,              ///< And, Or over `children`
@@ -65,6 +66,9 @@ struct BoundNode {
   bool anyValue = false;
 };
 
+/// Texts are ordered by their folded form, records without a value come last in either direction.
+/// Where the path leads to several records the lowest of their values counts, if descending the
+/// highest. What is still equal is ordered by id.
 struct BoundOrder {
   ResolvedPath path;
   bool descending = false;
@@ -76,7 +80,9 @@ struct BoundQuery {
   EntityId entity = kNoEntity;
   bool hasCondition = false;
   BoundNode condition;            ///< if `hasCondition`; its paths start at `entity`
-  std::u16string freeText;        ///< words that must all occur in texts of a record; empty: none
+  /// Words, and phrases between double quotes, that must all occur, without regard to case, in
+  /// scalar String attributes of a record, each in any of them; empty: none.
+  std::u16string freeText;
   std::int64_t limit = 0;         ///< 0: none
   std::vector<BoundOrder> order;  ///< empty: by id
 };

@@ -130,7 +130,8 @@ class RecordStore {
   // --- changing; throw kWriteProtected where the store refuses -----------------------------------
   /// Makes a record with a new id (`id` 0) or the one given. Throws kNotUnique if that exists.
   virtual RecordId Create(EntityId entity, RecordId id = 0) = 0;
-  /// Sets or (unset value) clears one attribute. The value has the attribute's type.
+  /// Sets or (unset value) clears one attribute. Throws kWrongType for a value of another type, a
+  /// number beyond the type's range or a date that isn't one, kInvalidArgument for another id.
   virtual void Write(RecordRef record, std::int32_t attribute, const Value& value) = 0;
   /// Links two records; a to-one side lets go of its earlier partner. Already linked: no effect.
   virtual void Connect(RecordRef record, std::int32_t relation, RecordRef target) = 0;

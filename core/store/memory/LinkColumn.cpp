@@ -13,10 +13,19 @@ std::span<const Row> LinkColumn::Of(Row row) const {
   }
   if (!m_changed.empty()) {
     const auto changed = m_changed.find(row);
-    if (changed != m_changed.end()) return changed->second;
+    if (changed != m_changed.end()) {
+      Settle(changed->second);
+      return changed->second.rows;
+    }
   }
   if (std::size_t{row} + 1 >= m_starts.size()) return {};
   return std::span<const Row>(m_targets).subspan(m_starts[row], m_starts[row + 1] - m_starts[row]);
+}
+
+std::size_t LinkColumn::CountOf(Row row) const {
+  const auto changed = m_changed.find(row);
+  if (changed == m_changed.end()) return Of(row).size();
+  return changed->second.rows.size() - changed->second.removed.size();
 }
 
 bool LinkColumn::Has(Row row, Row target) const {
@@ -24,16 +33,27 @@ bool LinkColumn::Has(Row row, Row target) const {
   return std::find(targets.begin(), targets.end(), target) != targets.end();
 }
 
-std::vector<Row>& LinkColumn::ListOf(Row row) {
+LinkColumn::List& LinkColumn::ListOf(Row row) {
   const auto changed = m_changed.find(row);
   if (changed != m_changed.end()) return changed->second;
   const std::span<const Row> old = Of(row);
-  return m_changed.emplace(row, std::vector<Row>(old.begin(), old.end())).first->second;
+  return m_changed.emplace(row, List{{old.begin(), old.end()}, {}}).first->second;
+}
+
+void LinkColumn::Settle(List& list) {
+  if (list.removed.empty()) return;
+  std::sort(list.removed.begin(), list.removed.end());
+  std::erase_if(list.rows, [&list](Row row) {
+    return std::binary_search(list.removed.begin(), list.removed.end(), row);
+  });
+  list.removed.clear();
 }
 
 void LinkColumn::Add(Row row, Row target) {
   if (m_isToMany) {
-    ListOf(row).push_back(target);
+    List& list = ListOf(row);
+    Settle(list);  // the target may be one that was removed
+    list.rows.push_back(target);
     return;
   }
   if (row >= m_singles.size()) m_singles.resize(std::size_t{row} + 1, kNoRow);
@@ -41,21 +61,19 @@ void LinkColumn::Add(Row row, Row target) {
 }
 
 void LinkColumn::Remove(Row row, Row target) {
-  if (!Has(row, target)) return;
-  if (!m_isToMany) {
+  if (m_isToMany) {
+    ListOf(row).removed.push_back(target);
+  } else {
     m_singles[row] = kNoRow;
-    return;
   }
-  std::vector<Row>& list = ListOf(row);
-  list.erase(std::find(list.begin(), list.end(), target));
 }
 
 void LinkColumn::Clear(Row row) {
-  if (Of(row).empty()) return;
+  if (CountOf(row) == 0) return;
   if (!m_isToMany) {
     m_singles[row] = kNoRow;
   } else {
-    ListOf(row).clear();
+    ListOf(row) = List();
   }
 }
 

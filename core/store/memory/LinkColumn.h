@@ -20,14 +20,13 @@ class LinkColumn final {
   [[nodiscard]] bool IsToMany() const { return m_isToMany; }
   /// Valid until the next change.
   [[nodiscard]] std::span<const Row> Of(Row row) const;
+  [[nodiscard]] std::size_t CountOf(Row row) const;
   [[nodiscard]] bool Has(Row row, Row target) const;
-  /// Adds a target at the end. A to-one row must not have one.
+  /// Adds a target at the end. It must not be there, and a to-one row must have none.
   void Add(Row row, Row target);
-  /// Removes a target if it is there.
+  /// Removes a target, which must be there. Takes no longer where there are many.
   void Remove(Row row, Row target);
   void Clear(Row row);
-  /// Number of links after the bulk filling, to estimate the cost of a walk.
-  [[nodiscard]] std::size_t BulkLinks() const { return m_targets.size(); }
 
   /// Takes over lists as one array: row r's targets are `targets[starts[r]]` up to
   /// `targets[starts[r + 1]]`.
@@ -36,13 +35,20 @@ class LinkColumn final {
   void SetSingles(std::vector<Row> targets) { m_singles = std::move(targets); }
 
  private:
-  std::vector<Row>& ListOf(Row row);
+  /// A list that was changed. What is removed is taken out of `rows` all at once, when the list is
+  /// looked at again: otherwise deleting all children of one record would take a walk for each.
+  struct List {
+    std::vector<Row> rows;
+    std::vector<Row> removed;
+  };
+  List& ListOf(Row row);
+  static void Settle(List& list);
 
   bool m_isToMany;
   std::vector<Row> m_singles;
   std::vector<std::uint32_t> m_starts;
   std::vector<Row> m_targets;
-  std::unordered_map<Row, std::vector<Row>> m_changed;
+  mutable std::unordered_map<Row, List> m_changed;  // settling leaves the contents as they are
 };
 
 }  // namespace hv::vex::engine

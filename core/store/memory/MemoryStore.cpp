@@ -25,11 +25,11 @@ struct Link2 {
   }
   void Remove(Row from, Row to) const {
     forward.Remove(from, to);
-    backward.Remove(to, from);
+    if (!(IsSymmetric() && from == to)) backward.Remove(to, from);
   }
   bool Has(Row from, Row to) const {
     // The to-one side, or else the shorter list, is looked at.
-    const bool useBackward = backward.Of(to).size() < forward.Of(from).size();
+    const bool useBackward = backward.CountOf(to) < forward.CountOf(from);
     return useBackward ? backward.Has(to, from) : forward.Has(from, to);
   }
   /// Lets go of the partners that a to-one side can't keep beside a new one.

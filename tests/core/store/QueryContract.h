@@ -168,15 +168,15 @@ TEST_P(RecordStoreQueryContract, ComparesTheOutermostIntegersExactly) {
   constexpr double kEdge = 9223372036854775808.0;  // one above the highest, and minus the lowest
   const struct {
     std::int64_t value;
-    QueryOp op;
     double constant;
+    QueryOp op;
     bool isFound;
   } kCases[] = {
-      {Limits::min(), Greater, -1e300, true},      {Limits::min(), LessEqual, -1e300, false},
-      {Limits::min(), Equal, -1e300, false},       {Limits::min(), Equal, -kEdge, true},
-      {Limits::min(), Less, -kEdge, false},        {Limits::max(), Less, kEdge, true},
-      {Limits::max(), GreaterEqual, kEdge, false}, {Limits::max(), Equal, kEdge, false},
-      {Limits::max(), NotEqual, 1e300, true},      {Limits::max(), Greater, -kEdge, true},
+      {Limits::min(), -1e300, Greater, true},      {Limits::min(), -1e300, LessEqual, false},
+      {Limits::min(), -1e300, Equal, false},       {Limits::min(), -kEdge, Equal, true},
+      {Limits::min(), -kEdge, Less, false},        {Limits::max(), kEdge, Less, true},
+      {Limits::max(), kEdge, GreaterEqual, false}, {Limits::max(), kEdge, Equal, false},
+      {Limits::max(), 1e300, NotEqual, true},      {Limits::max(), -kEdge, Greater, true},
   };
   for (const auto& c : kCases) {
     SCOPED_TRACE(std::to_string(c.value) + " operator " + std::to_string(static_cast<int>(c.op)) +

@@ -277,6 +277,7 @@ TEST_P(RecordStoreContract, KeepsBothDirectionsOfLinksEqual) {
        "P1.Runs=2 P2.Runs=1 R1.Project=2 R2.Project=1"},
       {"OneSideLetsGoFromMany", "P1.Runs+R1 P2.Runs+R1", "P1.Runs= P2.Runs=1 R1.Project=2"},
       {"Disconnected", "P1.Runs+R1 P1.Runs+R2 R1.Project-P1", "P1.Runs=2 R1.Project="},
+      {"Reconnected", "P1.Runs+R1 P1.Runs+R2 P1.Runs-R1 R1.Project+P1", "P1.Runs=2,1 R1.Project=1"},
       {"NotLinked", "P1.Runs+R1 P2.Runs-R1", "P1.Runs=1 P2.Runs= R1.Project=1"},
       {"ManyToMany", "R1.Tags+T2 T1.Runs+R1 T2.Runs+R2 R1.Tags+T2",
        "R1.Tags=2,1 R2.Tags=2 T1.Runs=1 T2.Runs=1,2"},
