@@ -79,7 +79,7 @@ struct BoundOrder {
 struct BoundQuery {
   EntityId entity = kNoEntity;
   bool hasCondition = false;
-  BoundNode condition;            ///< if `hasCondition`; its paths start at `entity`
+  BoundNode condition;  ///< if `hasCondition`; its paths start at `entity`
   /// Words, and phrases between double quotes, that must all occur, without regard to case, in
   /// scalar String attributes of a record, each in any of them; empty: none.
   std::u16string freeText;
