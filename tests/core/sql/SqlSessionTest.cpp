@@ -1,4 +1,5 @@
 // tests/core/sql/SqlSessionTest.cpp - several sessions on one file, killed ones, and damaged files.
+#include <chrono>
 #include <csignal>
 #include <fstream>
 #include <random>
@@ -214,11 +215,16 @@ TEST_F(SqlSessions, SearchThroughIndexes) {
 /// In each save all records get the same name, so that a mixture shows half a save.
 TEST_F(SqlSessions, KilledWhileSavingNeverLeavesHalfASave) {
   constexpr RecordId kRecords = 20;
+  const auto begin = std::chrono::steady_clock::now();
   {
     const auto store = Open();
     for (RecordId id = 1; id <= kRecords; ++id) SetName(*store, store->Create(m.run), u"0");
     store->Save(u"");
   }
+  // Long enough for a child to open the store and save some times, on any machine and build.
+  const auto once = std::chrono::duration_cast<std::chrono::microseconds>(
+      std::chrono::steady_clock::now() - begin);
+  const auto longest = static_cast<unsigned>(once.count()) * 3 + 15000;
   std::mt19937 random(7);
   std::u16string last = u"0";
   int progressed = 0;
@@ -235,7 +241,7 @@ TEST_F(SqlSessions, KilledWhileSavingNeverLeavesHalfASave) {
       }
       _exit(0);
     }
-    usleep(static_cast<useconds_t>(random() % 15000));
+    usleep(static_cast<useconds_t>(random() % longest));
     kill(child, SIGKILL);
     waitpid(child, nullptr, 0);
     const auto store = Open();
