@@ -4,10 +4,13 @@
 #include <set>
 
 #include "core/plugins/sql/TextKey.h"
-#include "core/store/memory/RelationPairs.h"
 
 namespace hv::vex::engine::sql {
 namespace {
+
+const Relation& RelationAt(const Model& model, EntityId entity, std::int32_t relation) {
+  return model.At(entity).relations[static_cast<std::size_t>(relation)];
+}
 
 /// Hands out names of letters, digits and "_" that aren't taken and no words of SQL.
 class NameMaker final {
@@ -114,7 +117,7 @@ class LayoutMaker final {
     for (std::int32_t r = 0; r < static_cast<std::int32_t>(entity.relations.size()); ++r) {
       const Relation& relation = entity.relations[static_cast<std::size_t>(r)];
       RelationPlace& place = At(id, r);
-      place.inverse = InverseOf(m_model, id, r);
+      place.inverse = RelationAt(m_model, id, r).inverse;
       place.isSymmetric = place.inverse == r && relation.target == id;
       if (place.kind != RelationPlace::Kind::Nowhere) continue;
       if (OwnsLink(m_model, id, r, place.inverse)) {
@@ -192,7 +195,7 @@ std::string BareName(std::string_view quoted) {
 }
 
 std::int32_t MutualInverse(const Model& model, EntityId entity, std::int32_t relation) {
-  return InverseOf(model, entity, relation);
+  return RelationAt(model, entity, relation).inverse;
 }
 
 int NumberOfType(OdsType type, bool sequence) {
