@@ -2,6 +2,7 @@
 #include "exports/DataStoreDllInterface.h"
 
 #include "automation/Guards.h"
+#include "browse/BrowseOperations.h"
 #include "exports/Operations.h"
 #include "store/session/NotAvailable.h"
 
@@ -78,7 +79,7 @@ Result CDataStoreDllInterface::LoadBrowseConfigFile(const char16_t* fileName, IS
                                                     IBrowseConfig** config) {
   HV_RETURN_IF_NULL(config);
   HV_RETURN_CODE_IF(!coreStore, E_INVALIDARG);
-  return IsEmpty(fileName) ? VEX_E_BAD_FILE : E_NOTIMPL;
+  return vex::LoadBrowseConfigFile(fileName ? fileName : u"", coreStore, config);
 }
 
 Result CDataStoreDllInterface::SaveBrowseConfigFile(const char16_t* fileName,
@@ -110,13 +111,13 @@ Result CDataStoreDllInterface::CreateBrowseSettingsObject(IBrowseConfig* config,
 }
 
 Result CDataStoreDllInterface::CopyBrowseConfig(IBrowseConfig* source, IBrowseConfig* target) {
-  return source && target ? E_NOTIMPL : E_INVALIDARG;
+  return vex::CopyBrowseConfig(source, target);
 }
 
 Result CDataStoreDllInterface::GetBrowseDisplayName(IBrowseConfig* config, IInstance* instance,
                                                     WString* name) {
   HV_RETURN_IF_NULL(name);
-  return config && instance ? E_NOTIMPL : E_INVALIDARG;
+  return vex::GetBrowseDisplayName(config, instance, name);
 }
 
 }  // namespace hv::vex::datastore

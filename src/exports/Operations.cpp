@@ -4,6 +4,7 @@
 #include <new>
 
 #include "automation/Guards.h"
+#include "browse/BrowseOperations.h"
 #include "exports/DataStoreDllInterface.h"
 #include "exports/GUIInitializeContainer.h"
 #include "store/session/DataStoreImpl.h"
@@ -42,7 +43,8 @@ HV_CATCH_RETURN()
 
 Result MakeDefaultBrowseConfig(IStore* coreStore, IBrowseConfig** config) {
   HV_RETURN_IF_NULL(config);
-  return coreStore ? E_NOTIMPL : E_INVALIDARG;
+  HV_RETURN_CODE_IF(!coreStore, E_INVALIDARG);
+  return LoadDefaultBrowseConfig(coreStore, config);
 }
 
 Result MakeQueryInfoSetLoader(const char16_t*, IQueryInfoSetLoader** loader) {

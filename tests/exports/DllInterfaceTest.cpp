@@ -1,9 +1,10 @@
 // tests/exports/DllInterfaceTest.cpp - the library as an object.
 #include <storefabric/IBrowseConfig.h>
 
-#include "HostObject.h"
 #include "OpenBench.h"
 #include "plugins/TestConfiguration.h"
+#include "store/core/IInstList.h"
+#include "store/core/IInstance.h"
 #include "store/core/IStore.h"
 
 namespace hv::vex {
@@ -11,7 +12,6 @@ namespace {
 
 using datastore::DialogFont;
 using datastore::IDataStoreDllInterface;
-using test::HostObject;
 using test::TestConfiguration;
 
 Ref<IDataStoreDllInterface> MakeDll() {
@@ -74,7 +74,8 @@ TEST(DllInterface, OperationsCheckTheirArguments) {
   const Ref<IDataStoreDllInterface> dll = MakeDll();
   const Ref<IDataStore> session = test::OpenBench();
   const Ref<IStore> store = test::CoreStoreOf<IStore>(*session.Get());
-  const Ref<IBrowseConfig> config = MakeRef<HostObject<IBrowseConfig>>();
+  Ref<IBrowseConfig> config;
+  ASSERT_EQ(S_OK, dll->GetDataStoreBrowseConfig(store.Get(), config.Put()));
   const Arguments arguments{*dll.Get(), store.Get(), config.Get(), session.Get()};
   using A = const Arguments&;
   const ArgumentCase kCases[] = {
@@ -172,6 +173,27 @@ TEST(DllInterface, OperationsCheckTheirArguments) {
     SCOPED_TRACE(row.name);
     EXPECT_EQ(row.code, row.call(arguments));
   }
+}
+
+TEST(DllInterface, NamesInstancesByABrowseConfiguration) {
+  const TestConfiguration configuration;
+  const Ref<IDataStoreDllInterface> dll = MakeDll();
+  const Ref<IDataStore> session = test::OpenBench();
+  const Ref<IStore> store = test::CoreStoreOf<IStore>(*session.Get());
+  Ref<IBrowseConfig> config;
+  ASSERT_EQ(S_OK, dll->GetDataStoreBrowseConfig(store.Get(), config.Put()));
+  WString path;
+  config->GetFirstRootPath(path);
+  EXPECT_EQ(u"/#Test", path.view());
+  const auto tests = Ref<IInstList>::Adopt(store->GetInstances(path));
+  const auto first = Ref<IInstance>::Adopt(tests->Next());
+  WString name;
+  EXPECT_EQ(S_OK, dll->GetBrowseDisplayName(config.Get(), first.Get(), &name));
+  EXPECT_EQ(u"Cold start", name.view());
+  EXPECT_EQ(S_FALSE, dll->CopyBrowseConfig(config.Get(), config.Get()));
+  Ref<IBrowseConfig> none;
+  EXPECT_EQ(VEX_E_BAD_FILE, dll->LoadBrowseConfigFile(u"/nowhere/at.tbs", store.Get(), none.Put()));
+  EXPECT_FALSE(none);
 }
 
 }  // namespace

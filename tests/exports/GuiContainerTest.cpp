@@ -47,6 +47,11 @@ void ExpectKeeps(Container& container, Result (Container::*get)(Object**),
 }
 
 TEST(GuiContainer, KeepsWhatIsSet) {
+  const TestConfiguration configuration;
+  const Ref<IDataStore> session = test::OpenBench();
+  const Ref<IStore> store = test::CoreStoreOf<IStore>(*session.Get());
+  Ref<IBrowseConfig> config;
+  ASSERT_EQ(S_OK, GetDataStoreBrowseConfig(store.Get(), config.Put()));
   const Ref<Container> container = MakeContainer(0xfedcba98);
   EXPECT_EQ(0xfedcba98, container->GetClientData());
   const auto blank = [] { return Ref<IUnknown>(MakeRef<Blank>()); };
@@ -57,8 +62,7 @@ TEST(GuiContainer, KeepsWhatIsSet) {
   ExpectKeeps(c, &Container::GetFont, &Container::SetFont, blank());
   ExpectKeeps(c, &Container::GetControlSink, &Container::SetControlSink,
               Ref<IGUIControlSink>(MakeRef<Sink>()));
-  ExpectKeeps(c, &Container::GetBrowseConfig, &Container::SetBrowseConfig,
-              Ref<IBrowseConfig>(MakeRef<HostObject<IBrowseConfig>>()));
+  ExpectKeeps(c, &Container::GetBrowseConfig, &Container::SetBrowseConfig, std::move(config));
 }
 
 TEST(GuiContainer, KeepsTextsAndSwitchesApart) {
