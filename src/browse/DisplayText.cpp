@@ -40,6 +40,8 @@ bool IsIntegerType(std::int32_t typeCode) {
 /// 1904-01-01, from which time values count, as an automation date.
 constexpr double kDateOf1904 = 1462;
 constexpr double kSecondsPerDay = 86400;
+/// A millisecond as a fraction of a second times 2^64, less than one unit too small.
+constexpr std::uint64_t kMillisecond = 18446744073709551;
 
 /// The moment of an automation date, to the millisecond: finer, such dates only hold noise.
 util::conv::TimeValue TimeOfDate(double date) {
@@ -48,8 +50,9 @@ util::conv::TimeValue TimeOfDate(double date) {
   const auto whole = static_cast<std::int64_t>(milliseconds);
   util::conv::TimeValue time;
   time.seconds = static_cast<std::int64_t>(day - kDateOf1904) * 86400 + whole / 1000;
-  time.fraction =
-      static_cast<std::uint64_t>(std::ldexp(static_cast<double>(whole % 1000), 54) / 1000 * 1024);
+  // Rounded up, so that a time that is cut to its decimals again shows the same millisecond.
+  const auto parts = static_cast<std::uint64_t>(whole % 1000);
+  if (parts > 0) time.fraction = parts * kMillisecond + 1000;
   return time;
 }
 

@@ -56,8 +56,12 @@ TEST_F(DisplayName, IsTheSameForOneAndForMany) {
       {"Twice", {u"p:Title", u"p:Title"}, "", "Cold startCold start", "Warm startWarm start"},
       {"Numbers", {u"p:Count", u"t:/", u"p:Big", u"t:/", u"p:Byte"}, "", "7/5000000000/-56", "//"},
       {"Truth", {u"p:Active"}, "", "true", ""},
-      {"TimeDigits", {u"p:Start.Date"}, "", "20260102030405000000000", ""},
-      {"TimePattern", {u"p:Start.Date"}, "DD.MM.YYYY hh:mm", "02.01.2026 03:04", ""},
+      {"TimeDigits", {u"p:Start.Date"}, "", "20260102030405000000000", "20251231235959123000000"},
+      {"TimePattern",
+       {u"p:Start.Date"},
+       "DD.MM.YYYY hh:mm",
+       "02.01.2026 03:04",
+       "31.12.2025 23:59"},
   };
   for (const NameCase& row : kCases) {
     SCOPED_TRACE(row.name);
@@ -83,6 +87,9 @@ TEST_F(DisplayName, IsTheSameForOneAndForMany) {
     const auto element = MakeRef<test::CTestElement>(*cold);
     EXPECT_EQ(S_OK, parts->FormatFromProperties(element.Get(), pattern, &text));
     EXPECT_EQ(row.first, cor::ToUtf8(text));
+    const auto warm = MakeRef<test::CTestElement>(*Instance(*store, u"Campaign:2"));
+    EXPECT_EQ(S_OK, parts->FormatFromProperties(warm.Get(), pattern, &text));
+    EXPECT_EQ(row.second, cor::ToUtf8(text));
   }
   format->Clear();
 }
