@@ -23,7 +23,9 @@ const std::map<std::string, hv::cli::Format> kFormats = {{"lines", hv::cli::Form
 
 template <class Options>
 void AddCommon(CLI::App& command, Options& options) {
-  command.add_option("STORE", options.store, "A file (*.atfx) or the name of a configured store")
+  command
+      .add_option("STORE", options.store,
+                  "A file (*.atfx, *.sqlite) or the name of a configured store")
       ->required();
   command.add_flag("--warnings", options.warnings, "List what was odd in the store");
 }

@@ -99,7 +99,8 @@ TEST_P(RecordStoreContract, GivesNumbersAsTheyLieIfItGivesThemAtAll) {
   store->WriteValues(column, {OdsType::Short, true, Value::Integers{-2, 258}}, {}, false);
   const auto source = store->OpenValues(column);
   const std::span<const std::byte> bytes = source->Contiguous();
-  if (bytes.empty()) GTEST_SKIP() << "values don't lie in memory";
+  EXPECT_EQ((Value::Integers{-2, 258}), Integers(*source, 0, 2));
+  if (bytes.empty()) return;  // they lie elsewhere, and reading them is the only way
   const unsigned char expected[] = {0xFE, 0xFF, 0x02, 0x01};
   ASSERT_EQ(sizeof expected, bytes.size());
   EXPECT_EQ(0, std::memcmp(expected, bytes.data(), sizeof expected));
