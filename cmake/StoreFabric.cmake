@@ -56,6 +56,9 @@ target_precompile_headers(hv_pch PRIVATE <algorithm> <array> <cstdint> <cstring>
 
 # The precompiled headers are made as position-independent code, and a program that uses them must be too.
 function(hv_use_pch name)
+  if(HV_NO_PCH)  # tools that read the compile commands can't read another compiler's headers
+    return()
+  endif()
   target_precompile_headers(${name} REUSE_FROM hv_pch)
   get_target_property(type ${name} TYPE)
   if(type STREQUAL "EXECUTABLE")
