@@ -327,20 +327,26 @@ IValueTable* StoreObject::ReadRelated(IInstance* start, std::u16string_view refe
   });
 }
 
+RecordRuns StoreObject::RecordsOf(IInstList& instances) {
+  // Hits of this store are ids already; a list put together by a caller tells its records by key.
+  auto* const own = dynamic_cast<RecordList*>(&instances);
+  if (own && &own->Store() == this) return own->Records();
+  RecordRuns records;
+  WString key;
+  const std::uint64_t count = instances.GetCount();
+  for (std::uint64_t i = 0; i < count; ++i) {
+    instances.GetKey(i, key);
+    const auto record = ParseKey(GetCoreModel(), key);
+    if (!record) throw Exception(errc::kInvalidArgument, u"the instance is not of this store");
+    records.Append(*record);
+  }
+  return records;
+}
+
 IValueTable* StoreObject::ReadInstances(IInstList* instances, IContainer* attributes) {
   return Seam([&]() -> IValueTable* {
     if (!instances) throw Exception(errc::kInvalidArgument, u"a list is needed");
-    RecordRuns rows;
-    WString key;
-    const std::uint64_t count = instances->GetCount();
-    for (std::uint64_t i = 0; i < count; ++i) {
-      // Keys tell the record without making an object for each.
-      instances->GetKey(i, key);
-      const auto record = ParseKey(GetCoreModel(), key);
-      if (!record) throw Exception(errc::kInvalidArgument, u"the instance is not of this store");
-      rows.Append(*record);
-    }
-    return new BulkTable(Ref<StoreObject>::Share(this), std::move(rows), TextsOf(attributes));
+    return new BulkTable(Ref<StoreObject>::Share(this), RecordsOf(*instances), TextsOf(attributes));
   });
 }
 

@@ -77,6 +77,8 @@ class StoreObject final : public cor::Counted<IStore, IStoreQuery, IBulkReader> 
 
  private:
   ~StoreObject() override;
+  /// The records of a list of this store's instances; throws kInvalidArgument for others.
+  RecordRuns RecordsOf(IInstList& instances);
   struct RecordHash {
     std::size_t operator()(const RecordRef& record) const {
       return std::hash<RecordId>()(record.id) * 0x9E3779B97F4A7C15ULL + record.entity;

@@ -370,6 +370,25 @@ TEST_F(SeamObjects, BulkReadsGiveColumnsOfRelatedInstances) {
             CodeOfThrow([&] { (void)reader->ReadRelated(nullptr, u"/#Run", u"", names.Get()); }));
 }
 
+TEST_F(SeamObjects, BulkReadsTakeHitsAndListsPutTogether) {
+  const auto reader = QueryRef<IBulkReader>(m_store.Get());
+  const auto names = MakeRef<FreeContainer>();
+  names->SetType(23);
+  Ref<IAttribute>::Adopt(names->GetAttribute(u""))->SetText(0, u"name");
+  const auto hits = Ref<IInstList>::Adopt(m_store->GetInstances(u"/#Run"));
+  hits->Truncate(2);
+  const auto own = MakeRef<FreeInstList>();
+  own->Append(Get(u"Run:10").Get());
+  own->Append(Get(u"Run:11").Get());
+  for (IInstList* list : {hits.Get(), static_cast<IInstList*>(own.Get())}) {
+    const auto table = Ref<IValueTable>::Adopt(reader->ReadInstances(list, names.Get()));
+    ASSERT_EQ(2u, table->GetRowCount());
+    EXPECT_EQ("Run up|Run down", Utf8(table->GetText(0, 0)) + "|" + Utf8(table->GetText(1, 0)));
+  }
+  EXPECT_EQ(errc::kInvalidArgument,
+            CodeOfThrow([&] { (void)reader->ReadInstances(nullptr, names.Get()); }));
+}
+
 TEST_F(SeamObjects, ModelShowsEntitiesAndDefinitions) {
   const Ref<IModel> model = Model();
   const auto run = Ref<IEntity>::Adopt(model->GetEntityByName(u"Run"));
