@@ -7,6 +7,7 @@
 
 #include "core/query/TextMatch.h"
 #include "store/core/Exception.h"
+#include "xml/Escape.h"
 #include "xml/SaxParser.h"
 
 namespace hv::vex::engine {
@@ -325,26 +326,6 @@ ParsedQuery ReadStrictly(std::u16string_view text) {
   return handler.Take();
 }
 
-std::u16string EscapeName(std::u16string_view name) {
-  std::u16string escaped;
-  for (const char16_t unit : name) {
-    switch (unit) {
-      case u'&':
-        escaped += u"&amp;";
-        break;
-      case u'<':
-        escaped += u"&lt;";
-        break;
-      case u'"':
-        escaped += u"&quot;";
-        break;
-      default:
-        escaped += unit;
-    }
-  }
-  return escaped;
-}
-
 // The entity tag is written without escaping its name and, where there is one, with a bare uri. The
 // tag is the only text between its start and the next tag, so its end is found from there. Gives
 // nothing if there is no such tag.
@@ -366,7 +347,7 @@ std::optional<std::u16string> RepairEntityTag(std::u16string_view text) {
   if (nameEnd == kNone) nameEnd = rest.rfind(u'"');
   if (nameEnd == kNone) return std::nullopt;
   std::u16string repaired(text.substr(0, nameStart));
-  repaired += EscapeName(rest.substr(0, nameEnd));
+  xml::AppendEscaped(repaired, rest.substr(0, nameEnd), u"&<\"");
   repaired += u"\" >";
   repaired += text.substr(end + 1);
   return repaired;

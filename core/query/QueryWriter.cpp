@@ -8,6 +8,7 @@
 #include "core/query/ParsedQuery.h"
 #include "core/query/TextMatch.h"
 #include "store/core/Exception.h"
+#include "xml/Escape.h"
 
 namespace hv::vex::engine {
 namespace {
@@ -137,7 +138,7 @@ class ConditionWriter final {
 
 std::u16string Function(std::u16string_view name, std::u16string_view body) {
   std::u16string text = u"<q:function name=\"";
-  text += EscapeQueryText(name);
+  xml::AppendEscaped(text, name);
   text += u"\">\n";
   text += body;
   text += u"</q:function>\n";
@@ -147,9 +148,12 @@ std::u16string Function(std::u16string_view name, std::u16string_view body) {
 std::u16string ConditionWriter::Condition(std::u16string_view function,
                                           std::u16string_view identifier,
                                           std::u16string_view constant, bool isNumber) {
-  std::u16string body = u"<q:identifier>" + EscapeQueryText(identifier) + u"</q:identifier>\n";
+  std::u16string body = u"<q:identifier>";
+  xml::AppendEscaped(body, identifier);
+  body += u"</q:identifier>\n";
   body += isNumber ? u"<q:constant>" : u"<q:constant wildcards=\"?*\" caseinsensitive=\"yes\">";
-  body += EscapeQueryText(constant) + u"</q:constant>\n";
+  xml::AppendEscaped(body, constant);
+  body += u"</q:constant>\n";
   return Function(function, body);
 }
 
@@ -265,33 +269,6 @@ std::u16string NamePattern(std::u16string_view text) {
 }
 
 }  // namespace
-
-std::u16string EscapeQueryText(std::u16string_view text) {
-  std::u16string escaped;
-  escaped.reserve(text.size());
-  for (const char16_t unit : text) {
-    switch (unit) {
-      case u'"':
-        escaped += u"&quot;";
-        break;
-      case u'&':
-        escaped += u"&amp;";
-        break;
-      case u'\'':
-        escaped += u"&apos;";
-        break;
-      case u'<':
-        escaped += u"&lt;";
-        break;
-      case u'>':
-        escaped += u"&gt;";
-        break;
-      default:
-        escaped += unit;
-    }
-  }
-  return escaped;
-}
 
 std::u16string BuildQueryText(std::u16string_view returnType, bool odsConform,
                               std::u16string_view expression) {

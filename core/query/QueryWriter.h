@@ -15,7 +15,4 @@ namespace hv::vex::engine {
 std::u16string BuildQueryText(std::u16string_view returnType, bool odsConform,
                               std::u16string_view expression);
 
-/// The text with `"`, `&`, `'`, `<` and `>` replaced by their entities and nothing else changed.
-std::u16string EscapeQueryText(std::u16string_view text);
-
 }  // namespace hv::vex::engine

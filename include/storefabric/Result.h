@@ -76,6 +76,7 @@ inline constexpr Result VEX_E_VALUE_TYPE               = MakeResult(0x80050006);
 inline constexpr Result VEX_E_BAD_TYPE_ARGUMENT        = MakeResult(0x80050021);  ///< The type argument is no valid one.
 inline constexpr Result VEX_E_BAD_PARAMETER_TYPE       = MakeResult(0x80050022);  ///< A context parameter with an invalid type.
 inline constexpr Result VEX_E_INVALID_PROPERTY         = MakeResult(0x80050023);  ///< The query holds an invalid property.
+inline constexpr Result VEX_E_VALUE_TOO_LONG           = MakeResult(0x80050030);  ///< A value of a query is longer than the store allows.
 inline constexpr Result VEX_E_NOT_STORE_QUERY          = MakeResult(0x80050100);  ///< The query object isn't a store query.
 inline constexpr Result VEX_E_FOREIGN_ELEMENT          = MakeResult(0x80050103);  ///< The element isn't of this store, or the store has no context.
 inline constexpr Result VEX_E_NO_STORE                 = MakeResult(0x80050104);  ///< No store is connected.

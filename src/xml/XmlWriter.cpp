@@ -2,6 +2,7 @@
 #include "xml/XmlWriter.h"
 
 #include "store/core/Exception.h"
+#include "xml/Escape.h"
 
 #include <algorithm>
 #include <string>
@@ -19,30 +20,6 @@ constexpr std::int32_t kMisuse = -1004;
 }
 
 bool IsLegalName(std::u16string_view name) { return name.find(u' ') == name.npos; }
-
-std::u16string_view EntityOf(char16_t unit) {
-  switch (unit) {
-    case u'<':
-      return u"&lt;";
-    case u'>':
-      return u"&gt;";
-    case u'&':
-      return u"&amp;";
-    default:
-      return u"&quot;";
-  }
-}
-
-void AppendEscaped(WString& to, std::u16string_view text, std::u16string_view set) {
-  while (!text.empty()) {
-    const std::size_t plain = std::min(text.find_first_of(set), text.size());
-    to += text.substr(0, plain);
-    text.remove_prefix(plain);
-    if (text.empty()) return;
-    to += EntityOf(text.front());
-    text.remove_prefix(1);
-  }
-}
 
 }  // namespace
 
