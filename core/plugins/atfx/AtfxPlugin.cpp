@@ -3,7 +3,7 @@
 
 #include "core/plugins/atfx/AtfxReader.h"
 #include "core/plugins/atfx/AtfxWriter.h"
-#include "core/plugins/atfx/FileOutput.h"
+#include "core/plugins/files/FileOutput.h"
 #include "core/store/memory/Failure.h"
 #include "core/store/memory/MemoryStore.h"
 
@@ -111,7 +111,7 @@ std::unique_ptr<RecordStore> Create(const ConnectParameters& parameters,
     MemoryPersistence persistence;
     if (parameters.GetTrimmed(u"filename")) {
       session->path = FileNameOf(parameters);
-      if (atfx::NameIsTaken(session->path)) {
+      if (NameIsTaken(session->path)) {
         Fail(errc::kNotUnique, {cor::FromUtf8(session->path.string()), u": exists already"});
       }
       persistence = PersistenceFor(session, false);

@@ -9,6 +9,7 @@
 #include "core/plugins/atfx/ModelWriter.h"
 #include "core/plugins/atfx/OwnFiles.h"
 #include "core/plugins/atfx/XmlOutput.h"
+#include "core/plugins/files/FileOutput.h"
 
 #include <ctime>
 #include <string>
@@ -84,13 +85,6 @@ void WriteDocument(const RecordStore& source, const ColumnPlan& plan,
   InstanceWriter(source, plan, xml).Write();
   xml.End();
   file.Write("\n");
-}
-
-/// The file that a name leads to: a link is kept and what it points to replaced.
-std::filesystem::path ResolveTarget(const std::filesystem::path& target) {
-  std::error_code error;
-  const std::filesystem::path real = std::filesystem::canonical(target, error);
-  return error ? std::filesystem::absolute(target).lexically_normal() : real;
 }
 
 }  // namespace

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "core/plugins/atfx/ComponentValues.h"
-#include "core/plugins/atfx/FileOutput.h"
+#include "core/plugins/files/FileOutput.h"
 #include "core/store/RecordStore.h"
 
 namespace hv::vex::engine::atfx {

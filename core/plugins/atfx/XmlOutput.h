@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "core/plugins/atfx/FileOutput.h"
+#include "core/plugins/files/FileOutput.h"
 
 namespace hv::vex::engine::atfx {
 

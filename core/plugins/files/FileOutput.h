@@ -1,4 +1,4 @@
-// core/plugins/atfx/FileOutput.h - writes a file in large pieces; an unfinished one vanishes.
+// core/plugins/files/FileOutput.h - writes a file in large pieces; an unfinished one vanishes.
 #pragma once
 
 #include <cstddef>
@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-namespace hv::vex::engine::atfx {
+namespace hv::vex::engine {
 
 /// A new file. Unless it is kept, it is removed when this object goes. Failures throw kWriteFailed
 /// with the file's name and the reason.
@@ -56,5 +56,7 @@ class FileOutput final {
 
 /// True if a file of that name exists, whatever it is.
 bool NameIsTaken(const std::filesystem::path& path);
+/// The file that a name leads to: of a link, what it points to, so that the link stays.
+std::filesystem::path ResolveTarget(const std::filesystem::path& target);
 
-}  // namespace hv::vex::engine::atfx
+}  // namespace hv::vex::engine

@@ -1,5 +1,5 @@
-// core/plugins/atfx/FileOutput.cpp - plain system calls, since every step's failure counts.
-#include "core/plugins/atfx/FileOutput.h"
+// core/plugins/files/FileOutput.cpp - plain system calls, since every step's failure counts.
+#include "core/plugins/files/FileOutput.h"
 
 #include "store/core/Exception.h"
 
@@ -12,7 +12,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace hv::vex::engine::atfx {
+namespace hv::vex::engine {
 
 namespace {
 
@@ -97,4 +97,10 @@ bool NameIsTaken(const std::filesystem::path& path) {
   return lstat(path.c_str(), &facts) == 0;
 }
 
-}  // namespace hv::vex::engine::atfx
+std::filesystem::path ResolveTarget(const std::filesystem::path& target) {
+  std::error_code error;
+  const std::filesystem::path real = std::filesystem::canonical(target, error);
+  return error ? std::filesystem::absolute(target).lexically_normal() : real;
+}
+
+}  // namespace hv::vex::engine
