@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <map>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 
 #include <storefabric/WString.h>
@@ -14,8 +15,9 @@
 
 namespace hv::vex::easyImpl {
 
-/// The body of a collection with unique names. `Face` is `INamedCollectionImpl<Item>` or an
-/// interface derived from it. Lookup by name takes logarithmic time.
+/// The body of a collection with unique names. `Face` is `INamedCollectionImpl<Item>`, an interface
+/// derived from it, or one that declares the same operations beside other bases. Lookup by name
+/// takes logarithmic time.
 template <class Face, class... MoreFaces>
 class tNamedCollectionImpl : public tCollectionImpl<Face, MoreFaces...> {
  public:
@@ -75,7 +77,9 @@ class tNamedCollectionImpl : public tCollectionImpl<Face, MoreFaces...> {
   ~tNamedCollectionImpl() override = default;
 
   void* FindFace(const Iid& iid) override {
-    if (iid == NamedBase::kIid) return static_cast<NamedBase*>(this);
+    if constexpr (std::is_base_of_v<NamedBase, Face>) {
+      if (iid == NamedBase::kIid) return static_cast<NamedBase*>(this);
+    }
     return Collection::FindFace(iid);
   }
 

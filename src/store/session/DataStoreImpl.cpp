@@ -222,7 +222,7 @@ Result CDataStoreImpl::SetBrowseSettings(IBrowseSettingsImpl* settings) {
   return settings ? E_NOTIMPL : S_OK;
 }
 
-Result CDataStoreImpl::GetSimplifiedStore(ISimplifiedStoreImpl** simplified) {
+Result CDataStoreImpl::GetSimplifiedStore(easyImpl::ISimplifiedStoreImpl** simplified) {
   return NotAvailable(simplified);
 }
 

@@ -50,7 +50,7 @@ class CDataStoreImpl final : private CoreBinding, public cor::Counted<IDataStore
   Result GetBrowseSettings(IBrowseSettingsImpl** settings) override;
   Result GetBrowseSettingsInternal(IBrowseSettingsImpl** settings) override;
   Result SetBrowseSettings(IBrowseSettingsImpl* settings) override;
-  Result GetSimplifiedStore(ISimplifiedStoreImpl** simplified) override;
+  Result GetSimplifiedStore(easyImpl::ISimplifiedStoreImpl** simplified) override;
   bool HasQmdModel() override;
 
  private:

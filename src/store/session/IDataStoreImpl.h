@@ -6,6 +6,10 @@
 
 #include <storefabric/Dispatch.h>
 
+namespace hv::vex::easyImpl {
+class ISimplifiedStoreImpl;
+}
+
 namespace hv::vex {
 
 class IAdvancedQueryImpl;
@@ -15,7 +19,6 @@ class IDataStoreModelImpl;
 class IEnvironment;
 class IInstList;
 class IRootElementsImpl;
-class ISimplifiedStoreImpl;
 class IStore;
 class IStoreElementImpl;
 class IStoreElementListImpl;
@@ -76,7 +79,7 @@ class IDataStoreImpl : public IUnknown {
   virtual Result GetBrowseSettings(IBrowseSettingsImpl** settings) = 0;
   virtual Result GetBrowseSettingsInternal(IBrowseSettingsImpl** settings) = 0;
   virtual Result SetBrowseSettings(IBrowseSettingsImpl* settings) = 0;
-  virtual Result GetSimplifiedStore(ISimplifiedStoreImpl** simplified) = 0;
+  virtual Result GetSimplifiedStore(easyImpl::ISimplifiedStoreImpl** simplified) = 0;
   /// True if the store's model fixes its browse path.
   virtual bool HasQmdModel() = 0;
 
