@@ -4,16 +4,13 @@
 #include <cstdint>
 #include <string_view>
 
-#include <storefabric/Ref.h>
 #include <storefabric/Variant.h>
 
 #include "query/conditions/IConditionImpl.h"
 #include "store/collections/ICollectionImpl.h"
 
 namespace hv::vex {
-class IConditionModelSource;
 class IConditionNames;
-class IConditionOwner;
 }  // namespace hv::vex
 
 namespace hv::vex::easyImpl {
@@ -49,7 +46,7 @@ class IConditionCollImpl : public INamedCollectionImpl<IConditionImpl> {
   virtual Result CopyReferenced(IConditionCollImpl& source) = 0;
   /// Adds a condition without checks, and extends a logic that isn't empty.
   /// \param name   empty: a new one is made
-  /// \param value  a text gives all its values, see `IConditionImpl::SetFromText`, but for a date
+  /// \param value  a text gives all its values, see `IConditionImpl::SetFromText`; empty gives none
   /// \param condition  receives the new condition. If there is one of that name already, the new
   ///                   one isn't in the collection, and the logic stays.
   virtual Result AddWithName(std::u16string_view name, std::u16string_view type,
@@ -94,7 +91,7 @@ class IConditionCollImpl : public INamedCollectionImpl<IConditionImpl> {
   /// Renames a condition in the collection and tells it; the logic stays.
   /// \return S_OK; E_INVALIDARG for an unknown old, or an empty or taken new name
   virtual Result RenameKey(std::u16string_view oldName, std::u16string_view newName) = 0;
-  /// A condition with the same fields that belongs to this collection but isn't in it.
+  /// A condition with the same fields that isn't in the collection.
   virtual Result CloneCondition(IConditionImpl& source, IConditionImpl** clone) = 0;
   /// Clones a condition and puts the clone at the end under its name, unless that is taken. The
   /// logic stays.
@@ -115,38 +112,5 @@ class IConditionCollImpl : public INamedCollectionImpl<IConditionImpl> {
  protected:
   ~IConditionCollImpl() = default;
 };
-
-/// The conditions of a query that is bound to a data store. Its conditions answer for
-/// `IDataStoreConditionImpl` as well.
-class IDataStoreConditionCollImpl : public IConditionCollImpl {
- public:
-  static constexpr Iid kIid = MakeIid("hv::vex::easyImpl::IDataStoreConditionCollImpl");
-
-  /// As `AddWithName`, with the internal names known already, as a reader of files does.
-  virtual Result AddResolved(std::u16string_view name, std::u16string_view type,
-                             std::u16string_view property, std::u16string_view internalType,
-                             std::u16string_view internalProperty, std::u16string_view op,
-                             const Variant& value, IConditionImpl** condition) = 0;
-  /// Lets go of the model, of the query and of the ties between the conditions and this
-  /// collection. All can still be read.
-  virtual void Detach() = 0;
-  /// Binds everything to a query and a model. Stops at the first condition that fails and gives its
-  /// code; those before it have moved.
-  /// \param owner  kept without a reference; not null
-  /// \return S_OK; E_POINTER; what `IDataStoreConditionImpl::ReattachToModel` says
-  virtual Result Reattach(IConditionOwner* owner, IConditionModelSource* model, bool remap) = 0;
-  /// Null after `Detach`; borrowed.
-  virtual IConditionModelSource* GetModel() = 0;
-
- protected:
-  ~IDataStoreConditionCollImpl() = default;
-};
-
-/// A collection of conditions for a query, as derived bodies of queries make it.
-/// @{
-[[nodiscard]] Ref<IConditionCollImpl> CreateConditions(IConditionOwner* owner);
-[[nodiscard]] Ref<IDataStoreConditionCollImpl> CreateDataStoreConditions(
-    IConditionOwner* owner, IConditionModelSource* model);
-/// @}
 
 }  // namespace hv::vex::easyImpl

@@ -12,7 +12,6 @@
 #include <storefabric/WString.h>
 
 namespace hv::vex {
-class IConditionModelSource;
 class IDisplayNameSource;
 }  // namespace hv::vex
 
@@ -102,30 +101,14 @@ class IConditionImpl : public IUnknown {
   /// Null if there is none; borrowed.
   virtual IDisplayNameSource* GetDisplayNameSource() = 0;
 
+  // Added behind the operations above.
+
+  /// The entity as the store knows it: the dotted way from the measurement quantity to it, empty
+  /// for the measurement quantity itself; the entity's name if there is no way or no store.
+  virtual const WString& GetInternalType() = 0;
+
  protected:
   ~IConditionImpl() = default;
-};
-
-/// A condition of a query that is bound to a data store.
-class IDataStoreConditionImpl : public IConditionImpl {
- public:
-  static constexpr Iid kIid = MakeIid("hv::vex::easyImpl::IDataStoreConditionImpl");
-
-  /// The way from the measurement quantity to the entity, dotted; empty for the measurement
-  /// quantity itself, the entity's name if there is no way.
-  virtual const WString& GetInternalType() = 0;
-  /// Forgets the model; all names stay.
-  virtual void DetachFromModel() = 0;
-  /// Moves to another model, or the same one after a change.
-  /// \param remap  takes type and property anew from the internal names; otherwise they stay, and
-  ///               the internal names are taken anew
-  /// \return S_OK; E_POINTER for a null model; E_UNEXPECTED if the internal names lead nowhere;
-  ///         VEX_E_OTHER_STORE if type and property don't, or the first value doesn't fit the
-  ///         property. The condition is as before then, but for the model.
-  virtual Result ReattachToModel(IConditionModelSource* model, bool remap) = 0;
-
- protected:
-  ~IDataStoreConditionImpl() = default;
 };
 
 }  // namespace hv::vex::easyImpl

@@ -71,10 +71,6 @@ class IConditionModelSource : public IUnknown {
   virtual Result ResolveNames(std::u16string_view path, WString* type, WString* property) = 0;
   /// Null if the model knows no other names; borrowed.
   virtual IDisplayNameSource* GetDisplayNameSource() = 0;
-  /// False for a store that joins conditions with AND only.
-  virtual bool SupportsCustomLogic() = 0;
-  /// False for a store that takes no several values in one condition.
-  virtual bool SupportsMultipleValues() = 0;
 
  protected:
   ~IConditionModelSource() = default;
