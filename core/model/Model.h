@@ -136,6 +136,7 @@ class Model {
   /// Model parts that the model says it holds, by identifier (for instance
   /// "/DataModels/VEX/QMD/1_0").
   [[nodiscard]] bool HasPart(std::u16string_view identifier) const;
+  [[nodiscard]] const std::vector<std::u16string>& Parts() const { return m_parts; }
 
   /// Exact application name, or the lower-case name of a base entity; null if there is none.
   [[nodiscard]] const Entity* Find(std::u16string_view name) const;

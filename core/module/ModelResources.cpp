@@ -5,6 +5,7 @@
 #include <span>
 
 #include "core/plugins/atfx/AtfxReader.h"
+#include "core/plugins/vex/DocumentModels.h"
 
 namespace hv::vex::engine {
 namespace {
@@ -26,7 +27,7 @@ std::shared_ptr<const Model> FindModelResource(std::u16string_view name) {
     if (resource.name != name) continue;
     return atfx::ReadAtfxBytes(std::as_bytes(resource.text), resource.file, {}, {})->GetModel();
   }
-  return nullptr;
+  return FindDocumentModel(name);
 }
 
 }  // namespace hv::vex::engine

@@ -8,7 +8,8 @@
 
 namespace hv::vex::engine {
 
-/// The model of that name ("testbench"); null if there is none. Made anew by each call.
+/// The model of that name ("testbench") or URI ("/DataModels/VEX/Query/1_2"); null if there is
+/// none. Made anew by each call.
 std::shared_ptr<const Model> FindModelResource(std::u16string_view name);
 
 }  // namespace hv::vex::engine

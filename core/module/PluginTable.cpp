@@ -2,6 +2,7 @@
 
 #include "core/plugins/atfx/AtfxPlugin.h"
 #include "core/plugins/sql/SqlPlugin.h"
+#include "core/plugins/vex/VexPlugin.h"
 
 namespace hv::vex::engine {
 
@@ -9,6 +10,7 @@ std::span<const PluginInfo> Plugins() {
   static const PluginInfo kPlugins[] = {
       kAtfxPlugin,
       kSqlPlugin,
+      kVexPlugin,
   };
   return kPlugins;
 }

@@ -182,6 +182,30 @@ void EnvironmentObject::WriteStore(IStore* store, std::u16string_view parameters
   });
 }
 
+IStore* EnvironmentObject::OpenStoreText(std::u16string_view pluginName,
+                                         std::u16string_view parameters, std::u16string_view text) {
+  return Seam([&] {
+    const PluginInfo& plugin = RequirePlugin(pluginName);
+    if (!plugin.openText) {
+      throw Exception(errc::kNotSupported, WString(u"the plug-in \"" + std::u16string(pluginName) +
+                                                   u"\" opens files only"));
+    }
+    const ConnectParameters connect(parameters);
+    return MakeStore(plugin, u"", connect, plugin.openText(connect, text));
+  });
+}
+
+void EnvironmentObject::GetStoreText(WString& text, IStore* store, std::u16string_view pluginName) {
+  Seam([&] {
+    const PluginInfo& plugin = RequirePlugin(pluginName);
+    if (!plugin.writeText) {
+      throw Exception(errc::kNotSupported, WString(u"the plug-in \"" + std::u16string(pluginName) +
+                                                   u"\" writes files only"));
+    }
+    text = std::u16string_view(plugin.writeText(OwnStore(store)->Records()));
+  });
+}
+
 IPluginList* EnvironmentObject::GetPlugins() {
   return Seam([&]() -> IPluginList* { return new PluginListObject(m_plugins); });
 }

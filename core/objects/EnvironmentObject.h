@@ -33,6 +33,9 @@ class EnvironmentObject final : public cor::Counted<IEnvironment> {
   void WriteStore(IStore* store, std::u16string_view parameters, std::u16string_view pluginName,
                   std::int32_t flags) override;
   IPluginList* GetPlugins() override;
+  IStore* OpenStoreText(std::u16string_view pluginName, std::u16string_view parameters,
+                        std::u16string_view text) override;
+  void GetStoreText(WString& text, IStore* store, std::u16string_view pluginName) override;
 
  private:
   ~EnvironmentObject() override = default;

@@ -68,6 +68,11 @@ struct PluginInfo {
                                          std::shared_ptr<const Model> model) = nullptr;
   /// Writes a whole store of any kind into the file that the parameters name, replacing it.
   void (*write)(const RecordStore& source, const ConnectParameters& parameters) = nullptr;
+  /// Opens, read-only, a store whose file's whole text is in memory.
+  std::unique_ptr<RecordStore> (*openText)(const ConnectParameters& parameters,
+                                           std::u16string_view text) = nullptr;
+  /// The text of the file that `write` would write.
+  std::u16string (*writeText)(const RecordStore& source) = nullptr;
 };
 
 }  // namespace hv::vex::engine

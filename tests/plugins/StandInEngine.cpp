@@ -34,6 +34,10 @@ class Environment final : public cor::Counted<IEnvironment> {
   }
   void WriteStore(IStore*, std::u16string_view, std::u16string_view, std::int32_t) override {}
   IPluginList* GetPlugins() override { return nullptr; }
+  IStore* OpenStoreText(std::u16string_view, std::u16string_view, std::u16string_view) override {
+    return nullptr;
+  }
+  void GetStoreText(WString& text, IStore*, std::u16string_view) override { text.clear(); }
 
  private:
   static IStore* Open(std::u16string text, std::int32_t flags) {

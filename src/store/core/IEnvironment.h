@@ -58,6 +58,15 @@ class IEnvironment : public IUnknown {
                           std::u16string_view pluginName, std::int32_t flags) = 0;
   virtual IPluginList* GetPlugins() = 0;
 
+  // Added behind the operations above.
+
+  /// Opens, read-only, a store whose file's whole text a host keeps elsewhere. A plug-in that can't
+  /// throws kNotSupported, a text that isn't what it should be kBadFile.
+  virtual IStore* OpenStoreText(std::u16string_view pluginName, std::u16string_view parameters,
+                                std::u16string_view text) = 0;
+  /// The text of the file that `WriteStore` would write.
+  virtual void GetStoreText(WString& text, IStore* store, std::u16string_view pluginName) = 0;
+
  protected:
   ~IEnvironment() = default;
 };
