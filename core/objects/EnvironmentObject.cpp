@@ -53,11 +53,13 @@ class ExporterObject final : public cor::Counted<IExporter> {
  public:
   ExporterObject(const PluginInfo& plugin, std::u16string parameters, Ref<StoreObject> source)
       : m_plugin(plugin), m_parameters(std::move(parameters)), m_source(std::move(source)) {}
-  void Run() override {
-    Seam([&] { m_plugin.write(m_source->Records(), ConnectParameters(m_parameters)); });
-  }
+  void Run() override { Write({}); }
+  void RunWatched(IProgress& progress) override { Write(Watch(&progress)); }
 
  private:
+  void Write(Watch watch) {
+    Seam([&] { m_plugin.write(m_source->Records(), ConnectParameters(m_parameters, watch)); });
+  }
   ~ExporterObject() override = default;
   const PluginInfo& m_plugin;
   std::u16string m_parameters;
@@ -126,9 +128,19 @@ IStore* EnvironmentObject::MakeStore(const PluginInfo& plugin, std::u16string_vi
 IStore* EnvironmentObject::OpenStoreByParameter(std::u16string_view name,
                                                 std::u16string_view pluginName,
                                                 std::u16string_view parameters, std::int32_t) {
+  return Open(name, pluginName, ConnectParameters(parameters));
+}
+
+IStore* EnvironmentObject::OpenStoreWatched(std::u16string_view name,
+                                            std::u16string_view pluginName,
+                                            std::u16string_view parameters, IProgress& progress) {
+  return Open(name, pluginName, ConnectParameters(parameters, Watch(&progress)));
+}
+
+IStore* EnvironmentObject::Open(std::u16string_view name, std::u16string_view pluginName,
+                                const ConnectParameters& connect) {
   return Seam([&] {
     const PluginInfo& plugin = RequirePlugin(pluginName);
-    const ConnectParameters connect(parameters);
     return MakeStore(plugin, name, connect, plugin.open(connect));
   });
 }

@@ -36,11 +36,15 @@ class EnvironmentObject final : public cor::Counted<IEnvironment> {
   IStore* OpenStoreText(std::u16string_view pluginName, std::u16string_view parameters,
                         std::u16string_view text) override;
   void GetStoreText(WString& text, IStore* store, std::u16string_view pluginName) override;
+  IStore* OpenStoreWatched(std::u16string_view name, std::u16string_view pluginName,
+                           std::u16string_view parameters, IProgress& progress) override;
 
  private:
   ~EnvironmentObject() override = default;
   /// The plug-in of that name without regard to case; throws kUnknownName.
   const PluginInfo& RequirePlugin(std::u16string_view name) const;
+  IStore* Open(std::u16string_view name, std::u16string_view pluginName,
+               const ConnectParameters& connect);
   /// An empty name is made from the file's.
   IStore* MakeStore(const PluginInfo& plugin, std::u16string_view name,
                     const ConnectParameters& connect, std::unique_ptr<RecordStore> records);

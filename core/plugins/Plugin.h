@@ -8,13 +8,19 @@
 
 #include "core/plugins/TagText.h"
 #include "core/store/RecordStore.h"
+#include "core/store/Watch.h"
 
 namespace hv::vex::engine {
 
-/// A view of the parameter text with which a store is opened; the text must outlive it.
+/// A view of the parameter text with which a store is opened or written, and who watches that; both
+/// must outlive it.
 class ConnectParameters {
  public:
-  explicit ConnectParameters(std::u16string_view tagText) : m_text(tagText) {}
+  explicit ConnectParameters(std::u16string_view tagText, Watch watch = {})
+      : m_text(tagText), m_watch(watch) {}
+
+  /// To be told of the progress of work that takes long, and asked whether it may go on.
+  [[nodiscard]] const Watch& Watcher() const { return m_watch; }
 
   [[nodiscard]] std::u16string_view TagText() const { return m_text; }
   /// The content of a tag with its escapes resolved; nothing if there is no such tag.
@@ -51,6 +57,7 @@ class ConnectParameters {
   }
 
   std::u16string_view m_text;
+  Watch m_watch;
 };
 
 /// A kind of store. Functions may be null where the kind can't do that. All throw

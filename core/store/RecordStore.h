@@ -13,6 +13,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "core/model/Model.h"
@@ -40,6 +41,12 @@ struct InstanceAttribute {
   std::u16string name;
   Value value;  ///< scalar; its type is String, Byte, Short, Long, LongLong, Float, Double or Date
   std::int64_t unit = 0;
+};
+
+/// One of the instance attributes of many records.
+struct RecordInstanceAttribute {
+  std::uint32_t source;  ///< index into the ids that were asked for
+  InstanceAttribute attribute;
 };
 
 /// What a store can do; asked before use, never found out by failing.
@@ -121,6 +128,19 @@ class RecordStore {
                                                  std::span<const RecordId> ids) const = 0;
   [[nodiscard]] virtual std::vector<InstanceAttribute> InstanceAttributesOf(
       RecordRef record) const = 0;
+  /// The same for many records, grouped by record in the order asked. Ids that don't exist give
+  /// none.
+  [[nodiscard]] virtual std::vector<RecordInstanceAttribute> ReadInstanceAttributes(
+      EntityId entity, std::span<const RecordId> ids) const {
+    std::vector<RecordInstanceAttribute> all;
+    for (std::size_t i = 0; i < ids.size(); ++i) {
+      if (!Exists({entity, ids[i]})) continue;
+      for (InstanceAttribute& attribute : InstanceAttributesOf({entity, ids[i]})) {
+        all.push_back({static_cast<std::uint32_t>(i), std::move(attribute)});
+      }
+    }
+    return all;
+  }
   /// The stored values of a local column, external components resolved. Null if it has none.
   /// Throws kBadFile if a component file is missing, or too short to hold even one value.
   [[nodiscard]] virtual std::unique_ptr<ValueSource> OpenValues(RecordRef localColumn) const = 0;

@@ -28,6 +28,8 @@ struct InstanceWriter::Batch {
   std::vector<std::int32_t> blockOf;     // by attribute; kNone: not read
   std::vector<std::vector<Link>> links;  // by relation
   std::vector<std::size_t> nextLink;     // by relation
+  std::vector<RecordInstanceAttribute> instanceAttributes;
+  std::size_t nextInstanceAttribute = 0;
 };
 
 bool InstanceWriter::IsHidden(EntityId entity) const {
@@ -51,7 +53,7 @@ void InstanceWriter::WriteEntity(const Entity& entity) {
 }
 
 void InstanceWriter::WriteBatch(const Entity& entity, std::span<const RecordId> ids) {
-  Batch batch{entity, ids, {}, {}, {}, {}, {}};
+  Batch batch{entity, ids, {}, {}, {}, {}, {}, {}};
   const bool isColumn = m_model.BaseNameOf(entity.id) == u"aolocalcolumn";
   batch.blockOf.assign(entity.attributes.size(), kNone);
   for (std::size_t i = 0; i < entity.attributes.size(); ++i) {
@@ -71,6 +73,7 @@ void InstanceWriter::WriteBatch(const Entity& entity, std::span<const RecordId> 
     if (IsHidden(entity.relations[i].target)) continue;
     batch.links[i] = m_source.Follow(entity.id, static_cast<std::int32_t>(i), ids);
   }
+  batch.instanceAttributes = m_source.ReadInstanceAttributes(entity.id, ids);
   for (std::size_t row = 0; row < ids.size(); ++row) WriteRecord(&batch, row);
 }
 
@@ -89,7 +92,7 @@ void InstanceWriter::WriteRecord(Batch* batch, std::size_t row) {
     }
   }
   if (m_model.BaseNameOf(entity.id) == u"aolocalcolumn") WriteColumn(entity, record);
-  WriteInstanceAttributes(record);
+  WriteInstanceAttributes(batch, row);
   m_xml.End();
 }
 
@@ -160,11 +163,15 @@ void InstanceWriter::WriteColumn(const Entity& entity, RecordRef column) {
   if (facts.globalFlag) m_xml.Leaf(tagOf(u"global_flag"), *facts.globalFlag);
 }
 
-void InstanceWriter::WriteInstanceAttributes(RecordRef record) {
-  const std::vector<InstanceAttribute> attributes = m_source.InstanceAttributesOf(record);
-  if (attributes.empty()) return;
+void InstanceWriter::WriteInstanceAttributes(Batch* batch, std::size_t row) {
+  std::size_t& next = batch->nextInstanceAttribute;
+  const auto isOfRow = [&] {
+    return next < batch->instanceAttributes.size() && batch->instanceAttributes[next].source == row;
+  };
+  if (!isOfRow()) return;
   m_xml.Start(u"instance_attributes");
-  for (const InstanceAttribute& attribute : attributes) {
+  for (; isOfRow(); ++next) {
+    const InstanceAttribute& attribute = batch->instanceAttributes[next].attribute;
     const std::u16string_view tag = InstanceAttributeTagOf(attribute.value.type);
     if (tag.empty()) continue;
     m_xml.Start(tag);

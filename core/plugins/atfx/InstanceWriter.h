@@ -30,7 +30,7 @@ class InstanceWriter {
   void WriteAttribute(const Batch& batch, std::size_t position, std::size_t row);
   void WriteLinks(Batch* batch, std::size_t position, std::size_t row);
   void WriteColumn(const Entity& entity, RecordRef column);
-  void WriteInstanceAttributes(RecordRef record);
+  void WriteInstanceAttributes(Batch* batch, std::size_t row);
   [[nodiscard]] bool IsHidden(EntityId entity) const;
 
   const RecordStore& m_source;

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <span>
 #include <string>
@@ -93,6 +94,8 @@ class Dialect {
   [[nodiscard]] virtual std::string TableExists() const = 0;  ///< one bound name, any case
   /// Names of the columns of a table, in order (one bound name).
   [[nodiscard]] virtual std::string ColumnsOf() const = 0;
+  /// The statement after which the transaction checks references only when it ends.
+  [[nodiscard]] virtual std::string_view DeferReferences() const = 0;
   [[nodiscard]] virtual std::string Explain(std::string_view statement) const = 0;
   [[nodiscard]] virtual std::string Upsert(std::string_view insert,
                                            std::string_view conflictColumns,
@@ -132,6 +135,9 @@ class Connection {
   std::unordered_map<std::string, std::vector<std::unique_ptr<Statement>>> m_idle;
 };
 
+  /// Asks again and again while a statement runs whether it may go on; one that may not fails with
+  /// kCancelled. Null: nobody is asked.
+  virtual void AskMeanwhile(std::function<bool()> mayGoOn) = 0;
 /// One use of a statement: takes a prepared one from the connection and gives it back reset.
 class Run final {
  public:

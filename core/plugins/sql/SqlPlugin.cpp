@@ -1,18 +1,13 @@
 // core/plugins/sql/SqlPlugin.cpp - opening, making and writing database files.
 #include "core/plugins/sql/SqlPlugin.h"
 
-#include <cerrno>
 #include <charconv>
-#include <csignal>
-#include <cstdlib>
 #include <exception>
 #include <new>
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include "core/plugins/sql/SqlStore.h"
 #include "core/plugins/sql/Sqlite.h"
+#include "core/plugins/sql/StoreCopy.h"
 #include "core/plugins/sql/StoreMerge.h"
 #include "core/store/memory/Failure.h"
 #include "core/store/memory/MemoryStore.h"
@@ -63,82 +58,11 @@ SqliteOptions OptionsOf(const ConnectParameters& parameters) {
   return options;
 }
 
-/// Brings a file, or the names in a folder, to the disk.
-void Synchronize(const std::filesystem::path& path) {
-  const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
-  const bool isDone = file >= 0 && fsync(file) == 0;
-  if (file >= 0) close(file);
-  if (!isDone) Fail(errc::kWriteFailed, {NameOf(path), u": can't be brought to the disk"});
-}
-
-/// The log beside a database would be taken for the new one's, so the old one must be closed by
-/// everybody and its log gone.
-void CloseOld(const std::filesystem::path& path) {
-  std::error_code unused;
-  if (!std::filesystem::exists(path, unused)) return;
-  try {
-    OpenSqlite(path, {})->Execute("PRAGMA journal_mode=DELETE");
-  } catch (const Exception& error) {
-    if (error.code != errc::kBadFile) throw;
-  }
-  std::filesystem::remove(path.string() + "-wal", unused);
-  std::filesystem::remove(path.string() + "-shm", unused);
-}
-
-/// A database under another name until it is complete.
-class NewFile final {
- public:
-  explicit NewFile(std::filesystem::path target)
-      : m_target(std::move(target)),
-        m_path(m_target.string() + ".new-" + std::to_string(getpid())) {
-    RemoveAll();
-    RemoveAbandoned();
-  }
-  NewFile(const NewFile&) = delete;
-  NewFile& operator=(const NewFile&) = delete;
-  ~NewFile() { RemoveAll(); }
-
-  const std::filesystem::path& Path() const { return m_path; }
-  void TakePlace() {
-    Synchronize(m_path);
-    CloseOld(m_target);
-    std::error_code error;
-    std::filesystem::rename(m_path, m_target, error);
-    if (error) {
-      Fail(errc::kWriteFailed, {NameOf(m_target), u": ", cor::FromUtf8(error.message())});
-    }
-    Synchronize(m_target.parent_path());
-  }
-
- private:
-  void RemoveAll() {
-    std::error_code unused;
-    for (const char* ending : {"", "-wal", "-shm", "-journal"}) {
-      std::filesystem::remove(m_path.string() + ending, unused);
-    }
-  }
-  /// Files of programs that ended before they could.
-  void RemoveAbandoned() const {
-    const std::string begin = m_target.filename().string() + ".new-";
-    std::error_code unused;
-    for (const auto& entry : std::filesystem::directory_iterator(m_target.parent_path(), unused)) {
-      const std::string name = entry.path().filename().string();
-      if (!name.starts_with(begin)) continue;
-      const int process = std::atoi(name.c_str() + begin.size());
-      if (process > 0 && kill(process, 0) != 0 && errno == ESRCH) {
-        std::filesystem::remove(entry.path(), unused);
-      }
-    }
-  }
-  std::filesystem::path m_target;
-  std::filesystem::path m_path;
-};
-
 }  // namespace
 
-void WriteDatabase(const RecordStore& source, const std::filesystem::path& path,
-                   const CopyProgress& progress) {
-  NewFile file(path);
+void WriteDatabase(const RecordStore& source, const std::filesystem::path& path, const Watch& watch,
+                   NewDatabaseFile::IfTaken ifTaken) {
+  NewDatabaseFile file(path);
   {
     SqliteOptions options;
     options.mayCreate = true;
@@ -149,12 +73,12 @@ void WriteDatabase(const RecordStore& source, const std::filesystem::path& path,
         "PRAGMA cache_size=-131072; BEGIN");
     const Layout layout = MakeLayout(*source.GetModel(), connection->GetDialect());
     CreateSchema(*connection, *source.GetModel(), layout);
-    CopyStore(source, *connection, layout, progress);
+    CopyStore(source, *connection, layout, watch);
     connection->Execute("COMMIT");
     // What the planner knows of the tables; a sample is enough.
     connection->Execute("PRAGMA analysis_limit=1000; ANALYZE; PRAGMA journal_mode=WAL");
   }
-  file.TakePlace();
+  file.TakePlace(ifTaken);
 }
 
 namespace {
@@ -176,7 +100,7 @@ std::unique_ptr<RecordStore> Create(const ConnectParameters& parameters,
       if (std::filesystem::exists(path)) {
         Fail(errc::kNotUnique, {NameOf(path), u": exists already"});
       }
-      WriteDatabase(MemoryStore(std::move(model), {}), path);
+      WriteDatabase(MemoryStore(std::move(model), {}), path, {}, NewDatabaseFile::IfTaken::Refuse);
       return std::make_unique<SqlStore>(OpenSqlite(path, options), NameOf(path));
     }
     options.mayCreate = true;
@@ -191,12 +115,15 @@ std::unique_ptr<RecordStore> Create(const ConnectParameters& parameters,
 void Write(const RecordStore& source, const ConnectParameters& parameters) {
   Guarded([&] {
     const std::filesystem::path path = FileNameOf(parameters);
-    if (!parameters.Get(u"add") || !std::filesystem::exists(path)) {
-      WriteDatabase(source, path);
+    const bool isAdding = parameters.Get(u"add").has_value();
+    if (!isAdding || !std::filesystem::exists(path)) {
+      WriteDatabase(
+          source, path, parameters.Watcher(),
+          isAdding ? NewDatabaseFile::IfTaken::Refuse : NewDatabaseFile::IfTaken::Replace);
       return;
     }
     SqlStore target(OpenSqlite(path, OptionsOf(parameters)), NameOf(path));
-    MergeStore(source, target);
+    MergeStore(source, target, parameters.Watcher());
   });
 }
 

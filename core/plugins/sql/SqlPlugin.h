@@ -4,7 +4,7 @@
 #include <filesystem>
 
 #include "core/plugins/Plugin.h"
-#include "core/plugins/sql/StoreCopy.h"
+#include "core/plugins/sql/NewDatabaseFile.h"
 
 namespace hv::vex::engine {
 
@@ -18,7 +18,8 @@ namespace sql {
 /// Writes everything that `source` holds into a new database that takes the place of `path` when it
 /// is complete. Stopped at any moment, what stood there stays as it was.
 void WriteDatabase(const RecordStore& source, const std::filesystem::path& path,
-                   const CopyProgress& progress = {});
+                   const Watch& watch = {},
+                   NewDatabaseFile::IfTaken ifTaken = NewDatabaseFile::IfTaken::Replace);
 
 }  // namespace sql
 }  // namespace hv::vex::engine

@@ -219,20 +219,35 @@ std::vector<Link> SqlStore::Follow(EntityId entity, std::int32_t relation,
 std::vector<InstanceAttribute> SqlStore::InstanceAttributesOf(RecordRef record) const {
   MustExist(record);
   std::vector<InstanceAttribute> attributes;
-  if (!m_schema.layout.isOwn) return attributes;
-  Run run(*m_connection,
-          "SELECT NAME, TYPE, VALUE, UNITID FROM SF_INSTATTR WHERE AID=? AND IID=? ORDER BY SEQ");
-  run.Add(Place(record.entity).aid).Add(record.id);
-  while (run->Step()) {
-    InstanceAttribute& attribute = attributes.emplace_back();
-    attribute.name = FromStored(run->Text(0));
-    attribute.unit = run->Integer(3);
-    ColumnBlock block;
-    block.type = static_cast<OdsType>(run->Integer(1));
-    AppendCell(*run, 2, false, block);
-    attribute.value = ValueAt(block, 0);
+  const RecordId ids[] = {record.id};
+  for (RecordInstanceAttribute& one : ReadInstanceAttributes(record.entity, ids)) {
+    attributes.push_back(std::move(one.attribute));
   }
   return attributes;
+}
+
+std::vector<RecordInstanceAttribute> SqlStore::ReadInstanceAttributes(
+    EntityId entity, std::span<const RecordId> ids) const {
+  const EntityPlace& place = Place(entity);
+  std::vector<RecordInstanceAttribute> all;
+  if (!m_schema.layout.isOwn) return all;
+  const Dialect& dialect = m_connection->GetDialect();
+  // The order of ids first, so that the index gives each record's attributes, then their own.
+  Run run(*m_connection, "SELECT i.pos, a.NAME, a.TYPE, a.VALUE, a.UNITID FROM " +
+                             dialect.IdList("i") + std::string(dialect.OrderedJoin()) +
+                             "SF_INSTATTR AS a ON a.AID=? AND a.IID=i.id ORDER BY i.pos, a.SEQ");
+  run.AddIds(ids).Add(place.aid);
+  while (run->Step()) {
+    RecordInstanceAttribute& one = all.emplace_back();
+    one.source = static_cast<std::uint32_t>(run->Integer(0));
+    one.attribute.name = FromStored(run->Text(1));
+    one.attribute.unit = run->Integer(4);
+    ColumnBlock block;
+    block.type = static_cast<OdsType>(run->Integer(2));
+    AppendCell(*run, 3, false, block);
+    one.attribute.value = ValueAt(block, 0);
+  }
+  return all;
 }
 
 BulkKey SqlStore::KeyOf(RecordRef localColumn, BulkPart part) const {

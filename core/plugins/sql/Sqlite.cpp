@@ -45,6 +45,8 @@ std::int32_t CodeOf(int rc) {
       return errc::kWriteFailed;
     case SQLITE_NOMEM:
       return errc::kOutOfMemory;
+    case SQLITE_INTERRUPT:
+      return errc::kCancelled;
     case SQLITE_TOOBIG:
       return errc::kInvalidArgument;
     default:
@@ -222,6 +224,15 @@ class SqliteConnection final : public Connection {
     if (IsInTransaction()) Execute("ROLLBACK");
   }
   bool IsInTransaction() const override { return sqlite3_get_autocommit(m_source.database) == 0; }
+  void AskMeanwhile(std::function<bool()> mayGoOn) override {
+    constexpr int kSteps = 4000;  // of the database's machine, well below a millisecond
+    m_mayGoOn = std::move(mayGoOn);
+    sqlite3_progress_handler(
+        m_source.database, kSteps,
+        [](void* self) { return static_cast<SqliteConnection*>(self)->m_mayGoOn() ? 0 : 1; },
+        m_mayGoOn ? this : nullptr);
+    if (!m_mayGoOn) sqlite3_progress_handler(m_source.database, 0, nullptr, nullptr);
+  }
 
  private:
   std::unique_ptr<Statement> Prepare(std::string_view sql) override {
@@ -283,6 +294,7 @@ class SqliteConnection final : public Connection {
 
   ErrorSource m_source{};
   std::chrono::milliseconds m_timeout;
+  std::function<bool()> m_mayGoOn;
   bool m_isLogged = false;
 };
 

@@ -25,6 +25,7 @@ class SqliteDialect final : public Dialect {
   std::size_t ShortestIndexedWord() const override { return 3; }
   std::string TextIndexExpression(const std::vector<std::string>& words) const override;
   std::string TableExists() const override;
+  std::string_view DeferReferences() const override { return "PRAGMA defer_foreign_keys=ON"; }
   std::string ColumnsOf() const override;
   std::string Explain(std::string_view statement) const override;
   std::string Upsert(std::string_view insert, std::string_view conflictColumns,

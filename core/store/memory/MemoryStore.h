@@ -77,6 +77,8 @@ class MemoryStore final : public RecordStore {
                                          std::span<const RecordId> ids) const override;
   [[nodiscard]] std::vector<InstanceAttribute> InstanceAttributesOf(
       RecordRef record) const override;
+  [[nodiscard]] std::vector<RecordInstanceAttribute> ReadInstanceAttributes(
+      EntityId entity, std::span<const RecordId> ids) const override;
   [[nodiscard]] std::unique_ptr<ValueSource> OpenValues(RecordRef localColumn) const override;
   [[nodiscard]] std::unique_ptr<ValueSource> OpenFlags(RecordRef localColumn) const override;
   RecordId Create(EntityId entity, RecordId id = 0) override;

@@ -169,6 +169,21 @@ std::vector<InstanceAttribute> MemoryStore::InstanceAttributesOf(RecordRef recor
   return Table(record.entity).InstanceValues().Of(RowOf(*this, record));
 }
 
+std::vector<RecordInstanceAttribute> MemoryStore::ReadInstanceAttributes(
+    EntityId entity, std::span<const RecordId> ids) const {
+  const MemoryTable& table = Table(entity);
+  std::vector<RecordInstanceAttribute> all;
+  if (table.InstanceValues().Items().empty()) return all;
+  for (std::size_t i = 0; i < ids.size(); ++i) {
+    const Row row = table.Find(ids[i]);
+    if (row == kNoRow) continue;
+    for (InstanceAttribute& attribute : table.InstanceValues().Of(row)) {
+      all.push_back({static_cast<std::uint32_t>(i), std::move(attribute)});
+    }
+  }
+  return all;
+}
+
 namespace {
 
 /// The generation parameters of an implicit local column, or null.

@@ -44,6 +44,7 @@ inline constexpr std::int32_t kUnknownName = -1003;     ///< no such store, plug
 inline constexpr std::int32_t kWrongType = -1004;       ///< a value that doesn't fit its attribute
 inline constexpr std::int32_t kInstanceGone = -1005;    ///< the instance was deleted
 inline constexpr std::int32_t kVersion = -1007;         ///< interface version or stamp not accepted
+inline constexpr std::int32_t kCancelled = -1009;      ///< stopped by whoever watches the progress
 inline constexpr std::int32_t kBadQuery = -1201;        ///< a query text that can't be read or bound
 inline constexpr std::int32_t kBadFile = -1301;         ///< a file that isn't what it should be
 inline constexpr std::int32_t kWriteFailed = -1303;     ///< a file that can't be written

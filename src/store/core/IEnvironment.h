@@ -11,6 +11,7 @@ namespace hv::vex {
 
 class IAttribute;
 class IPluginList;
+class IProgress;
 class IStore;
 
 /// Writes a store into a file of another format.
@@ -20,6 +21,14 @@ class IExporter : public IUnknown {
 
   /// Writes the file, whole or not at all. Throws kWriteFailed with the file and the reason.
   virtual void Run() = 0;
+
+  // Added behind the operation above.
+
+  /// The same, watched by `progress`; an engine that doesn't tell just runs.
+  virtual void RunWatched(IProgress& progress) {
+    static_cast<void>(progress);
+    Run();
+  }
 
  protected:
   ~IExporter() = default;
@@ -59,6 +68,13 @@ class IEnvironment : public IUnknown {
   virtual IPluginList* GetPlugins() = 0;
 
   // Added behind the operations above.
+
+  /// `OpenStoreByParameter`, watched by `progress`; an engine that doesn't tell just opens.
+  virtual IStore* OpenStoreWatched(std::u16string_view name, std::u16string_view pluginName,
+                                   std::u16string_view parameters, IProgress& progress) {
+    static_cast<void>(progress);
+    return OpenStoreByParameter(name, pluginName, parameters, 0);
+  }
 
   /// Opens, read-only, a store whose file's whole text a host keeps elsewhere. A plug-in that can't
   /// throws kNotSupported, a text that isn't what it should be kBadFile.

@@ -36,6 +36,7 @@
 #include "store/core/IInstance.h"
 #include "store/core/IModel.h"
 #include "store/core/IPlugin.h"
+#include "store/core/IProgress.h"
 #include "store/core/IStore.h"
 #include "store/core/IStoreContext.h"
 #include "store/core/IStoreQuery.h"

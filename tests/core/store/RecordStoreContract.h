@@ -385,7 +385,18 @@ TEST_P(RecordStoreContract, KeepsInstanceAttributesInTheirOrder) {
   EXPECT_EQ(7, got[2].unit);
   EXPECT_EQ(set[5].value, got[4].value);
   EXPECT_EQ(Value::Integer(OdsType::Byte, -2), got[5].value) << "bytes may have a sign here";
-  EXPECT_EQ(1u, store->InstanceAttributesOf(other).size());
+
+  const RecordId ids[] = {other.id, 77, run.id};
+  const std::vector<RecordInstanceAttribute> all = store->ReadInstanceAttributes(m.run, ids);
+  ASSERT_EQ(1 + got.size(), all.size()) << "records that don't exist have none";
+  EXPECT_EQ(0u, all[0].source);
+  EXPECT_EQ(Value::Integer(OdsType::Long, 1), all[0].attribute.value);
+  for (std::size_t i = 0; i < got.size(); ++i) {
+    EXPECT_EQ(2u, all[i + 1].source);
+    EXPECT_EQ(got[i].name, all[i + 1].attribute.name);
+    EXPECT_EQ(got[i].value, all[i + 1].attribute.value);
+    EXPECT_EQ(got[i].unit, all[i + 1].attribute.unit);
+  }
 }
 
 TEST_P(RecordStoreContract, RefusesInstanceAttributesOfOtherTypes) {
