@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <optional>
 #include <string_view>
+#include <vector>
 
 #include <storefabric/Ref.h>
 
@@ -42,7 +43,7 @@ class CConditionCollImpl : public tNamedCollectionImpl<IConditionCollImpl> {
   Result RemoveAll() override { return Clear(); }
   void DetachFromOwner() override;
   bool IsDateProperty(std::u16string_view type, std::u16string_view property) override;
-  Result NormaliseDateValue(std::u16string_view op, Variant* value) override;
+  Result NormaliseDateValue(Variant* value) override;
   bool IsValidType(std::u16string_view type) override;
   bool IsValidProperty(std::u16string_view type, std::u16string_view property) override;
   bool IsOperatorSupported(std::u16string_view op, std::u16string_view type,
@@ -72,6 +73,8 @@ class CConditionCollImpl : public tNamedCollectionImpl<IConditionCollImpl> {
 
   /// The condition that this kind of collection holds, with nothing but its two names.
   virtual Ref<CConditionImpl> MakeCondition(std::u16string_view type, std::u16string_view property);
+  /// A new condition stands at the end; its name isn't in the logic yet.
+  virtual void OnAdded(CConditionImpl& /*condition*/) {}
   /// The stored logic may have changed.
   virtual void OnLogicChanged() {}
 

@@ -11,9 +11,9 @@
 
 namespace hv::vex::easyImpl {
 
-/// Conditions that are checked against the model of a store. Forms derive from it: whatever changes
-/// the conditions goes through virtual operations, and every change of the logic ends in
-/// `OnLogicChanged`. All items are `CDataStoreConditionImpl`.
+/// Conditions that are checked against the model of a store. Forms derive from it: every
+/// change reaches one of the hooks `OnAdded`, `OnRemove`, `Clear`, `OnSwap` and `OnLogicChanged`.
+/// All items are `CDataStoreConditionImpl`.
 class CDataStoreConditionCollImpl : public CConditionCollImpl {
  public:
   static constexpr Iid kIid = MakeIid("hv::vex::easyImpl::CDataStoreConditionCollImpl");

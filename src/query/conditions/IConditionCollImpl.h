@@ -57,12 +57,11 @@ class IConditionCollImpl : public INamedCollectionImpl<IConditionImpl> {
   /// Forgets the query, and the conditions forget the collection.
   virtual void DetachFromOwner() = 0;
   virtual bool IsDateProperty(std::u16string_view type, std::u16string_view property) = 0;
-  /// Makes a date of a value for a condition under the operator: a text is read in the format of
-  /// the language.
+  /// Makes a date of a value: a text is read in the format of the language.
   /// \param value  becomes the date; null if there is none in it
   /// \return S_OK for a date or a time object, which stays as it is; VEX_E_VALUE_WAS_TEXT, a
   ///         warning, for a text that was read; VEX_E_VALUE_NOT_DATE
-  virtual Result NormaliseDateValue(std::u16string_view op, Variant* value) = 0;
+  virtual Result NormaliseDateValue(Variant* value) = 0;
   virtual bool IsValidType(std::u16string_view type) = 0;
   virtual bool IsValidProperty(std::u16string_view type, std::u16string_view property) = 0;
   /// \param op  a symbol; for a date its display name
