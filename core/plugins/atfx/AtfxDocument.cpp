@@ -156,7 +156,7 @@ void AtfxDocument::PrepareInstances() {
   if (!m_hasModel) m_context.Refuse(u"the application model is missing");
   if (!m_baseVersion) m_context.Warn(u"no base model version is told; the newest one is taken");
   m_instances = std::make_unique<InstanceSection>(
-      m_context, m_modelSection.Build(m_baseVersion.value_or(u"")), m_files);
+      m_context, m_modelSection.Build(m_baseVersion.value_or(u"")), m_files, m_spool);
 }
 
 std::unique_ptr<MemoryStore> AtfxDocument::Finish(MemoryPersistence persistence) {

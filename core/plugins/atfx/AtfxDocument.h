@@ -19,8 +19,13 @@ namespace hv::vex::engine::atfx {
 
 class AtfxDocument final : public xml::ISaxHandler {
  public:
-  AtfxDocument(ReadContext& context, std::shared_ptr<ComponentFiles> files)
-      : m_context(context), m_files(std::move(files)), m_modelSection(context) {}
+  /// \param spool  where long inline values go; null: they stay in memory.
+  AtfxDocument(ReadContext& context, std::shared_ptr<ComponentFiles> files,
+               std::shared_ptr<ValueSpool> spool = nullptr)
+      : m_context(context),
+        m_files(std::move(files)),
+        m_spool(std::move(spool)),
+        m_modelSection(context) {}
   AtfxDocument(const AtfxDocument&) = delete;
   AtfxDocument& operator=(const AtfxDocument&) = delete;
 
@@ -57,6 +62,7 @@ class AtfxDocument final : public xml::ISaxHandler {
 
   ReadContext& m_context;
   std::shared_ptr<ComponentFiles> m_files;
+  std::shared_ptr<ValueSpool> m_spool;
   Section m_section = Section::Outside;
   int m_depth = 0;        // inside the section
   bool m_isLeaf = false;  // no tag came since the last start tag

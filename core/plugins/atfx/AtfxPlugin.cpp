@@ -33,16 +33,19 @@ FileStamp StampOf(const std::filesystem::path& path) {
 /// live longer and only watch it.
 struct Session {
   std::filesystem::path path;
+  std::filesystem::path spoolFolder;
   const MemoryStore* store = nullptr;
   FileStamp stamp;
   std::shared_ptr<const Model> newModel;  ///< of a store that was never saved
 };
 
 std::unique_ptr<MemoryStore> ReadFor(const std::shared_ptr<Session>& session,
-                                     MemoryPersistence persistence) {
+                                     MemoryPersistence persistence, const Watch& watch = {}) {
   session->stamp = StampOf(session->path);
   atfx::ReadOptions options;
   options.persistence = std::move(persistence);
+  options.spoolFolder = session->spoolFolder;
+  options.watch = watch;
   options.warnLater = [watch = std::weak_ptr<Session>(session)](std::u16string text) {
     const std::shared_ptr<Session> alive = watch.lock();
     if (alive && alive->store) alive->store->AddWarning(std::move(text));
@@ -96,7 +99,11 @@ std::unique_ptr<RecordStore> Open(const ConnectParameters& parameters) {
   return Guarded([&]() -> std::unique_ptr<RecordStore> {
     const auto session = std::make_shared<Session>();
     session->path = FileNameOf(parameters);
-    auto store = ReadFor(session, PersistenceFor(session, parameters.IsReadOnly()));
+    if (const auto folder = parameters.GetTrimmed(u"spool")) {
+      session->spoolFolder = cor::ToUtf8(*folder);
+    }
+    auto store =
+        ReadFor(session, PersistenceFor(session, parameters.IsReadOnly()), parameters.Watcher());
     session->store = store.get();
     return store;
   });

@@ -18,16 +18,48 @@ namespace hv::vex::engine::atfx {
 
 namespace {
 
-/// `run(parser, document)` parses.
+/// Tells of the progress now and then, and hands everything on.
+class WatchedHandler final : public xml::ISaxHandler {
+ public:
+  WatchedHandler(const xml::SaxParser& parser, xml::ISaxHandler& next, const Watch& watch)
+      : m_parser(parser), m_next(next), m_watch(watch) {}
+
+  void OnStart(std::u16string_view name, std::span<const xml::AttributeView> attributes) override {
+    Tell();
+    m_next.OnStart(name, attributes);
+  }
+  void OnText(std::u16string_view text) override {
+    Tell();
+    m_next.OnText(text);
+  }
+  void OnEnd(std::u16string_view name) override { m_next.OnEnd(name); }
+
+ private:
+  void Tell() {
+    constexpr unsigned kEvents = 256;
+    if (++m_events % kEvents == 0) m_watch.Tell(m_parser.BytesRead(), m_parser.BytesTotal());
+  }
+
+  const xml::SaxParser& m_parser;
+  xml::ISaxHandler& m_next;
+  const Watch& m_watch;
+  unsigned m_events = 0;
+};
+
+/// `run(parser, handler)` parses.
 template <class Run>
 std::unique_ptr<MemoryStore> Read(const std::filesystem::path& folder,
                                   const std::u16string& sourceName, ReadOptions options, Run run) {
   xml::SaxParser parser;
   ReadContext context(parser, sourceName);
+  std::shared_ptr<ValueSpool> spool;
+  if (!options.spoolFolder.empty()) spool = std::make_shared<ValueSpool>(options.spoolFolder);
   AtfxDocument document(context,
-                        std::make_shared<ComponentFiles>(folder, std::move(options.warnLater)));
+                        std::make_shared<ComponentFiles>(folder, std::move(options.warnLater)),
+                        std::move(spool));
+  WatchedHandler watched(parser, document, options.watch);
   try {
-    run(parser, document);
+    options.watch.IsAnybodyThere() ? run(parser, watched) : run(parser, document);
   } catch (const xml::XmlError& error) {
     const auto line = static_cast<std::int64_t>(std::max<std::uint64_t>(error.Where().line, 1));
     Fail(errc::kBadFile,
@@ -78,7 +110,7 @@ std::unique_ptr<MemoryStore> ReadAtfxFile(const std::filesystem::path& path, Rea
   const std::filesystem::path absolute = std::filesystem::absolute(path).lexically_normal();
   return Read(
       absolute.parent_path(), cor::FromUtf8(path.string()).str(), std::move(options),
-      [&](xml::SaxParser& parser, AtfxDocument& document) { parser.ParseFile(path, document); });
+      [&](xml::SaxParser& parser, xml::ISaxHandler& handler) { parser.ParseFile(path, handler); });
 }
 
 std::unique_ptr<MemoryStore> ReadAtfxBytes(std::span<const std::byte> bytes,
@@ -86,8 +118,8 @@ std::unique_ptr<MemoryStore> ReadAtfxBytes(std::span<const std::byte> bytes,
                                            const std::filesystem::path& folder,
                                            ReadOptions options) {
   return Read(folder, cor::FromUtf8(sourceName).str(), std::move(options),
-              [&](xml::SaxParser& parser, AtfxDocument& document) {
-                parser.ParseBytes(bytes, sourceName, document);
+              [&](xml::SaxParser& parser, xml::ISaxHandler& handler) {
+                parser.ParseBytes(bytes, sourceName, handler);
               });
 }
 

@@ -11,6 +11,7 @@
 #include <string_view>
 #include <vector>
 
+#include "core/store/Watch.h"
 #include "core/store/memory/MemoryStore.h"
 
 namespace hv::vex::engine::atfx {
@@ -20,6 +21,11 @@ struct ReadOptions {
   MemoryPersistence persistence;
   /// Told of what turns out odd only when component files are read; may be null.
   std::function<void(std::u16string)> warnLater;
+  /// A folder for a temporary file that takes up the values written inside the XML; empty: they
+  /// stay in memory, where they are read again faster.
+  std::filesystem::path spoolFolder;
+  /// Told of the bytes read, and of their number.
+  Watch watch;
 };
 
 /// Throws kBadFile: with the reason if the file can't be read, with "FILE:LINE: reason" if it

@@ -2,7 +2,9 @@
 #include "core/plugins/atfx/ColumnContent.h"
 
 #include "core/plugins/atfx/AsciiText.h"
+#include "core/store/memory/Column.h"
 
+#include <algorithm>
 #include <limits>
 
 namespace hv::vex::engine::atfx {
@@ -36,6 +38,19 @@ constexpr InlineForm kInlineForms[] = {
     {u"A_ENUM", Plain(OdsType::Enum)},
 };
 
+/// A block of this size goes to the spool while the element is still open.
+constexpr std::size_t kSpoolBlock = std::size_t{1} << 20;
+/// Less than that isn't worth the description of a place in the spool.
+constexpr std::size_t kLeastSpooled = 256;
+constexpr std::uint64_t kFlagsAtOnce = std::uint64_t{1} << 18;
+
+bool AllFit(const InMemoryValues& block, OdsType type) {
+  std::vector<std::int64_t> numbers(static_cast<std::size_t>(block.Count()));
+  block.ReadIntegers(0, numbers);
+  return std::all_of(numbers.begin(), numbers.end(),
+                     [&](std::int64_t number) { return IntegerFits(type, number); });
+}
+
 }  // namespace
 
 const InlineForm* FindInlineForm(std::u16string_view tag) {
@@ -58,10 +73,10 @@ void ColumnContent::Begin(bool isFlags, std::u16string_view what) {
   m_what = what;
   m_part = Part::Top;
   m_depth = 0;
-  inlineValues.reset();
+  inlineValues = {};
   components.clear();
   m_isOwnText = isFlags;
-  if (isFlags) m_typed.Begin(Plain(OdsType::Short), what);
+  if (isFlags) BeginTyped(Plain(OdsType::Short));
 }
 
 void ColumnContent::OnStart(std::u16string_view name) {
@@ -90,7 +105,7 @@ void ColumnContent::OnStart(std::u16string_view name) {
   } else if (const InlineForm* const form = FindInlineForm(name)) {
     m_part = Part::Typed;
     m_isOwnText = false;
-    m_typed.Begin(form->rules, m_what);
+    BeginTyped(form->rules);
   } else {
     m_context.Warn(Join({u"unknown tag '", name, u"' in ", m_what}));
     m_part = Part::Unknown;
@@ -102,6 +117,7 @@ void ColumnContent::OnText(std::u16string_view text) {
     m_text += text;
   } else if (m_part == Part::Typed || (m_part == Part::Top && m_isOwnText)) {
     m_typed.OnText(text);
+    if (m_spool) SpoolIfLarge(kSpoolBlock);
   }
 }
 
@@ -111,9 +127,10 @@ void ColumnContent::OnEnd() {
       if (m_depth != 0) {
         --m_depth;
         m_typed.OnEnd();
+        if (m_spool) SpoolIfLarge(kSpoolBlock);
         return;
       }
-      inlineValues = m_typed.End();
+      EndTyped();
       break;
     case Part::Unknown:
       if (m_depth != 0) {
@@ -138,18 +155,72 @@ void ColumnContent::OnEnd() {
 }
 
 void ColumnContent::End() {
-  if (m_isOwnText) inlineValues = m_typed.End();
-  if (!m_isFlags || !inlineValues || inlineValues->Type() == OdsType::Short) return;
-  auto flags = std::make_shared<InMemoryValues>(OdsType::Short);
-  if (StorageKindOf(inlineValues->Type()) != StorageKind::Integer) {
+  if (m_isOwnText) EndTyped();
+  if (m_isFlags && inlineValues && inlineValues.Type() != OdsType::Short) MakeFlags();
+}
+
+void ColumnContent::BeginTyped(const TypedContent::Rules& rules) {
+  m_spooled.reset();
+  m_mayBeSigned = rules.mayBeSigned;
+  m_hadSigned = false;
+  m_typed.Begin(rules, m_what);
+}
+
+void ColumnContent::SpoolIfLarge(std::size_t size) {
+  InMemoryValues* const block = m_typed.TakeIfLarge(size);
+  if (!block) return;
+  if (m_mayBeSigned && !m_hadSigned) m_hadSigned = !AllFit(*block, OdsType::Byte);
+  if (!m_spooled) m_spooled = std::make_shared<SpooledValues>(m_spool);
+  m_spooled->Add(*block);
+  block->Clear();
+}
+
+void ColumnContent::EndTyped() {
+  std::shared_ptr<InMemoryValues> rest = m_typed.End();
+  if (!m_spool || (!m_spooled && (!rest || rest->SizeInBytes() < kLeastSpooled))) {
+    inlineValues = InlineValues(std::shared_ptr<const InMemoryValues>(std::move(rest)));
+    return;
+  }
+  if (!m_spooled) m_spooled = std::make_shared<SpooledValues>(m_spool);
+  const OdsType restType = rest ? rest->Type() : OdsType::Byte;
+  if (rest) m_spooled->Add(*rest);
+  // Bytes come as Shorts until the last of them has shown whether they are signed.
+  if (m_mayBeSigned) {
+    const bool isSigned = m_hadSigned || restType == OdsType::Short;
+    if (m_hadSigned && restType != OdsType::Short) m_typed.WarnOfSignedBytes();
+    m_spooled->ShowAs(isSigned ? OdsType::Short : OdsType::Byte);
+  }
+  inlineValues = InlineValues(std::shared_ptr<const SpooledValues>(std::move(m_spooled)));
+}
+
+void ColumnContent::MakeFlags() {
+  if (StorageKindOf(inlineValues.Type()) != StorageKind::Integer) {
     m_context.Refuse(Join({m_what, u" aren't integers"}));
   }
-  std::vector<std::int64_t> numbers(static_cast<std::size_t>(inlineValues->Count()));
-  inlineValues->ReadIntegers(0, numbers);
-  for (const std::int64_t number : numbers) {
-    if (!flags->AddInteger(number)) m_context.Refuse(Join({m_what, u" are out of range"}));
+  const auto source = inlineValues.Open();
+  const auto make = [&](const auto& add) {
+    std::vector<std::int64_t> numbers;
+    for (std::uint64_t first = 0; first < source->Count(); first += kFlagsAtOnce) {
+      numbers.resize(static_cast<std::size_t>(std::min(kFlagsAtOnce, source->Count() - first)));
+      source->ReadIntegers(first, numbers);
+      InMemoryValues flags(OdsType::Short);
+      for (const std::int64_t number : numbers) {
+        if (!flags.AddInteger(number)) m_context.Refuse(Join({m_what, u" are out of range"}));
+      }
+      add(flags);
+    }
+  };
+  if (m_spool) {
+    auto flags = std::make_shared<SpooledValues>(m_spool);
+    make([&](const InMemoryValues& piece) { flags->Add(piece); });
+    inlineValues = InlineValues(std::shared_ptr<const SpooledValues>(std::move(flags)));
+  } else {
+    auto flags = std::make_shared<InMemoryValues>(OdsType::Short);
+    make([&](const InMemoryValues& piece) {
+      flags->AddPacked(piece.Packed().data(), static_cast<std::size_t>(piece.Count()));
+    });
+    inlineValues = InlineValues(std::shared_ptr<const InMemoryValues>(std::move(flags)));
   }
-  inlineValues = std::move(flags);
 }
 
 std::uint64_t ColumnContent::ReadCount(std::u16string_view text) {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "core/plugins/atfx/ComponentValues.h"
+#include "core/plugins/atfx/InlineValues.h"
 #include "core/plugins/atfx/ReadContext.h"
 #include "core/plugins/atfx/TypedContent.h"
 
@@ -28,7 +29,9 @@ std::u16string_view InlineTagOf(OdsType type);
 /// by components; of several inline lists the last one counts, components add up.
 class ColumnContent {
  public:
-  explicit ColumnContent(ReadContext& context) : m_context(context), m_typed(context) {}
+  /// \param spool  where long inline values go while they come in; null: they stay in memory.
+  ColumnContent(ReadContext& context, std::shared_ptr<ValueSpool> spool)
+      : m_context(context), m_spool(std::move(spool)), m_typed(context) {}
   ColumnContent(const ColumnContent&) = delete;
   ColumnContent& operator=(const ColumnContent&) = delete;
 
@@ -41,16 +44,24 @@ class ColumnContent {
   void End();
 
   /// After `End`; may be taken. Components name files by the identifiers of the file section.
-  std::shared_ptr<InMemoryValues> inlineValues;
+  InlineValues inlineValues;
   std::vector<Component> components;
 
  private:
   enum class Part : std::uint8_t { Top, Typed, Component, Leaf, Unknown };
+  void BeginTyped(const TypedContent::Rules& rules);
+  void SpoolIfLarge(std::size_t size);
+  void EndTyped();
+  void MakeFlags();
   void EndLeaf();
   std::uint64_t ReadCount(std::u16string_view text);
 
   ReadContext& m_context;
+  std::shared_ptr<ValueSpool> m_spool;
   TypedContent m_typed;
+  std::shared_ptr<SpooledValues> m_spooled;  // of the open element, if there are any
+  bool m_mayBeSigned = false;                // the open element holds bytes, perhaps signed ones
+  bool m_hadSigned = false;                  // there were some among those spooled
   bool m_isFlags = false;
   bool m_isOwnText = false;  // the typed content is that of the element itself
   Part m_part = Part::Top;

@@ -23,12 +23,13 @@ bool IsDateText(std::u16string_view text) {
 }  // namespace
 
 InstanceSection::InstanceSection(ReadContext& context, std::shared_ptr<const Model> model,
-                                 std::shared_ptr<ComponentFiles> files)
+                                 std::shared_ptr<ComponentFiles> files,
+                                 std::shared_ptr<ValueSpool> spool)
     : m_context(context),
       m_builder(std::move(model)),
       m_fields(m_builder.GetModel()),
       m_typed(context),
-      m_columnContent(context),
+      m_columnContent(context, std::move(spool)),
       m_instanceAttributes(context, m_builder),
       m_columns(context, m_builder, std::move(files)) {}
 

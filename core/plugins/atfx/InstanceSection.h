@@ -21,7 +21,7 @@ namespace hv::vex::engine::atfx {
 class InstanceSection {
  public:
   InstanceSection(ReadContext& context, std::shared_ptr<const Model> model,
-                  std::shared_ptr<ComponentFiles> files);
+                  std::shared_ptr<ComponentFiles> files, std::shared_ptr<ValueSpool> spool);
   InstanceSection(const InstanceSection&) = delete;
   InstanceSection& operator=(const InstanceSection&) = delete;
 

@@ -13,10 +13,18 @@ namespace hv::vex::engine::atfx {
 
 namespace {
 
-bool AnyDiffers(const InMemoryValues& flags, std::int64_t from) {
-  std::vector<std::int64_t> numbers(static_cast<std::size_t>(flags.Count()));
-  flags.ReadIntegers(0, numbers);
-  return std::any_of(numbers.begin(), numbers.end(), [&](std::int64_t n) { return n != from; });
+bool AnyDiffers(const InlineValues& flags, std::int64_t from) {
+  constexpr std::uint64_t kAtOnce = 1 << 16;
+  const auto source = flags.Open();
+  std::vector<std::int64_t> numbers;
+  for (std::uint64_t first = 0; first < source->Count(); first += kAtOnce) {
+    numbers.resize(static_cast<std::size_t>(std::min(kAtOnce, source->Count() - first)));
+    source->ReadIntegers(first, numbers);
+    if (std::any_of(numbers.begin(), numbers.end(), [&](std::int64_t n) { return n != from; })) {
+      return true;
+    }
+  }
+  return false;
 }
 
 std::u16string NumberText(std::uint64_t number) {
@@ -33,16 +41,16 @@ void NameFile(Component* component, const FileSection& files) {
 void LocalColumns::AddColumn(EntityId entity, Row row, RecordId id, Draft&& draft) {
   Column column{{entity, id}, row, draft.representation, std::move(draft.values), false, nullptr};
   column.hasOwnFlags = draft.flags || !draft.flagComponents.empty();
-  if (draft.globalFlag && ((draft.flags && AnyDiffers(*draft.flags, *draft.globalFlag)) ||
+  if (draft.globalFlag && ((draft.flags && AnyDiffers(draft.flags, *draft.globalFlag)) ||
                            !draft.flagComponents.empty())) {
     m_context.Warn(Join({u"column '", draft.name, u"' has a global flag and single flags"}));
   }
   if (column.values) {
-    m_builder.SetValues(entity, row, std::shared_ptr<const InMemoryValues>(column.values));
+    column.values.GiveAsValues(m_builder, entity, row);
     ShowAsExplicit(column);
   }
   if (draft.flags) {
-    m_builder.SetFlags(entity, row, std::shared_ptr<const InMemoryValues>(std::move(draft.flags)));
+    draft.flags.GiveAsFlags(m_builder, entity, row);
     draft.flagComponents.clear();
   }
   if (column.values) draft.valueComponents.clear();
@@ -257,7 +265,7 @@ void LocalColumns::FindWantedTypes(const MemoryStore& store,
 }
 
 std::optional<std::uint64_t> LocalColumns::CountOf(const Column& column) {
-  if (column.values) return column.values->Count();
+  if (column.values) return column.values.Count();
   if (!column.outside) return std::nullopt;
   std::uint64_t count = 0;
   for (const Component& component : column.outside->values) {

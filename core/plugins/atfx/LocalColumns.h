@@ -34,7 +34,7 @@ class LocalColumns {
   /// What is known of one column while its instance is read.
   struct Draft {
     std::u16string name;
-    std::shared_ptr<InMemoryValues> values, flags;
+    InlineValues values, flags;
     std::vector<Component> valueComponents, flagComponents;
     std::optional<std::int64_t> representation, globalFlag;
   };
@@ -78,7 +78,7 @@ class LocalColumns {
     RecordRef record;
     Row row;
     std::optional<std::int64_t> representation;
-    std::shared_ptr<InMemoryValues> values;
+    InlineValues values;
     bool hasOwnFlags;
     std::shared_ptr<Outside> outside;
   };

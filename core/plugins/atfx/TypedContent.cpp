@@ -23,6 +23,7 @@ void TypedContent::Begin(const Rules& rules, std::u16string_view what) {
   m_isNumeric = IsNumericType(rules);
   m_hadItem = false;
   m_hadUnknownItem = false;
+  m_wasTaken = false;
   m_part = Part::Direct;
   m_outer.clear();
   m_text.clear();
@@ -90,7 +91,7 @@ void TypedContent::OnText(std::u16string_view text) {
     case Part::Direct:
       if (m_isNumeric) {
         Feed(text);
-      } else if (!m_hadItem) {
+      } else if (!m_hadItem && !IsBlankBetweenBytes(text)) {
         m_direct += text;
       }
       break;
@@ -163,6 +164,19 @@ std::shared_ptr<InMemoryValues> TypedContent::End() {
   return std::move(m_values);
 }
 
+/// Byte strings come in many pairs of tags, and what separates those must not pile up.
+bool TypedContent::IsBlankBetweenBytes(std::u16string_view text) const {
+  return m_direct.empty() && StorageKindOf(m_rules.type) == StorageKind::Bytes && IsAllBlank(text);
+}
+
+InMemoryValues* TypedContent::TakeIfLarge(std::size_t size) {
+  if (m_values->SizeInBytes() < size) return nullptr;
+  // Half a complex number waits for the other half.
+  if (m_isNumeric && m_numbers.Count() % PartsOf(m_rules.type) != 0) return nullptr;
+  m_wasTaken = true;
+  return m_values.get();
+}
+
 void TypedContent::Feed(std::u16string_view text) {
   if (!m_numbers.Feed(text)) RefuseNumber();
 }
@@ -205,7 +219,7 @@ void TypedContent::EndDirectText() {
 }
 
 void TypedContent::EndDirectBytes() {
-  if (m_values->Count() != 0 || IsAllBlank(m_direct)) return;
+  if (m_wasTaken || m_values->Count() != 0 || IsAllBlank(m_direct)) return;
   BeginSequence();
   Feed(m_direct);
   if (m_rules.plainBytesAreNumbers) {
@@ -262,6 +276,10 @@ void TypedContent::AddBlob(std::span<const std::byte> bytes) {
   m_blobHeader.clear();
 }
 
+void TypedContent::WarnOfSignedBytes() {
+  m_context.Warn(Join({m_what, u" holds signed bytes; read as short integers"}));
+}
+
 void TypedContent::NarrowBytes() {
   std::vector<std::int64_t> numbers(static_cast<std::size_t>(m_values->Count()));
   m_values->ReadIntegers(0, numbers);
@@ -269,7 +287,7 @@ void TypedContent::NarrowBytes() {
   bytes->Reserve(numbers.size());
   for (const std::int64_t number : numbers) {
     if (!bytes->AddInteger(number)) {
-      m_context.Warn(Join({m_what, u" holds signed bytes; read as short integers"}));
+      WarnOfSignedBytes();
       return;
     }
   }

@@ -38,6 +38,11 @@ class TypedContent {
   void OnEnd();
   /// Closes the element and gives its values; null if it held none at all.
   std::shared_ptr<InMemoryValues> End();
+  /// Inside an element: what was collected so far, if it is `size` bytes or more and may be taken
+  /// away (by clearing it) without harm to what follows; else null. `End` then gives the rest.
+  [[nodiscard]] InMemoryValues* TakeIfLarge(std::size_t size);
+  /// Tells that bytes of this element are read as Shorts.
+  void WarnOfSignedBytes();
   /// True if a number couldn't be read as an item of the enumeration; after `End`.
   [[nodiscard]] bool HadUnknownItem() const { return m_hadUnknownItem; }
 
@@ -56,6 +61,7 @@ class TypedContent {
     Unknown,  // and everything below it
   };
   [[nodiscard]] Part PartOfTag(std::u16string_view name) const;
+  [[nodiscard]] bool IsBlankBetweenBytes(std::u16string_view text) const;
   void EndDirectText();
   void EndDirectBytes();
   void AddBlob(std::span<const std::byte> bytes);
@@ -74,6 +80,7 @@ class TypedContent {
   bool m_isNumeric = false;
   bool m_hadItem = false;
   bool m_hadUnknownItem = false;
+  bool m_wasTaken = false;  // some of the values
   Part m_part = Part::Direct;
   std::vector<Part> m_outer;
   NumberList m_numbers;

@@ -171,6 +171,33 @@ std::shared_ptr<InMemoryValues> InMemoryValues::FromFlags(std::span<const std::i
   return values;
 }
 
+InMemoryValues InMemoryValues::FromImage(OdsType type, std::uint64_t count,
+                                         std::span<const std::byte> image) {
+  InMemoryValues values(type);
+  if (values.m_width == 0) {
+    values.m_ends.resize(static_cast<std::size_t>(count));
+    const std::size_t head = values.m_ends.size() * sizeof(std::uint64_t);
+    if (head != 0) std::memcpy(values.m_ends.data(), image.data(), head);
+    image = image.subspan(head);
+  }
+  values.m_data.assign(image.begin(), image.end());
+  return values;
+}
+
+Bytes InMemoryValues::Image() const {
+  const auto ends = std::as_bytes(std::span(m_ends));
+  Bytes image;
+  image.reserve(SizeInBytes());
+  image.insert(image.end(), ends.begin(), ends.end());
+  image.insert(image.end(), m_data.begin(), m_data.end());
+  return image;
+}
+
+void InMemoryValues::Clear() {
+  m_data.clear();
+  m_ends.clear();
+}
+
 void InMemoryValues::Reserve(std::size_t count) {
   if (m_width != 0) {
     m_data.reserve(m_data.size() + count * m_width * PartsOf(m_type));

@@ -31,7 +31,13 @@ class InMemoryValues final {
   /// Flags: Shorts.
   static std::shared_ptr<InMemoryValues> FromFlags(std::span<const std::int16_t> flags);
 
+  /// What `Image` gave for `count` values of that type.
+  static InMemoryValues FromImage(OdsType type, std::uint64_t count,
+                                  std::span<const std::byte> image);
+
   void Reserve(std::size_t count);
+  /// Drops all values and keeps the room.
+  void Clear();
   /// Adds one integer; false if it doesn't fit the type, or the type isn't an Integer one.
   bool AddInteger(std::int64_t value);
   /// Adds one real, which for complex types is half an element; false if the type isn't a Real one.
@@ -57,6 +63,13 @@ class InMemoryValues final {
                  const std::function<void(std::span<const std::byte>)>& sink) const;
   /// The packed numbers; empty for texts and byte strings.
   [[nodiscard]] std::span<const std::byte> Packed() const;
+
+  /// Everything as bytes, for this process alone.
+  [[nodiscard]] Bytes Image() const;
+  /// About what they take in memory.
+  [[nodiscard]] std::size_t SizeInBytes() const {
+    return m_data.size() + m_ends.size() * sizeof(std::uint64_t);
+  }
 
   /// A source that reads `values` and keeps them alive.
   static std::unique_ptr<ValueSource> Open(std::shared_ptr<const InMemoryValues> values);
