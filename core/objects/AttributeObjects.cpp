@@ -198,12 +198,17 @@ void ValueAttribute::SetIntegers(std::uint64_t count, const std::int64_t* values
   Write([&](Value& value) { SetAll(value, count, values); });
 }
 
+void ValueAttribute::SetDataType(std::int32_t) {
+  throw Exception(errc::kNotSupported, u"the attribute has the type of its model");
+}
+
 // --- ColumnAttribute --------------------------------------------------------------------------
 
-ColumnAttribute::ColumnAttribute(std::u16string name, OdsType typeIfEmpty, Opener open,
-                                 Writer write)
+ColumnAttribute::ColumnAttribute(std::u16string name, OdsType typeIfEmpty, bool isTypeFree,
+                                 Opener open, Writer write)
     : m_name(std::move(name)),
       m_typeIfEmpty(typeIfEmpty),
+      m_isTypeFree(isTypeFree),
       m_open(std::move(open)),
       m_write(std::move(write)) {
   Reopen();
@@ -385,6 +390,18 @@ void ColumnAttribute::SetIntegers(std::uint64_t count, const std::int64_t* value
     SetAll(all, count, values);
     m_write(all, false);
     Reopen();
+  });
+}
+
+void ColumnAttribute::SetDataType(std::int32_t typeCode) {
+  Seam([&] {
+    if (!m_isTypeFree) throw Exception(errc::kNotSupported, u"flags have a type of their own");
+    if (GetCount() > 0) throw Exception(errc::kInvalidArgument, u"the column has values already");
+    const auto type = OdsTypeOfSeam(typeCode);
+    const bool isOfValues = type && *type != OdsType::Enum && *type != OdsType::ExternalReference;
+    if (!isOfValues) throw Exception(errc::kWrongType, u"values can't have that type");
+    m_source.reset();
+    m_typeIfEmpty = *type;
   });
 }
 

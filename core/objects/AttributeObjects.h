@@ -49,6 +49,7 @@ class ValueAttribute final : public cor::Counted<IAttribute> {
   void SetBytes(std::uint64_t index, const std::byte* bytes, std::size_t size) override;
   void SetReals(std::uint64_t count, const double* values) override;
   void SetIntegers(std::uint64_t count, const std::int64_t* values) override;
+  void SetDataType(std::int32_t typeCode) override;
 
   [[nodiscard]] const Value& Get() const { return m_value; }
 
@@ -73,7 +74,9 @@ class ColumnAttribute final : public cor::Counted<IAttribute> {
   /// Replaces all values, or adds to them.
   using Writer = std::function<void(const Value&, bool append)>;
   using Opener = std::function<std::unique_ptr<ValueSource>()>;
-  ColumnAttribute(std::u16string name, OdsType typeIfEmpty, Opener open, Writer write);
+  /// \param isTypeFree  the type may be chosen as long as there are no values
+  ColumnAttribute(std::u16string name, OdsType typeIfEmpty, bool isTypeFree, Opener open,
+                  Writer write);
 
   std::uint64_t GetCount() override;
   void GetName(WString& name) override;
@@ -96,6 +99,7 @@ class ColumnAttribute final : public cor::Counted<IAttribute> {
   void SetBytes(std::uint64_t index, const std::byte* bytes, std::size_t size) override;
   void SetReals(std::uint64_t count, const double* values) override;
   void SetIntegers(std::uint64_t count, const std::int64_t* values) override;
+  void SetDataType(std::int32_t typeCode) override;
 
  private:
   ~ColumnAttribute() override = default;
@@ -108,6 +112,7 @@ class ColumnAttribute final : public cor::Counted<IAttribute> {
 
   std::u16string m_name;
   OdsType m_typeIfEmpty;
+  bool m_isTypeFree;
   Opener m_open;
   Writer m_write;
   std::unique_ptr<ValueSource> m_source;  // null: no values
@@ -137,6 +142,7 @@ class ValuelessAttribute : public cor::Counted<IAttribute, Faces...> {
   void SetBytes(std::uint64_t, const std::byte*, std::size_t) override { Refuse(); }
   void SetReals(std::uint64_t, const double*) override { Refuse(); }
   void SetIntegers(std::uint64_t, const std::int64_t*) override { Refuse(); }
+  void SetDataType(std::int32_t) override { Refuse(); }
 
  protected:
   ~ValuelessAttribute() override = default;

@@ -105,7 +105,7 @@ Ref<IAttribute> InstanceObject::ModelAttribute(std::int32_t index) {
   if (isColumn && IsColumnMember(attribute)) {
     if (attribute.baseName == u"flags") {
       return MakeRef<ColumnAttribute>(
-          attribute.name, OdsType::Short,
+          attribute.name, OdsType::Short, false,
           [hold, record] { return hold->Records().OpenFlags(record); },
           writable
               ? ColumnAttribute::Writer([hold, record, index](const Value& value, bool append) {
@@ -123,7 +123,7 @@ Ref<IAttribute> InstanceObject::ModelAttribute(std::int32_t index) {
               : nullptr);
     }
     return MakeRef<ColumnAttribute>(
-        attribute.name, QuantityType(),
+        attribute.name, QuantityType(), true,
         [hold, record] { return hold->Records().OpenValues(record); },
         writable ? ColumnAttribute::Writer([hold, record](const Value& value, bool append) {
           hold->Records().WriteValues(record, value, {}, append);

@@ -16,6 +16,8 @@ inline constexpr auto kStoreElementWithBulkGetFlags =
 inline constexpr auto kStoreElementWithBulkPutFlags =
     Errors(u"PutFlags", On(E_INVALIDARG, 211, CallNumber(0), Literal(u"Flags")));
 
+inline constexpr auto kStoreElementWithBulkGetDataType =
+    Errors(u"DataType", On(VEX_E_BAD_QUANTITY_TYPE, 352));
 inline constexpr auto kStoreElementWithBulkPutDataType =
     Errors(u"PutDataType", On(VEX_E_TYPE_ALREADY_SET, 355), On(E_INVALIDARG, 364, CallNumber(0)));
 

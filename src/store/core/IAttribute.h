@@ -69,6 +69,13 @@ class IAttribute : public IUnknown {
   virtual void SetReals(std::uint64_t count, const double* values) = 0;
   virtual void SetIntegers(std::uint64_t count, const std::int64_t* values) = 0;
 
+  // Added behind those.
+
+  /// Chooses the type of a column's values before the first of them is written; it is kept with
+  /// them. kInvalidArgument for a column that has values, kWrongType for a type that none has,
+  /// kNotSupported for everything but the values of a column.
+  virtual void SetDataType(std::int32_t typeCode) = 0;
+
  protected:
   ~IAttribute() = default;
 };
