@@ -119,6 +119,10 @@ Result CVEXElementsInt::put_MaxCount(std::int32_t maxCount) {
 }
 
 Result CVEXElementsInt::Sort(const Variant& property, const Variant& ascending) {
+  return SortElements(Logic(), property, ascending);
+}
+
+Result SortElements(IVEXElementsImpl& elements, const Variant& property, const Variant& ascending) {
   bool isAscending = true;
   if (const Variant& order = ascending.Dereferenced(); !order.IsMissing()) {
     Variant truth;
@@ -126,9 +130,9 @@ Result CVEXElementsInt::Sort(const Variant& property, const Variant& ascending) 
     isAscending = truth.AsInt64() != 0;
   }
   const Variant& name = property.Dereferenced();
-  if (name.IsMissing()) return Logic().SortByName(isAscending);
+  if (name.IsMissing()) return elements.SortByName(isAscending);
   HV_RETURN_CODE_IF(!name.Is(VT_BSTR) || name.AsText().empty(), DISP_E_TYPEMISMATCH);
-  return Logic().SortByProperty(name.AsText(), isAscending);
+  return elements.SortByProperty(name.AsText(), isAscending);
 }
 
 }  // namespace hv::vex::easyImpl

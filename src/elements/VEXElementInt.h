@@ -14,6 +14,9 @@
 
 namespace hv::vex::easyImpl {
 
+/// The body of `Sort` of wrappers of lists, see `IVEXElements`.
+Result SortElements(IVEXElementsImpl& elements, const Variant& property, const Variant& ascending);
+
 /// An element without anything special to its kind.
 class CVEXElementInt final
     : public automation::DispatchImpl<CVEXElementInt, IVEXElementEx_1_9, IVEXElement, IVEXElementEx,
