@@ -8,6 +8,7 @@
 #include "automation/DispatchMap.h"
 #include "automation/Guards.h"
 #include "automation/MessageFormat.h"
+#include "automation/MessageTexts.h"
 #include "automation/StringTable.h"
 
 namespace hv::automation {
@@ -100,6 +101,14 @@ std::u16string_view TypeNameOfArgument(std::span<const Variant> args, std::size_
   return at == std::end(kNames) ? u"Variant" : at->name;
 }
 
+WString MessageTextOfArgument(std::span<const Variant> args, std::size_t index, ObjectTextId id) {
+  if (index >= args.size()) return {};
+  const Variant& object = args[index].Dereferenced();
+  const auto texts =
+      object.Is(VT_DISPATCH) ? QueryRef<IMessageTexts>(object.AsObject()) : Ref<IMessageTexts>();
+  return texts ? texts->GetMessageText(id) : WString();
+}
+
 /// What a call is made of, for the code that words its failure.
 struct CallContext {
   const DispatchMap& map;
@@ -120,6 +129,9 @@ MessageArg ValueOf(const ErrorArg& arg, const CallContext& call) {
     case ErrorArg::Source::ObjectText:
       if (!call.map.objectText) break;
       return MessageArg(call.map.objectText(call.self, static_cast<ObjectTextId>(arg.index)));
+    case ErrorArg::Source::ArgumentText:
+      return MessageArg(
+          MessageTextOfArgument(call.args, arg.index, static_cast<ObjectTextId>(arg.id)));
     case ErrorArg::Source::Literal:
     case ErrorArg::Source::None:
       break;

@@ -22,17 +22,29 @@ struct ErrorArg {
     CallNumber,    ///< argument `index` of the call, converted to a 32-bit integer
     CallTypeName,  ///< the script's word for the type of argument `index` of the call
     ObjectText,    ///< a text that the wrapper supplies, numbered by `index`
+    ArgumentText,  ///< a text that argument `index` of the call supplies, numbered by `id`
   };
   Source source = Source::None;
   std::uint8_t index = 0;
   std::u16string_view text{};
+  std::uint8_t id = 0;
 };
 
-/// The texts that wrappers supply for messages (`DispatchMap::objectText`).
-enum class ObjectTextId : std::uint8_t { StoreName = 0, ObjectName = 1 };
+/// The texts that wrappers supply for messages (`DispatchMap::objectText`, `IMessageTexts`).
+enum class ObjectTextId : std::uint8_t {
+  StoreName = 0,
+  ObjectName = 1,
+  QueryLogic = 2,     ///< of a query: its logic
+  QueryOperator = 3,  ///< of a query: the operator that can't take several values
+  LongestValue = 4,   ///< of a query: how long a value may be in its store
+};
 
 constexpr ErrorArg Literal(std::u16string_view text) {
   return {ErrorArg::Source::Literal, 0, text};
+}
+/// The argument must be an object with the face `IMessageTexts`; otherwise the text is empty.
+constexpr ErrorArg ArgumentText(std::uint8_t index, ObjectTextId id) {
+  return {ErrorArg::Source::ArgumentText, index, {}, static_cast<std::uint8_t>(id)};
 }
 constexpr ErrorArg CallText(std::uint8_t index) { return {ErrorArg::Source::CallText, index, {}}; }
 constexpr ErrorArg CallNumber(std::uint8_t index) {

@@ -61,7 +61,12 @@ inline constexpr auto kDataStoreSearch = Errors(
     On(VEX_E_NOT_STORE_QUERY, 222, Literal(u"Query<DataStore>"), Literal(u"Search"),
        Literal(u"Query")),
     On(E_HANDLE, 222, Literal(u"Query<DataStore>"), Literal(u"Search"), Literal(u"Query")),
-    On(VEX_E_OTHER_STORE, 334));
+    On(VEX_E_OTHER_STORE, 334),
+    // What the query has to say of itself.
+    On(E_INVALIDARG, 265), On(VEX_E_BAD_LOGIC, 298, ArgumentText(0, ObjectTextId::QueryLogic)),
+    On(VEX_E_OR_OPERATOR, 301, ArgumentText(0, ObjectTextId::QueryOperator)),
+    On(VEX_E_VALUE_TYPE, 295),
+    On(VEX_E_VALUE_TOO_LONG, 270, ArgumentText(0, ObjectTextId::LongestValue)));
 
 inline constexpr auto kDataStoreSave = Errors(u"Save", On(E_FAIL, 344));
 

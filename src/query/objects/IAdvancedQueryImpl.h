@@ -16,11 +16,11 @@
 namespace hv::vex {
 
 namespace easyImpl {
+class CDataStoreConditionCollImpl;
 class IConditionCollImpl;
 class IConditionImpl;
 class IVEXElementImpl;
 }  // namespace easyImpl
-class CDataStoreConditionCollImpl;
 class IIdentifierMapper;
 class IInstance;
 class IStore;
@@ -34,7 +34,7 @@ class IQueryImpl : public IUnknown {
   virtual bool IsKindOf(enumQueryType type) = 0;
   /// True if there is no condition; free text and logic don't count.
   virtual bool IsEmpty() = 0;
-  /// The query's text for hosts: the plain form of `BuildPlainExpression`.
+  /// The whole text for the query's own return type, without a limit.
   virtual Result GetExpression(IStoreConfigHelper& config, WString* text) = 0;
 
  protected:
@@ -134,7 +134,7 @@ class IAdvancedQueryImpl : public IQueryImpl {
   [[nodiscard]] virtual std::int32_t GetFilterActive() = 0;
   virtual void SetFilterActive(std::int32_t filterActive) = 0;
   /// The conditions as those of a store; null for a query of another kind. Not counted.
-  [[nodiscard]] virtual CDataStoreConditionCollImpl* GetStoreConditions() = 0;
+  [[nodiscard]] virtual easyImpl::CDataStoreConditionCollImpl* GetStoreConditions() = 0;
   /// Finds all names anew if the model has changed.
   /// \return S_OK; VEX_E_OTHER_STORE if one doesn't fit any more
   virtual Result Sync() = 0;
