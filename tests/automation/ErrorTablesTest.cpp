@@ -6,6 +6,7 @@
 #include "automation/MessageFormat.h"
 #include "automation/rows/BrowseSettings.h"
 #include "automation/rows/Collections.h"
+#include "automation/rows/Conditions.h"
 #include "automation/rows/ContextParameterSet.h"
 #include "automation/rows/ContextParameters.h"
 #include "automation/rows/DataStore.h"
@@ -40,6 +41,12 @@ const TableCase kTables[] = {
     HV_TABLE(kElementsCount),
     HV_TABLE(kElementsNewEnum),
     HV_TABLE(kModelReferencesExists),
+    HV_TABLE(kConditionsAdd),
+    HV_TABLE(kConditionsItem),
+    HV_TABLE(kConditionsRemove),
+    HV_TABLE(kConditionsPutLogic),
+    HV_TABLE(kConditionsAddOrderBy),
+    HV_TABLE(kConditionValues),
     HV_TABLE(kContextParameterSetName),
     HV_TABLE(kContextParameterSetParameters),
     HV_TABLE(kContextParameterSetLoad),

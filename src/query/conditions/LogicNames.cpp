@@ -5,6 +5,33 @@
 
 namespace hv::vex {
 
+namespace {
+
+/// True if the text joins with OR and nothing else. Looks at letters, not at words: a stored logic
+/// has no others.
+bool IsOrChain(std::u16string_view logic) {
+  // Runs over the whole logic with every condition that is added.
+  const auto joinsOtherwise = [](char16_t unit) {
+    switch (unit) {
+      case u'A':
+      case u'N':
+      case u'D':
+      case u'a':
+      case u'n':
+      case u'd':
+      case u'(':
+      case u')':
+        return true;
+      default:
+        return false;
+    }
+  };
+  return std::none_of(logic.begin(), logic.end(), joinsOtherwise) &&
+         logic.find(u"OR") != logic.npos;
+}
+
+}  // namespace
+
 bool IsLogicName(std::u16string_view name) {
   return name.size() > 1 && name[0] == kNamePrefix &&
          std::all_of(name.begin() + 1, name.end(), logic::IsDigit);
@@ -38,10 +65,8 @@ WString ExtendLogic(std::u16string_view logic, std::u16string_view name) {
     extended = logic;
     if (!hasTrailingBlank) extended += u" ";
   } else {
-    const bool isOrChain =
-        logic.find_first_of(u"ANDand()") == logic.npos && logic.find(u"OR") != logic.npos;
     extended = hasTrailingBlank ? logic.substr(0, logic.size() - 1) : logic;
-    extended += isOrChain ? u" OR " : u" AND ";
+    extended += IsOrChain(logic) ? u" OR " : u" AND ";
   }
   extended += name;
   return extended;
