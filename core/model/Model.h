@@ -64,6 +64,9 @@ struct Relation {
   Relationship relationship = Relationship::None;
   bool isDeclared = true;  ///< false: made here because only the other side told of it
   [[nodiscard]] bool ToMany() const { return maxOccurs != 1; }
+  /// True if the target is a base entity, so that the relation leads to records of any entity that
+  /// stands on it. Only models without the standard's base model have such ones.
+  [[nodiscard]] bool IsMixed() const { return inverse == kNone; }
 };
 
 /// A member in the order of declaration: attributes and relations mixed.

@@ -225,7 +225,8 @@ Relation ModelAssembler::MakeRelation(const Entity& entity, const RelationSpec& 
   relation.source = entity.id;
   relation.inverseName = spec.inverseName;
   const Entity* target = m_model->FindAnyCase(spec.refTo);
-  if (target == nullptr || target->isBase != entity.isBase) {
+  const bool isMixed = m_draft.baseVersion == 0 && target != nullptr && target->isBase;
+  if (target == nullptr || (target->isBase != entity.isBase && !isMixed)) {
     ReportMember(true, entity, u"relation", spec.name,
                  u"refers to the element '" + spec.refTo + u"', which doesn't exist.");
   } else {

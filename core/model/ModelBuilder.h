@@ -50,7 +50,8 @@ class ModelBuilder {
   explicit ModelBuilder(std::u16string_view baseModelVersion);
   /// For documents whose base names are not the standard's: each base type becomes a base entity
   /// under its lower-case text, with the base attributes and relations that its elements declare.
-  /// An element may have no base type.
+  /// An element may have no base type. A relation to a base type leads to every element that stands
+  /// on it, and has no inverse.
   static ModelBuilder WithoutBaseModel();
   ModelBuilder(ModelBuilder&&) noexcept;
   ModelBuilder& operator=(ModelBuilder&&) noexcept;

@@ -102,6 +102,8 @@ void ModelAssembler::MakeMissingInverses() {
       const Relation& relation = entity.relations[i];
       if (relation.inverse != kNone) continue;
       Entity& target = m_entities[relation.target];
+      // Mixed relations have none.
+      if (target.isBase) continue;
       const BaseRelation* back = BaseInverseOf(relation);
       Relation made;
       made.name = FreeName(target, entity, relation);
@@ -143,6 +145,10 @@ void ModelAssembler::SettleRelationships() {
   for (EntityId id = m_firstApplicationEntity; id < m_entities.size(); ++id) {
     for (Relation& relation : m_entities[id].relations) {
       if (relation.relationship != Relationship::None) continue;
+      if (relation.inverse == kNone) {
+        relation.relationship = Relationship::InfoTo;
+        continue;
+      }
       Relation& inverse = m_entities[relation.target].relations[Pos(relation.inverse)];
       if (inverse.relationship == Relationship::None) {
         inverse.relationship = FromRanges(inverse, relation);

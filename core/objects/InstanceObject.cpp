@@ -295,6 +295,10 @@ IInstance* InstanceObject::CreateRelated(std::u16string_view reference) {
     CheckValid();
     const std::int32_t relation = RequireRelation(reference);
     const EntityId target = EntityOf().relations[static_cast<std::size_t>(relation)].target;
+    if (m_store->GetCoreModel().At(target).isBase) {
+      throw Exception(errc::kInvalidArgument,
+                      u"the reference leads to several entities: make the instance and link it");
+    }
     RecordStore& records = m_store->Records();
     const RecordRef created{target, records.Create(target)};
     records.Connect(m_record, relation, created);

@@ -108,7 +108,7 @@ void DocumentHandler::BeginInstance(std::u16string_view name, Tags attributes) {
     m_open.push_back({Kind::Mention});
     return;
   }
-  const Place place{entity->id, ++m_lastIds[entity->id]};
+  const RecordRef place{entity->id, ++m_lastIds[entity->id]};
   if (const auto* id = FindTagValue(attributes, u"id")) {
     if (!m_byId.emplace(*id, place).second) {
       m_context.Refuse({u"the id '", *id, u"' is there already"});
@@ -116,7 +116,7 @@ void DocumentHandler::BeginInstance(std::u16string_view name, Tags attributes) {
   }
   const std::optional<Row> row = m_builder->AppendRecord(place.entity, place.id);
   if (isInside) AddLink(around, place, {});
-  m_open.push_back({Kind::Instance, place.entity, row.value()});
+  m_open.push_back({Kind::Instance, place.entity, place.id, row.value()});
   m_contents.emplace_back();
 }
 
@@ -159,7 +159,7 @@ bool DocumentHandler::Fits(const Open& reference, EntityId target) const {
   return ModelOf().IsKindOf(target, RelationOf(reference).target);
 }
 
-void DocumentHandler::AddLink(const Open& from, std::optional<Place> target,
+void DocumentHandler::AddLink(const Open& from, std::optional<RecordRef> target,
                               std::u16string_view targetId) {
   const Relation& relation = RelationOf(from);
   if (!relation.ToMany() && !m_contents.back().fullReferences.insert(from.member).second) {
@@ -168,7 +168,7 @@ void DocumentHandler::AddLink(const Open& from, std::optional<Place> target,
   m_links.push_back({m_context.Line(), from, target, std::u16string(targetId)});
 }
 
-DocumentHandler::Place DocumentHandler::Resolve(const Link& link) const {
+RecordRef DocumentHandler::Resolve(const Link& link) const {
   if (link.target) return *link.target;
   const auto found = m_byId.find(link.targetId);
   if (found == m_byId.end()) {
@@ -182,12 +182,25 @@ DocumentHandler::Place DocumentHandler::Resolve(const Link& link) const {
 }
 
 std::unique_ptr<MemoryStore> DocumentHandler::Finish(MemoryPersistence persistence) {
+  std::vector<std::pair<Open, RecordRef>> mixed;
   for (const Link& link : m_links) {
     if (!link.target && m_skippedIds.contains(link.targetId)) continue;
-    m_builder->AddLink(link.from.entity, link.from.row, link.from.member, Resolve(link).id);
+    const RecordRef target = Resolve(link);
+    if (RelationOf(link.from).IsMixed()) {
+      mixed.emplace_back(link.from, target);
+    } else {
+      m_builder->AddLink(link.from.entity, link.from.row, link.from.member, target.id);
+    }
   }
   for (std::u16string& warning : m_context.Warnings()) m_builder->AddWarning(std::move(warning));
-  return m_builder->Finish(std::move(persistence), nullptr);
+  if (mixed.empty()) return m_builder->Finish(std::move(persistence), nullptr);
+  MemoryPersistence changeable;
+  changeable.save = [](const MemoryStore&, std::u16string_view) { return false; };
+  const std::unique_ptr<MemoryStore> store = m_builder->Finish(std::move(changeable), nullptr);
+  for (const auto& [from, target] : mixed) {
+    store->Connect({from.entity, from.id}, from.member, target);
+  }
+  return store->Clone(std::move(persistence));
 }
 
 }  // namespace hv::vex::engine::vexdoc

@@ -45,6 +45,7 @@ class DocumentHandler final : public xml::ISaxHandler {
   struct Open {
     Kind kind;
     EntityId entity = kNoEntity;
+    RecordId id = 0;
     Row row = kNoRow;
     std::int32_t member = kNone;  // index of the attribute or relation
   };
@@ -53,16 +54,11 @@ class DocumentHandler final : public xml::ISaxHandler {
     std::map<std::int32_t, Value> values;
     std::set<std::int32_t> fullReferences;  // to-one, with a target
   };
-  /// An instance as links name it.
-  struct Place {
-    EntityId entity;
-    RecordId id;
-  };
   /// Links are kept in their order, since some lead to instances that come later.
   struct Link {
     std::uint64_t line;
     Open from;
-    std::optional<Place> target;
+    std::optional<RecordRef> target;
     std::u16string targetId;  // in the document, if the target isn't here
   };
 
@@ -72,8 +68,8 @@ class DocumentHandler final : public xml::ISaxHandler {
   void Skip(std::u16string_view what, std::u16string_view name, Tags attributes);
   void EndAttribute();
   /// Notes a link; refuses a second target of a to-one reference.
-  void AddLink(const Open& from, std::optional<Place> target, std::u16string_view targetId);
-  [[nodiscard]] Place Resolve(const Link& link) const;
+  void AddLink(const Open& from, std::optional<RecordRef> target, std::u16string_view targetId);
+  [[nodiscard]] RecordRef Resolve(const Link& link) const;
   [[nodiscard]] bool Fits(const Open& reference, EntityId target) const;
   [[nodiscard]] const Model& ModelOf() const { return m_builder->GetModel(); }
   [[nodiscard]] const Entity& EntityOf(const Open& open) const { return ModelOf().At(open.entity); }
@@ -89,7 +85,7 @@ class DocumentHandler final : public xml::ISaxHandler {
   int m_skipped = 0;                 // tags that are open and left out
   std::u16string m_text;             // of the open attribute
   std::vector<RecordId> m_lastIds;   // by entity
-  std::map<std::u16string, Place, std::less<>> m_byId;
+  std::map<std::u16string, RecordRef, std::less<>> m_byId;
   std::set<std::u16string, std::less<>> m_skippedIds;
   std::vector<Link> m_links;
 };

@@ -1,5 +1,7 @@
 #include "core/plugins/vex/DocumentModels.h"
 
+#include <embedded/kBrowseSettingsModel.h>
+#include <embedded/kContextParameterModel.h>
 #include <embedded/kQueryModel.h>
 
 #include <span>
@@ -15,6 +17,10 @@ struct Resource {
   std::span<const char> text;
 };
 constexpr Resource kResources[] = {
+    {u"/DataModels/VEX/BrowseSettings/1_0", "browse-settings-1_0.xml",
+     embedded::kBrowseSettingsModel},
+    {u"/DataModels/VEX/ContextParameter/1_0", "context-parameter-1_0.xml",
+     embedded::kContextParameterModel},
     {u"/DataModels/VEX/Query/1_2", "query-1_2.xml", embedded::kQueryModel},
 };
 

@@ -27,7 +27,8 @@ class DefinitionHandler final : public xml::ISaxHandler {
       m_builder.AddPart(std::u16string(kOrganisation).append(m_path));
     } else if (m_depth == 2) {
       const std::u16string_view entity = Required(attributes, u"name");
-      if (!m_builder.BeginEntity(entity, {})) {
+      const std::u16string_view* kind = FindTagValue(attributes, u"kind");
+      if (!m_builder.BeginEntity(entity, kind ? *kind : std::u16string_view())) {
         m_context.Refuse({u"the entity '", entity, u"' is there already"});
       }
     } else if (!(name == u"attribute" ? AddAttribute(attributes) : AddReference(attributes))) {

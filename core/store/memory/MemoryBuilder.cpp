@@ -102,8 +102,9 @@ MemoryBuilder::MemoryBuilder(std::shared_ptr<const Model> model)
     auto& sides = m_sides[entity.id];
     sides.resize(entity.relations.size());
     for (std::int32_t r = 0; r < static_cast<std::int32_t>(sides.size()); ++r) {
-      // Every relation has an inverse, which names it back: the model sees to that.
+      // Every other relation has an inverse, which names it back: the model sees to that.
       const Relation& relation = entity.relations[static_cast<std::size_t>(r)];
+      if (relation.IsMixed()) continue;
       const std::pair inverse(relation.target, relation.inverse);
       Side& side = sides[static_cast<std::size_t>(r)];
       if (inverse < std::pair(entity.id, r)) {

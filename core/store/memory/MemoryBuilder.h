@@ -65,7 +65,8 @@ class MemoryBuilder {
   /// Sets any attribute; an unset value clears. False if type, sequence or range don't fit.
   bool SetValue(EntityId entity, Row row, std::int32_t attribute, const Value& value);
 
-  /// Notes a link to the record `target` of the relation's target entity.
+  /// Notes a link to the record `target` of the relation's target entity. Links of mixed relations
+  /// are for the finished store to make.
   void AddLink(EntityId entity, Row row, std::int32_t relation, RecordId target);
 
   /// The values of a local column: in memory, or opened when asked for. Null: none.

@@ -109,6 +109,7 @@ std::unique_ptr<MemoryStore> MemoryStore::Clone(MemoryPersistence persistence) c
   for (std::size_t i = 0; i < m_tables.size(); ++i) {
     if (m_tables[i] != nullptr) *clone->m_tables[i] = *m_tables[i];
   }
+  clone->m_mixedLinks = m_mixedLinks;
   clone->m_warnings = m_warnings;
   clone->m_contextValues = m_contextValues;
   return clone;
@@ -166,16 +167,24 @@ struct Ends {
   Link2 links;
 };
 
-/// Checks both records of a link. Only to be called once the store is known to be writable.
-Ends FindEnds(const MemoryStore& store, RecordRef record, std::int32_t relation, RecordRef target) {
+/// Checks both records of a link.
+std::pair<Row, Row> FindRows(const MemoryStore& store, RecordRef record, std::int32_t relation,
+                             RecordRef target) {
   const Model& model = *store.GetModel();
   const Row from = RowOf(store, record);
   const Relation& declared = RelationOf(model, record.entity, relation);
-  if (target.entity != declared.target) {
+  if (!model.IsKindOf(target.entity, declared.target)) {
     FailAt(store, record, errc::kWrongType,
            {u"relation ", declared.name, u" leads to ", model.At(declared.target).name});
   }
-  const Row to = RowOf(store, target);
+  return {from, RowOf(store, target)};
+}
+
+/// Only to be called once the store is known to be writable.
+Ends FindEnds(const MemoryStore& store, RecordRef record, std::int32_t relation, RecordRef target) {
+  const Model& model = *store.GetModel();
+  const auto [from, to] = FindRows(store, record, relation, target);
+  const Relation& declared = RelationOf(model, record.entity, relation);
   auto& sourceTable = const_cast<MemoryTable&>(store.Table(record.entity));
   auto& targetTable = const_cast<MemoryTable&>(store.Table(target.entity));
   return {from, to, {sourceTable.Links(relation), targetTable.Links(declared.inverse)}};
@@ -185,6 +194,12 @@ Ends FindEnds(const MemoryStore& store, RecordRef record, std::int32_t relation,
 
 void MemoryStore::Connect(RecordRef record, std::int32_t relation, RecordRef target) {
   (void)Writable(record.entity);
+  const Relation& declared = RelationOf(*m_model, record.entity, relation);
+  if (declared.IsMixed()) {
+    FindRows(*this, record, relation, target);
+    if (m_mixedLinks.Add(record, relation, target, declared.ToMany())) m_isModified = true;
+    return;
+  }
   const auto [from, to, links] = FindEnds(*this, record, relation, target);
   if (links.Has(from, to)) return;
   links.MakeRoom(from, to);
@@ -194,6 +209,11 @@ void MemoryStore::Connect(RecordRef record, std::int32_t relation, RecordRef tar
 
 void MemoryStore::Disconnect(RecordRef record, std::int32_t relation, RecordRef target) {
   (void)Writable(record.entity);
+  if (RelationOf(*m_model, record.entity, relation).IsMixed()) {
+    FindRows(*this, record, relation, target);
+    if (m_mixedLinks.Remove(record, relation, target)) m_isModified = true;
+    return;
+  }
   const auto [from, to, links] = FindEnds(*this, record, relation, target);
   if (!links.Has(from, to)) return;
   links.Remove(from, to);
@@ -205,12 +225,14 @@ void MemoryStore::Delete(RecordRef record) {
   const Row row = RowOf(*this, record);
   const auto& relations = m_model->At(record.entity).relations;
   for (std::size_t r = 0; r < relations.size(); ++r) {
+    if (relations[r].IsMixed()) continue;
     LinkColumn& backward = m_tables[relations[r].target]->Links(relations[r].inverse);
     const std::span<const Row> targets = table.Links(static_cast<std::int32_t>(r)).Of(row);
     for (const Row target : std::vector<Row>(targets.begin(), targets.end())) {
       backward.Remove(target, row);
     }
   }
+  m_mixedLinks.Forget(record);
   table.Remove(row);
   m_isModified = true;
 }
@@ -301,6 +323,7 @@ void MemoryStore::TakeOver(MemoryStore& other) {
     ++m_modelStamp;
   }
   m_tables.swap(other.m_tables);
+  std::swap(m_mixedLinks, other.m_mixedLinks);
   m_warnings.swap(other.m_warnings);
   m_contextValues.swap(other.m_contextValues);
   m_isModified = false;

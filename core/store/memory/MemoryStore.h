@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "core/store/RecordStore.h"
+#include "core/store/memory/MixedLinks.h"
 
 namespace hv::vex::engine {
 
@@ -109,6 +110,7 @@ class MemoryStore final : public RecordStore {
   std::shared_ptr<const Model> m_model;
   MemoryPersistence m_persistence;
   std::vector<std::unique_ptr<MemoryTable>> m_tables;  // one per entity of the model
+  MixedLinks m_mixedLinks;
   mutable std::vector<std::u16string> m_warnings;
   std::vector<std::pair<std::u16string, std::u16string>> m_contextValues;
   std::uint64_t m_modelStamp = 1;

@@ -150,10 +150,19 @@ Value MemoryStore::ReadValue(RecordRef record, std::int32_t attribute) const {
 std::vector<Link> MemoryStore::Follow(EntityId entity, std::int32_t relation,
                                       std::span<const RecordId> ids) const {
   const MemoryTable& table = Table(entity);
-  const EntityId targetEntity = RelationOf(*m_model, entity, relation).target;
+  const Relation& declared = RelationOf(*m_model, entity, relation);
+  const EntityId targetEntity = declared.target;
+  std::vector<Link> links;
+  if (declared.IsMixed()) {
+    for (std::size_t i = 0; i < ids.size(); ++i) {
+      for (const RecordRef to : m_mixedLinks.Of({entity, ids[i]}, relation)) {
+        links.push_back({static_cast<std::uint32_t>(i), to});
+      }
+    }
+    return links;
+  }
   const MemoryTable& target = Table(targetEntity);
   const LinkColumn& column = table.Links(relation);
-  std::vector<Link> links;
   links.reserve(column.IsToMany() ? 0 : ids.size());
   for (std::size_t i = 0; i < ids.size(); ++i) {
     const Row row = table.Find(ids[i]);

@@ -11,15 +11,16 @@ namespace hv::vex::engine::vexdoc {
 namespace {
 
 constexpr std::string_view kZoo = R"(<document_model path="/DataModels/Test/Zoo/1_3">
-<entity name="box">
+<entity name="box" kind="thing">
 <attribute name="label" type="DT_STRING"/><attribute name="size" type="DT_LONG"/>
 <attribute name="tiny" type="DT_BYTE"/><attribute name="weight" type="DT_DOUBLE"/>
 <attribute name="share" type="DT_FLOAT"/><attribute name="open" type="DT_BOOLEAN"/>
 <attribute name="day" type="DT_DATE"/><attribute name="marks" type="DS_STRING"/>
 <attribute name="steps" type="DS_SHORT"/>
 <reference name="inside" to="box" inverse="around"/><reference name="lid" to="lid" most="1"/>
+<reference name="things" to="thing"/><reference name="best" to="thing" most="1"/>
 </entity>
-<entity name="lid"><attribute name="colour" type="DT_STRING"/></entity>
+<entity name="lid" kind="thing"><attribute name="colour" type="DT_STRING"/></entity>
 </document_model>)";
 
 std::string Thrown(const std::function<void()>& run) {
@@ -124,6 +125,22 @@ const KeptCase kKept[] = {
   </inside>
  </box>
 )"},
+    {"PartsOfSeveralEntities", R"( <box>
+  <things>
+   <lid id="1">
+   </lid>
+   <box>
+    <label>a</label>
+   </box>
+   <lid>
+    <colour>red</colour>
+   </lid>
+  </things>
+  <best>
+   <lid ref="1"/>
+  </best>
+ </box>
+)"},
     {"OtherPeoplesLayout", " <box>\n  <label>1</label>\n  <size>7</size>\n </box>\n",
      "<!-- by hand --><box id='mine'><size>\n 7 </size><label>1</label></box>"},
     {"WhatANewerModelHas", " <box>\n  <inside>\n   <box>\n   </box>\n  </inside>\n </box>\n",
@@ -202,6 +219,8 @@ const RefusedCase kRefused[] = {
     {"NoTruth", "<box><open>maybe</open></box>", "3: 'maybe' is no value of 'open'"},
     {"NoDate", "<box><day>1 April</day></box>", "3: '1 April' is no value of 'day'"},
     {"AttributeTwice", "<box><size>1</size>\n<size>1</size></box>", "4: 'size' is there already"},
+    {"TwoBest", "<box><best><lid/>\n<box/></best></box>",
+     "4: the reference 'best' has room for one"},
     {"TwoLids", "<box><lid><lid/></lid>\n<lid><lid/></lid></box>",
      "4: the reference 'lid' has room for one"},
     {"IdTwice", "<box id='a'/>\n<lid id='a'/>", "4: the id 'a' is there already"},
@@ -214,6 +233,32 @@ const RefusedCase kRefused[] = {
 };
 INSTANTIATE_TEST_SUITE_P(Refused, VexDocumentRefused, ::testing::ValuesIn(kRefused),
                          [](const auto& row) { return std::string(row.param.name); });
+
+TEST(VexDocuments, ForgetDeletedThings) {
+  MemoryPersistence writable;
+  writable.save = [](const MemoryStore&, std::u16string_view) { return false; };
+  const auto store =
+      Read(Document("<box><things><lid/><box/><lid/></things></box>"))->Clone(std::move(writable));
+  const Entity& box = *store->GetModel()->Find(u"box");
+  const Entity& lid = *store->GetModel()->Find(u"lid");
+  const std::int32_t things = box.FindRelation(u"things");
+  const auto targets = [&] {
+    std::string text;
+    for (const Link& link : store->Follow(box.id, things, std::vector<RecordId>{1})) {
+      text += (link.target.entity == box.id ? "b" : "l") + std::to_string(link.target.id);
+    }
+    return text;
+  };
+  EXPECT_EQ("l1b2l2", targets());
+  store->Delete({lid.id, 1});
+  store->Connect({box.id, 1}, things, {box.id, 1});
+  store->Connect({box.id, 1}, things, {box.id, 2});  // has no effect
+  EXPECT_EQ("b2l2b1", targets());
+  store->Disconnect({box.id, 1}, things, {lid.id, 2});
+  EXPECT_EQ("b2b1", targets());
+  store->Delete({box.id, 1});
+  EXPECT_EQ("", targets());
+}
 
 TEST(VexDocuments, ReadWithTheTargetModelWhateverTheirVersion) {
   const std::string_view older = "<vex_document version='1' model='/DataModels/Test/Zoo/0_9'/>";

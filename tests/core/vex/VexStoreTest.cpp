@@ -154,6 +154,40 @@ TEST_F(VexStore, KeepsItsTextInAHostsHands) {
             Thrown([&] { m_environment->OpenStoreText(u"VEX", kTarget, u"<a/>"); }));
 }
 
+TEST_F(VexStore, KnowsItsModelsAndPartsOfSeveralEntities) {
+  for (const std::u16string_view path :
+       {u"/DataModels/VEX/Query/1_2", u"/DataModels/VEX/ContextParameter/1_0"}) {
+    const auto model =
+        Ref<IModel>::Adopt(New(u"<model>" + std::u16string(path) + u"</model>")->GetModel());
+    EXPECT_NE(0, model->HasModelPart(path));
+  }
+  const Ref<IStore> store = New(u"<model>/DataModels/VEX/BrowseSettings/1_0</model>");
+  const auto model = Ref<IModel>::Adopt(store->GetModel());
+  const auto make = [&](std::u16string_view name) {
+    const auto entity = Ref<IEntity>::Adopt(model->GetEntityByName(name));
+    return Ref<IInstance>::Adopt(store->CreateInstance(entity.Get()));
+  };
+  const Ref<IInstance> settings = make(u"browse_settings");
+  const Ref<IInstance> custom = make(u"customer_icon_info");
+  settings->Link(u"icon_list", make(u"icon_info").Get());
+  settings->Link(u"icon_list", custom.Get());
+  settings->Link(u"icon_list", make(u"icon_info").Get());
+  EXPECT_EQ("-1004 the instance's entity is not the reference's",
+            Thrown([&] { settings->Link(u"icon_list", make(u"level").Get()); }));
+  EXPECT_TRUE(Thrown([&] { settings->CreateRelated(u"icon_list"); }).starts_with("-1001 "));
+  WString text;
+  m_environment->GetStoreText(text, store.Get(), u"VEX");
+  const auto again = Ref<IStore>::Adopt(m_environment->OpenStoreText(u"VEX", u"", text));
+  const auto icons = Ref<IInstList>::Adopt(again->GetInstances(u"/#browse_settings.icon_list"));
+  std::string keys;
+  WString key;
+  for (std::uint64_t i = 0; i < icons->GetCount(); ++i) {
+    icons->GetKey(i, key);
+    keys += cor::ToUtf8(key) + " ";
+  }
+  EXPECT_EQ("icon_info:1 customer_icon_info:1 icon_info:2 ", keys);
+}
+
 TEST_F(VexStore, TellsWhyItCantBeMadeOrOpened) {
   EXPECT_EQ("-1003 there is no model \"/DataModels/VEX/Query/9_9\"",
             Thrown([&] { New(u"<model>/DataModels/VEX/Query/9_9</model>"); }));
