@@ -73,6 +73,9 @@ class Dialect {
   [[nodiscard]] virtual std::string IdList(std::string_view alias) const = 0;
   /// The join that keeps the order of its sides.
   [[nodiscard]] virtual std::string_view OrderedJoin() const = 0;
+  /// Stands behind a table in a statement: rows are found by that index (quoted), or, where it is
+  /// empty, by none but that of the ids. An empty text leaves the choice to the database.
+  [[nodiscard]] virtual std::string FoundBy(std::string_view quotedIndex) const = 0;
   /// Folded text and 14 digits of a date, for columns that no key is kept for.
   [[nodiscard]] virtual std::string FoldedText(std::string_view expression) const = 0;
   [[nodiscard]] virtual std::string Date14(std::string_view expression) const = 0;
@@ -91,11 +94,15 @@ class Dialect {
   /// The expression that finds all of the words (UTF-8), each as a part of a text.
   [[nodiscard]] virtual std::string TextIndexExpression(
       const std::vector<std::string>& words) const = 0;
+  /// The statement after which the transaction checks references only when it ends.
+  [[nodiscard]] virtual std::string_view DeferReferences() const = 0;
   [[nodiscard]] virtual std::string TableExists() const = 0;  ///< one bound name, any case
   /// Names of the columns of a table, in order (one bound name).
   [[nodiscard]] virtual std::string ColumnsOf() const = 0;
-  /// The statement after which the transaction checks references only when it ends.
-  [[nodiscard]] virtual std::string_view DeferReferences() const = 0;
+  /// Rows of all indexes: name, table.
+  [[nodiscard]] virtual std::string Indexes() const = 0;
+  /// Looks at a sample of all tables, so that the database knows how many rows indexes lead to.
+  [[nodiscard]] virtual std::string_view Analyze() const = 0;
   [[nodiscard]] virtual std::string Explain(std::string_view statement) const = 0;
   [[nodiscard]] virtual std::string Upsert(std::string_view insert,
                                            std::string_view conflictColumns,
@@ -122,12 +129,19 @@ class Connection {
   [[nodiscard]] virtual std::unique_ptr<BlobReader> OpenBlob(std::string_view table,
                                                              std::string_view column,
                                                              std::int64_t row) = 0;
+  /// A connection of its own for reading large values, which would drive everything else out of
+  /// this one's memory. It doesn't see what this one hasn't saved. Null for a database in memory,
+  /// and where another file has taken the place of this one.
+  [[nodiscard]] virtual std::shared_ptr<Connection> OpenReader() const = 0;
   /// Takes the right to write, waiting for other writers up to the time limit (kTimeout).
   virtual void Begin() = 0;
   virtual void Commit() = 0;
   virtual void Rollback() = 0;
   /// False also after a failure for which the database gave up all changes by itself.
   [[nodiscard]] virtual bool IsInTransaction() const = 0;
+  /// Asks again and again while a statement runs whether it may go on; one that may not fails with
+  /// kCancelled. Null: nobody is asked.
+  virtual void AskMeanwhile(std::function<bool()> mayGoOn) = 0;
 
  protected:
   friend class Run;
@@ -135,9 +149,6 @@ class Connection {
   std::unordered_map<std::string, std::vector<std::unique_ptr<Statement>>> m_idle;
 };
 
-  /// Asks again and again while a statement runs whether it may go on; one that may not fails with
-  /// kCancelled. Null: nobody is asked.
-  virtual void AskMeanwhile(std::function<bool()> mayGoOn) = 0;
 /// One use of a statement: takes a prepared one from the connection and gives it back reset.
 class Run final {
  public:

@@ -185,6 +185,21 @@ Layout MakeLayout(const Model& model, const Dialect& dialect) {
   return LayoutMaker(model, dialect).Make();
 }
 
+std::string OrderOfLinks(const RelationPlace& place, std::string_view id, std::string_view alias) {
+  const std::string dotted(alias);
+  if (place.kind == RelationPlace::Kind::Pairs) {
+    if (place.position.empty()) return dotted + "rowid";
+    return place.position == "\"POS\"" ? dotted + "POS"
+                                       : "coalesce(" + dotted + "INVPOS," + dotted + "POS)";
+  }
+  if (place.position.empty()) return std::string(id);
+  return "coalesce(" + dotted + place.position + "," + std::string(id) + ")";
+}
+
+std::string IndexName(const Dialect& dialect, std::string_view table, std::string_view column) {
+  return dialect.Quote("IX_" + BareName(table) + "_" + BareName(column));
+}
+
 std::string BareName(std::string_view quoted) {
   std::string bare;
   for (std::size_t i = 1; i + 1 < quoted.size(); ++i) {

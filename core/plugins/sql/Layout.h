@@ -25,6 +25,7 @@ struct AttributePlace {
   Kind kind = Kind::Nowhere;
   std::string column;
   std::string key;  ///< column of the compared form, see TextKey.h; empty: computed while searching
+  std::string index = {};  ///< over the compared form; empty: none
 };
 
 /// A link stands in a column of one of the two tables, or in a table of pairs.
@@ -42,6 +43,7 @@ struct RelationPlace {
   std::string name;           ///< Pairs: REFNAME of its rows; empty: all rows
   std::string position;       ///< column that orders a source's targets if ids don't; may be empty
   std::string otherPosition;  ///< Pairs: the same for the other direction
+  std::string index;          ///< Own: over the references; empty: none
   std::int32_t inverse = kNone;  ///< relation of the target that is the other direction
   bool isSymmetric = false;      ///< its own inverse: each link is stored twice
 };
@@ -66,7 +68,7 @@ inline constexpr const char* kMetaTable = "SF_META";
 inline constexpr const char* kRelationTable = "SF_RELATION";
 inline constexpr const char* kInstanceAttributeTable = "SF_INSTATTR";
 inline constexpr const char* kBulkTable = "SF_BULK";
-inline constexpr int kSchemaVersion = 1;
+inline constexpr int kSchemaVersion = 2;
 
 /// Finds names and places for a new database.
 Layout MakeLayout(const Model& model, const Dialect& dialect);
@@ -79,6 +81,7 @@ using ContextTexts = std::vector<std::pair<std::u16string, std::u16string>>;
 void WriteContextValues(Connection& connection, const ContextTexts& values);
 
 struct OpenedSchema {
+  int version = 0;  ///< 0: a database of another tool
   std::shared_ptr<const Model> model;
   Layout layout;
   std::vector<std::u16string> warnings;
@@ -90,6 +93,12 @@ struct OpenedSchema {
 ///         of a newer version, or a model that makes no sense.
 OpenedSchema ReadSchema(Connection& connection, std::u16string_view name);
 
+/// What the links of one record are ordered by: `Other` in the target's table, whose id column is
+/// `id`, `Pairs` in their own. `alias` stands before columns, with a dot, or is empty.
+std::string OrderOfLinks(const RelationPlace& place, std::string_view id,
+                         std::string_view alias = {});
+/// The name, quoted, of the index that begins with that column. Both names are quoted.
+std::string IndexName(const Dialect& dialect, std::string_view table, std::string_view column);
 /// Without the quotes.
 std::string BareName(std::string_view quoted);
 /// The relation that is the other direction and names this one back; or kNone.

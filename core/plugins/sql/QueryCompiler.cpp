@@ -37,30 +37,32 @@ std::vector<std::u16string> SearchWords(std::u16string_view text) {
   return words;
 }
 
-/// Records reached by steps: where they come from, and how the first is tied to the start.
-struct QueryCompiler::Chain {
-  Fragment from;
-  Fragment link;      ///< condition that ties the first record to `outer`
-  std::string inner;  ///< the column of the chain that equals `outer`
-  std::string outer;
-  std::string last;  ///< alias of the last records
-};
-
-Fragment QueryCompiler::Compile(const BoundQuery& query) {
+Fragment QueryCompiler::Compile(const BoundQuery& query, const QueryPlan& plan) {
   m_query = &query;
+  m_plan = &plan;
   m_root = NewAlias();
   const EntityPlace& place = Place(query.entity);
   Fragment where;
-  if (query.hasCondition) where = Condition(query.condition, true);
-  if (!query.freeText.empty()) {
-    Fragment words = FreeText(query, m_root);
-    if (!words.text.empty()) {
-      if (!where.text.empty()) where += " AND ";
-      where += std::move(words);
+  const auto add = [&](Fragment condition) {
+    if (condition.text.empty()) return;
+    if (!where.text.empty()) where += " AND ";
+    where += std::move(condition);
+  };
+  bool hasDriver = false;
+  for (const BoundNode* node : Conjuncts(query)) {
+    const bool isDriver =
+        plan.driver && std::count(plan.driver->nodes.begin(), plan.driver->nodes.end(), node) != 0;
+    if (!isDriver || plan.driver->steps.empty()) {
+      add(Condition(*node, true));
+    } else if (!std::exchange(hasDriver, true)) {
+      add(Driver(*plan.driver));
     }
   }
+  if (!query.freeText.empty()) add(FreeText(query, m_root));
   Fragment select;
   select += "SELECT " + m_root + "." + place.id + " FROM " + place.table + " AS " + m_root;
+  if (plan.driver) select += HintOf(*plan.driver);
+  if (plan.isScan) select += m_dialect.FoundBy({});
   select += std::move(m_joins);
   if (!where.text.empty()) {
     select += " WHERE ";
@@ -111,7 +113,10 @@ Fragment QueryCompiler::AtPath(const BoundNode& node, bool mayJoin) {
     alias = JoinOnce(alias, steps[step]);
     ++step;
   }
-  return step == steps.size() ? Leaf(node, alias) : Through(node, step, alias);
+  if (step == steps.size()) return Leaf(node, alias);
+  // A condition that must hold was weighed before, and leads to many records if it isn't the
+  // driver.
+  return Through(node, step, alias, FindsFew(node) && !(mayJoin && m_plan->isOrdered));
 }
 
 std::string QueryCompiler::JoinOnce(const std::string& alias, const PathStep& step) {
@@ -122,8 +127,9 @@ std::string QueryCompiler::JoinOnce(const std::string& alias, const PathStep& st
   const EntityId target =
       m_model.At(step.source).relations[static_cast<std::size_t>(step.relation)].target;
   const std::string made = NewAlias();
-  m_joins += " JOIN " + Place(target).table + " AS " + made + " ON " + made + "." +
-             Place(target).id + "=" + alias + "." + Place(step).column;
+  m_joins += m_plan->isOrdered ? m_dialect.OrderedJoin() : " JOIN ";
+  m_joins += Place(target).table + " AS " + made + " ON " + made + "." + Place(target).id + "=" +
+             alias + "." + Place(step).column;
   m_joined.emplace_back(name, made);
   return made;
 }
@@ -191,11 +197,10 @@ QueryCompiler::Chain QueryCompiler::FollowChain(const std::vector<PathStep>& ste
 }
 
 Fragment QueryCompiler::Through(const BoundNode& node, std::size_t firstStep,
-                                const std::string& alias) {
+                                const std::string& alias, bool isIn) {
   Chain chain = FollowChain(node.path.steps, firstStep, alias);
   Fragment condition = Leaf(node, chain.last);
   Fragment result;
-  const bool isIn = FindsFew(node);
   if (isIn) {
     result += chain.outer + " IN (SELECT " + chain.inner + " FROM ";
   } else {
@@ -211,18 +216,6 @@ Fragment QueryCompiler::Through(const BoundNode& node, std::size_t firstStep,
   result += std::move(condition);
   result += ")";
   return result;
-}
-
-/// True if an index leads from the condition to few records.
-bool QueryCompiler::FindsFew(const BoundNode& node) const {
-  if (node.op != QueryOp::Equal || node.constant.isNever) return false;
-  if (node.kind != BoundNode::Kind::Compare || node.path.attribute == kNone) return false;
-  const AttributePlace& place =
-      Place(node.path.target).attributes[static_cast<std::size_t>(node.path.attribute)];
-  if (place.kind == AttributePlace::Kind::Id) return true;
-  if (place.key.empty()) return false;
-  if (!node.constant.wildcards) return true;
-  return node.constant.ignoreCase && !WildcardPattern(node.constant.text).LiteralPrefix().empty();
 }
 
 Fragment QueryCompiler::Leaf(const BoundNode& node, const std::string& alias) {

@@ -98,6 +98,7 @@ class SchemaReader final {
     ReadEntities();
     ReadAttributes();
     m_result.layout.isOwn ? ReadOwnRelations() : ReadForeignRelations();
+    if (m_result.layout.isOwn) ReadIndexes();
     Build();
     Place();
     if (HasTable("SVCVAL")) {
@@ -143,6 +144,9 @@ class SchemaReader final {
   void Place();
   void PlaceAttributes(const Entity& entity, EntityPlace& place);
   void PlaceRelations(const Entity& entity, EntityPlace& place);
+  void ReadIndexes();
+  /// The index that begins with that column of the table, or empty.
+  std::string IndexOver(const EntityPlace& place, const std::string& column) const;
 
   Connection& m_connection;
   const Dialect& m_dialect;
@@ -153,6 +157,7 @@ class SchemaReader final {
   std::vector<EntityRow> m_entities;
   std::vector<AttributeRow> m_attributes;
   std::vector<RelationRow> m_relations;
+  std::set<std::pair<std::string, std::string>> m_indexes;  // table, name
 };
 
 void SchemaReader::ReadMeta() {
@@ -171,6 +176,7 @@ void SchemaReader::ReadMeta() {
       m_result.contextValues.emplace_back(FromStored(key.substr(8)), FromStored(value));
     }
   }
+  m_result.version = version;
   if (version < 1 || version > kSchemaVersion) {
     FailFile({u"the database has schema version ", DecimalText(version),
               u"; this program reads version 1 to ", DecimalText(kSchemaVersion)});
@@ -248,6 +254,16 @@ void SchemaReader::ReadOwnRelations() {
     row.place.otherPosition = table.Name(m_dialect, 14);
     m_relations.push_back(std::move(row));
   }
+}
+
+void SchemaReader::ReadIndexes() {
+  Run run(m_connection, m_dialect.Indexes());
+  while (run->Step()) m_indexes.emplace(run->Text(1), run->Text(0));
+}
+
+std::string SchemaReader::IndexOver(const EntityPlace& place, const std::string& column) const {
+  std::string name = IndexName(m_dialect, place.table, column);
+  return m_indexes.count({BareName(place.table), BareName(name)}) != 0 ? name : std::string();
 }
 
 void SchemaReader::ReadForeignRelations() {
@@ -473,6 +489,7 @@ void SchemaReader::PlaceAttributes(const Entity& entity, EntityPlace& place) {
       at.column = place.id;
     } else if (row != nullptr && !row->column.empty() && !attribute.sequence) {
       at = {AttributePlace::Kind::Column, row->column, row->key};
+      at.index = IndexOver(place, at.column);
     } else if (m_result.layout.isOwn) {
       const bool isBulk =
           isLocalColumn && (attribute.baseName == u"values" || attribute.baseName == u"flags");
@@ -488,6 +505,9 @@ void SchemaReader::PlaceRelations(const Entity& entity, EntityPlace& place) {
     for (std::size_t r = 0; r < entity.relations.size(); ++r) {
       if (entity.relations[r].name == row.name) place.relations[r] = row.place;
     }
+  }
+  for (RelationPlace& at : place.relations) {
+    if (at.kind == RelationPlace::Kind::Own) at.index = IndexOver(place, at.column);
   }
   for (std::size_t r = 0; r < entity.relations.size(); ++r) {
     RelationPlace& at = place.relations[r];

@@ -272,10 +272,22 @@ void SchemaWriter::CreatePairs(const Entity& entity, const Relation& relation,
   run.Finish();
 }
 
-/// Texts of people's own words are searched for in them, not compared as a whole.
+/// Texts of people's own words are searched for in them, not compared as a whole; the standard's
+/// own numbers tell how values are stored, and nobody looks for those.
 bool IsIndexed(const Attribute& attribute) {
-  if (attribute.baseName == u"description") return false;
-  return attribute.type == OdsType::String || attribute.type == OdsType::Date;
+  switch (attribute.type) {
+    case OdsType::String:
+    case OdsType::Date:
+      return attribute.baseName != u"description";
+    case OdsType::Short:
+    case OdsType::Long:
+    case OdsType::LongLong:
+    case OdsType::Float:
+    case OdsType::Double:
+      return attribute.baseName.empty();
+    default:
+      return false;
+  }
 }
 
 }  // namespace
@@ -296,17 +308,20 @@ void CreateIndexes(Connection& connection, const Model& model, const Layout& lay
   const Dialect& dialect = connection.GetDialect();
   const auto create = [&](const std::string& table, const std::string& column,
                           const std::string& parts) {
-    const std::string name = dialect.Quote("IX_" + BareName(table) + "_" + BareName(column));
-    connection.Execute("CREATE INDEX IF NOT EXISTS " + name + " ON " + table + "(" + parts + ")");
+    connection.Execute("CREATE INDEX IF NOT EXISTS " + IndexName(dialect, table, column) + " ON " +
+                       table + "(" + parts + ")");
   };
   for (const Entity& entity : model.Entities()) {
     if (entity.isBase) continue;
     const EntityPlace& place = layout.entities[entity.id];
     for (std::size_t a = 0; a < place.attributes.size(); ++a) {
       const AttributePlace& attribute = place.attributes[a];
-      if (attribute.key.empty() || !IsIndexed(entity.attributes[a])) continue;
+      if (attribute.kind != AttributePlace::Kind::Column || !IsIndexed(entity.attributes[a])) {
+        continue;
+      }
       create(place.table, attribute.column,
-             "coalesce(" + attribute.key + "," + attribute.column + ")");
+             attribute.key.empty() ? attribute.column
+                                   : "coalesce(" + attribute.key + "," + attribute.column + ")");
     }
     for (std::size_t r = 0; r < place.relations.size(); ++r) {
       const RelationPlace& relation = place.relations[r];
@@ -314,11 +329,9 @@ void CreateIndexes(Connection& connection, const Model& model, const Layout& lay
         create(place.table, relation.column,
                relation.position.empty()
                    ? relation.column
-                   : relation.column + ",coalesce(" + relation.position + "," + place.id + ")");
+                   : relation.column + "," + OrderOfLinks(relation, place.id));
       } else if (relation.kind == RelationPlace::Kind::Pairs) {
-        create(relation.table, relation.column,
-               relation.column + "," +
-                   (relation.position == "\"POS\"" ? "POS" : "coalesce(INVPOS,POS)"));
+        create(relation.table, relation.column, relation.column + "," + OrderOfLinks(relation, {}));
         // A relation of one direction is searched from its far end too.
         if (relation.inverse == kNone) create(relation.table, relation.there, relation.there);
       }

@@ -4,6 +4,8 @@
 #include <algorithm>
 
 #include "core/plugins/sql/Cells.h"
+#include "core/plugins/sql/QueryPlanner.h"
+#include "core/plugins/sql/SchemaMigration.h"
 #include "core/plugins/sql/TextKey.h"
 #include "core/store/memory/Failure.h"
 #include "storefabric/WString.h"
@@ -13,7 +15,9 @@ namespace hv::vex::engine::sql {
 SqlStore::SqlStore(std::shared_ptr<Connection> connection, std::u16string name)
     : m_connection(std::move(connection)),
       m_name(std::move(name)),
-      m_schema(ReadSchema(*m_connection, m_name)) {}
+      m_schema(ReadSchema(*m_connection, m_name)) {
+  if (MigrateSchema(*m_connection, m_schema)) m_schema = ReadSchema(*m_connection, m_name);
+}
 
 SqlStore::~SqlStore() {
   // A session that ends without saving loses its work; a source of values may keep the connection.
@@ -111,18 +115,24 @@ std::vector<RecordId> SqlStore::AllOf(EntityId entity) const {
 std::vector<RecordId> SqlStore::Select(const BoundQuery& query) const {
   (void)Place(query.entity);
   if (!query.freeText.empty()) IndexTexts();
-  const Fragment select =
-      QueryCompiler(*m_schema.model, m_schema.layout, m_connection->GetDialect()).Compile(query);
+  const Fragment select = Compile(query);
   std::vector<RecordId> ids;
   Run run(*m_connection, select.text);
   BindAll(run, select);
   while (run->Step()) ids.push_back(run->Integer(0));
+  ids.shrink_to_fit();  // lists of hits are kept for long
   return ids;
+}
+
+Fragment SqlStore::Compile(const BoundQuery& query) const {
+  const QueryPlan plan = PlanQuery(*m_connection, *m_schema.model, m_schema.layout, query);
+  return QueryCompiler(*m_schema.model, m_schema.layout, m_connection->GetDialect())
+      .Compile(query, plan);
 }
 
 std::string SqlStore::Explain(const BoundQuery& query) const {
   const Dialect& dialect = m_connection->GetDialect();
-  const Fragment select = QueryCompiler(*m_schema.model, m_schema.layout, dialect).Compile(query);
+  const Fragment select = Compile(query);
   std::string plan;
   Run run(*m_connection, dialect.Explain(select.text));
   BindAll(run, select);
@@ -139,8 +149,7 @@ Fragment SqlStore::Restriction(EntityId entity, const BoundQuery* restriction) c
   }
   if (!restriction->freeText.empty()) IndexTexts();
   where += " WHERE v." + Place(entity).id + " IN (";
-  where += QueryCompiler(*m_schema.model, m_schema.layout, m_connection->GetDialect())
-               .Compile(*restriction);
+  where += Compile(*restriction);
   where += ")";
   return where;
 }

@@ -82,11 +82,16 @@ class SqlStore final : public RecordStore {
   [[noreturn]] void FailAt(RecordRef record, std::int32_t code,
                            std::initializer_list<std::u16string_view> parts) const;
   void MustBeScalar(EntityId entity, std::int32_t attribute) const;
+  /// The query as one statement, planned.
+  Fragment Compile(const BoundQuery& query) const;
   Fragment Restriction(EntityId entity, const BoundQuery* restriction) const;
   void ReadSequences(EntityId entity, std::int32_t attribute, std::span<const RecordId> ids,
                      ColumnBlock& block) const;
   std::string FollowStatement(EntityId entity, std::int32_t relation, bool* isForward) const;
+  std::vector<Link> FollowOne(EntityId entity, std::int32_t relation, RecordId id) const;
   std::unique_ptr<ValueSource> OpenParameters(RecordRef localColumn) const;
+  /// Where values are read: by the session that changes them, or beside its other work.
+  const std::shared_ptr<Connection>& BulkConnection() const;
   BulkKey KeyOf(RecordRef localColumn, BulkPart part) const;
 
   // Changing (SqlStoreWrite.cpp, SqlStoreLinks.cpp).
@@ -104,6 +109,7 @@ class SqlStore final : public RecordStore {
   void RemoveAllLinks(RecordRef record);
 
   std::shared_ptr<Connection> m_connection;
+  mutable std::shared_ptr<Connection> m_bulkReader;  // null: not needed yet
   std::u16string m_name;
   OpenedSchema m_schema;
   bool m_isWriting = false;  // holds the right to write

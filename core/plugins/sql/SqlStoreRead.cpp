@@ -154,20 +154,12 @@ std::string SqlStore::FollowStatement(EntityId entity, std::int32_t relation,
     case RelationPlace::Kind::Own:
       return "SELECT i.pos, t." + place.column + ", 0" + ids + source.table + " AS t ON t." +
              source.id + "=i.id AND t." + place.column + " IS NOT NULL";
-    case RelationPlace::Kind::Other: {
-      const std::string id = "t." + target.id;
-      const std::string key =
-          place.position.empty() ? id : "coalesce(t." + place.position + "," + id + ")";
-      return "SELECT i.pos, " + id + ", " + key + ids + target.table + " AS t ON t." +
-             place.column + "=i.id";
-    }
+    case RelationPlace::Kind::Other:
+      return "SELECT i.pos, t." + target.id + ", " + OrderOfLinks(place, "t." + target.id, "t.") +
+             ids + target.table + " AS t ON t." + place.column + "=i.id";
     case RelationPlace::Kind::Pairs: {
-      std::string key = "t.rowid";
-      if (!place.position.empty()) {
-        key = place.position == "\"POS\"" ? "t.POS" : "coalesce(t.INVPOS,t.POS)";
-      }
-      std::string sql = "SELECT i.pos, t." + place.there + ", " + key + ids + place.table +
-                        " AS t ON t." + place.column + "=i.id";
+      std::string sql = "SELECT i.pos, t." + place.there + ", " + OrderOfLinks(place, {}, "t.") +
+                        ids + place.table + " AS t ON t." + place.column + "=i.id";
       if (!place.name.empty()) sql += " AND t.REFNAME=?";
       return sql;
     }
@@ -177,11 +169,31 @@ std::string SqlStore::FollowStatement(EntityId entity, std::int32_t relation,
   return {};
 }
 
+/// The many targets of one record: nothing but their ids is fetched, in the order of the index.
+std::vector<Link> SqlStore::FollowOne(EntityId entity, std::int32_t relation, RecordId id) const {
+  const EntityId target = RelationAt(entity, relation).target;
+  const EntityPlace& there = Place(target);
+  const RelationPlace& place = Place(entity).relations[static_cast<std::size_t>(relation)];
+  const bool isColumn = place.kind == RelationPlace::Kind::Other;
+  std::string sql = "SELECT " + (isColumn ? there.id : place.there) + " FROM " +
+                    (isColumn ? there.table : place.table) + " WHERE " + place.column + "=?";
+  if (!place.name.empty()) sql += " AND REFNAME=?";
+  Run run(*m_connection, sql + " ORDER BY " + OrderOfLinks(place, there.id));
+  run.Add(id);
+  if (!place.name.empty()) run.Add(place.name);
+  std::vector<Link> links;
+  while (run->Step()) links.push_back({0, {target, run->Integer(0)}});
+  return links;
+}
+
 std::vector<Link> SqlStore::Follow(EntityId entity, std::int32_t relation,
                                    std::span<const RecordId> ids) const {
   (void)Place(entity);
   const EntityId target = RelationAt(entity, relation).target;
   const RelationPlace& place = Place(entity).relations[static_cast<std::size_t>(relation)];
+  const bool isToMany =
+      place.kind == RelationPlace::Kind::Other || place.kind == RelationPlace::Kind::Pairs;
+  if (ids.size() == 1 && isToMany) return FollowOne(entity, relation, ids[0]);
   bool isForward = false;
   std::string sql = FollowStatement(entity, relation, &isForward);
   std::vector<Link> links;
@@ -271,10 +283,20 @@ std::unique_ptr<ValueSource> SqlStore::OpenParameters(RecordRef localColumn) con
   return value.IsSet() ? InMemoryValues::Open(InMemoryValues::FromValue(value)) : nullptr;
 }
 
+const std::shared_ptr<Connection>& SqlStore::BulkConnection() const {
+  if (m_isWriting) return m_connection;
+  if (m_bulkReader == nullptr) {
+    m_bulkReader = m_connection->OpenReader();
+    if (m_bulkReader == nullptr) m_bulkReader = m_connection;
+  }
+  return m_bulkReader;
+}
+
 std::unique_ptr<ValueSource> SqlStore::OpenValues(RecordRef localColumn) const {
   MustExist(localColumn);
   if (m_schema.layout.isOwn) {
-    if (auto source = OpenBulk(m_connection, KeyOf(localColumn, BulkPart::Values))) return source;
+    if (auto source = OpenBulk(BulkConnection(), KeyOf(localColumn, BulkPart::Values)))
+      return source;
   }
   return OpenParameters(localColumn);
 }
@@ -282,7 +304,7 @@ std::unique_ptr<ValueSource> SqlStore::OpenValues(RecordRef localColumn) const {
 std::unique_ptr<ValueSource> SqlStore::OpenFlags(RecordRef localColumn) const {
   MustExist(localColumn);
   if (!m_schema.layout.isOwn) return nullptr;
-  return OpenBulk(m_connection, KeyOf(localColumn, BulkPart::Flags));
+  return OpenBulk(BulkConnection(), KeyOf(localColumn, BulkPart::Flags));
 }
 
 }  // namespace hv::vex::engine::sql

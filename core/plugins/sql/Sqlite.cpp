@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
+#include <utility>
 
 #include <sqlite3.h>
 #include <sys/stat.h>
@@ -73,6 +74,12 @@ struct ErrorSource {
 };
 
 constexpr std::string_view kNotANumber = "NaN";
+
+std::pair<dev_t, ino_t> FileAt(const std::filesystem::path& path) {
+  struct stat facts {};
+  if (stat(path.c_str(), &facts) != 0) return {};
+  return {facts.st_dev, facts.st_ino};
+}
 
 class SqliteStatement final : public Statement {
  public:
@@ -184,10 +191,11 @@ class SqliteBlob final : public BlobReader {
 class SqliteConnection final : public Connection {
  public:
   SqliteConnection(const std::filesystem::path& path, const SqliteOptions& options)
-      : m_timeout(options.timeout) {
+      : m_path(path), m_isReadOnly(options.isReadOnly), m_timeout(options.timeout) {
     m_source.file = path.empty() ? "database in memory" : path.string();
     try {
       Open(path, options);
+      m_file = FileAt(path);
     } catch (...) {
       sqlite3_close(m_source.database);
       throw;
@@ -209,6 +217,17 @@ class SqliteConnection final : public Connection {
   std::unique_ptr<BlobReader> OpenBlob(std::string_view table, std::string_view column,
                                        std::int64_t row) override {
     return std::make_unique<SqliteBlob>(m_source, std::string(table), std::string(column), row);
+  }
+  std::shared_ptr<Connection> OpenReader() const override {
+    // Where another file has taken the place meanwhile, this one's data are to be had here alone.
+    if (m_path.empty() || FileAt(m_path) != m_file) return nullptr;
+    SqliteOptions options;
+    options.isReadOnly = m_isReadOnly;
+    options.timeout = m_timeout;
+    auto reader = std::make_shared<SqliteConnection>(m_path, options);
+    // Pages come by once, so few of them are kept: those stay in the processor's cache.
+    reader->Execute("PRAGMA cache_size=-512; PRAGMA query_only=ON");
+    return reader;
   }
   void Begin() override {
     if (!m_isLogged) {
@@ -265,7 +284,7 @@ class SqliteConnection final : public Connection {
     }
     m_isLogged = path.empty() || options.mayCreate;
     if (options.mayCreate) {
-      Execute("PRAGMA page_size=8192; PRAGMA journal_mode=WAL;");
+      Execute("PRAGMA page_size=16384; PRAGMA journal_mode=WAL;");
     }
     Execute(
         "PRAGMA foreign_keys=ON; PRAGMA secure_delete=OFF; PRAGMA cache_size=-65536;"
@@ -293,6 +312,9 @@ class SqliteConnection final : public Connection {
   }
 
   ErrorSource m_source{};
+  std::filesystem::path m_path;
+  bool m_isReadOnly;
+  std::pair<dev_t, ino_t> m_file{};
   std::chrono::milliseconds m_timeout;
   std::function<bool()> m_mayGoOn;
   bool m_isLogged = false;

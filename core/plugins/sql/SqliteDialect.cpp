@@ -58,6 +58,11 @@ std::string SqliteDialect::IdList(std::string_view alias) const {
   return "sf_ids(?) AS " + std::string(alias);
 }
 
+std::string SqliteDialect::FoundBy(std::string_view quotedIndex) const {
+  if (quotedIndex.empty()) return " NOT INDEXED";
+  return std::string(" INDEXED BY ").append(quotedIndex);
+}
+
 std::string SqliteDialect::FoldedText(std::string_view expression) const {
   return Call("sf_fold", expression);
 }
@@ -104,6 +109,10 @@ std::string SqliteDialect::TableExists() const {
 }
 
 std::string SqliteDialect::ColumnsOf() const { return "SELECT name FROM pragma_table_info(?)"; }
+
+std::string SqliteDialect::Indexes() const {
+  return "SELECT name, tbl_name FROM sqlite_master WHERE type='index'";
+}
 
 std::string SqliteDialect::Explain(std::string_view statement) const {
   return "EXPLAIN QUERY PLAN " + std::string(statement);

@@ -58,19 +58,24 @@ class SqlSessions : public ::testing::Test {
     return Describe(store.Select(
         Where(m.run, Compare(m.Path(m.run, u"Name"), QueryOp::Equal, TextConstant(name, true)))));
   }
-  std::string IntegrityOf(const std::filesystem::path& path) const {
+  /// The values that statements give outside of any session, one behind the other.
+  std::string Ask(const char* sql) const {
     sqlite3* database = nullptr;
     std::string result;
-    sqlite3_open(path.c_str(), &database);
+    sqlite3_open(m_path.c_str(), &database);
     const auto collect = [](void* out, int, char** values, char**) {
       *static_cast<std::string*>(out) += values[0];
       return 0;
     };
-    sqlite3_exec(database, "PRAGMA integrity_check; PRAGMA foreign_key_check;", collect, &result,
-                 nullptr);
+    char* message = nullptr;
+    sqlite3_exec(database, sql, collect, &result, &message);
+    if (message != nullptr) result += message;
+    sqlite3_free(message);
     sqlite3_close(database);
     return result;
   }
+  void Change(const char* sql) const { ASSERT_EQ("", Ask(sql)); }
+  std::string Integrity() const { return Ask("PRAGMA integrity_check; PRAGMA foreign_key_check;"); }
 
   TempFolder m_folder;
   std::shared_ptr<const Model> m_model;
@@ -173,7 +178,7 @@ TEST_F(SqlSessions, RefusesDatabasesOfOtherKindsAndVersions) {
   } kCases[] = {
       {"DROP TABLE SVCENT", "the database holds no measurement data (it has no table SVCENT)"},
       {"UPDATE SF_META SET VALUE='99' WHERE KEY='schema_version'",
-       "the database has schema version 99; this program reads version 1 to 1"},
+       "the database has schema version 99; this program reads version 1 to 2"},
       {"DROP TABLE RUN", "the table \"RUN\" of element Run is missing"},
       {"UPDATE SVCATTR SET ENUMNAME='none' WHERE ENUMNAME='kind_enum'", "none"},
   };
@@ -195,19 +200,70 @@ TEST_F(SqlSessions, RefusesDatabasesOfOtherKindsAndVersions) {
 TEST_F(SqlSessions, SearchThroughIndexes) {
   const auto store = Open();
   const auto& database = dynamic_cast<const sql::SqlStore&>(*store);
-  const auto plan = [&](std::u16string_view path, const BoundConstant& constant) {
-    return database.Explain(Where(m.run, Compare(m.Path(m.run, path), QueryOp::Equal, constant)));
+  // What stands there, and how else people of any alphabet may write it.
+  const struct {
+    std::u16string_view stored, whole, begin;
+  } kNames[] = {{u"Motor warm", u"MOTOR WARM", u"motor w*"},
+                {u"Größe", u"GRÖSSE", u"GRÖSS*"},
+                {u"Σίσυφος", u"ΣΊΣΥΦΟΣ", u"σίσυφοσ*"},
+                {u"Мощность", u"МОЩНОСТЬ", u"мощ*"}};
+  RecordId id = 0;
+  for (const auto& name : kNames) SetName(*store, store->Create(m.run, ++id), name.stored);
+  id = 0;
+  for (const auto& name : kNames) {
+    ++id;
+    for (const std::u16string_view text : {name.whole, name.begin}) {
+      SCOPED_TRACE(cor::ToUtf8(text));
+      const bool isWhole = text == name.whole;
+      const BoundQuery query = Where(m.run, Compare(m.Path(m.run, u"Name"), QueryOp::Equal,
+                                                    TextConstant(text, true, !isWhole)));
+      EXPECT_EQ(std::to_string(id), Describe(store->Select(query)));
+      const std::string plan = database.Explain(query);
+      EXPECT_NE(std::string::npos,
+                plan.find(isWhole ? "USING INDEX IX_RUN_NAME (<expr>=?)"
+                                  : "USING INDEX IX_RUN_NAME (<expr>>? AND <expr><?)"))
+          << plan;
+    }
+  }
+  const struct {
+    std::u16string_view path;
+    QueryOp op;
+    BoundConstant constant;
+    const char* index;
+  } kOthers[] = {
+      {u"Name", QueryOp::Equal, TextConstant(u"Ärger"), "IX_RUN_NAME"},
+      {u"When", QueryOp::Less, TextConstant(u"20100101000000"), "IX_RUN_WHEN"},
+      {u"Count", QueryOp::GreaterEqual, IntegerConstant(3), "IX_RUN_COUNT"},
+      {u"Project.Id", QueryOp::Equal, IntegerConstant(3), "IX_RUN_PROJECT"},
+      {u"Tags.Name", QueryOp::Equal, TextConstant(u"Ä*", true, true), "IX_TAG_NAME"},
   };
-  const auto prefix = TextConstant(u"Ärg*", true, true);
-  EXPECT_NE(std::string::npos, plan(u"Name", prefix).find("USING INDEX IX_RUN_NAME (<expr>>"))
-      << plan(u"Name", prefix);
-  EXPECT_NE(std::string::npos,
-            plan(u"Name", TextConstant(u"ÄRGER", true)).find("IX_RUN_NAME (<expr>=?)"));
-  EXPECT_NE(std::string::npos, plan(u"Name", TextConstant(u"Ärger")).find("IX_RUN_NAME"));
-  EXPECT_NE(std::string::npos, plan(u"When", TextConstant(u"20100101000000")).find("IX_RUN_WHEN"));
-  EXPECT_NE(std::string::npos, plan(u"Project.Id", IntegerConstant(3)).find("IX_RUN_PROJECT"));
-  const std::string tags = plan(u"Tags.Name", prefix);
-  EXPECT_NE(std::string::npos, tags.find("IX_TAG_NAME")) << tags;
+  for (const auto& c : kOthers) {
+    const std::string plan =
+        database.Explain(Where(m.run, Compare(m.Path(m.run, c.path), c.op, c.constant)));
+    EXPECT_NE(std::string::npos, plan.find(c.index)) << plan;
+  }
+}
+
+TEST_F(SqlSessions, BringDatabasesOfVersion1ToTheNextAsAWhole) {
+  Change("UPDATE SF_META SET VALUE='1' WHERE KEY='schema_version'; DROP INDEX IX_RUN_COUNT");
+  constexpr const char* kState =
+      "SELECT VALUE FROM SF_META WHERE KEY='schema_version';"
+      "SELECT count(*) FROM sqlite_master WHERE name='IX_RUN_COUNT'";
+  EXPECT_EQ(0u, Open(u"<readonly>yes</readonly>")->CountOf(m.run));
+  EXPECT_EQ("10", Ask(kState)) << "who can only read finds all in the old one";
+  Change("CREATE TRIGGER t BEFORE UPDATE ON SF_META BEGIN SELECT raise(ABORT,'no room'); END");
+  EXPECT_NE(std::string::npos, MessageOf([&] { Open(); }).find("a.sqlite: no room"));
+  EXPECT_EQ("10", Ask(kState));
+  Change("DROP TRIGGER t");
+  {
+    sqlite3* other = nullptr;
+    sqlite3_open(m_path.c_str(), &other);
+    sqlite3_exec(other, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr);
+    EXPECT_EQ(errc::kTimeout, CodeOf([&] { Open(); }));
+    sqlite3_close(other);
+  }
+  Open();
+  EXPECT_EQ("21", Ask(kState));
 }
 
 // --- killed sessions -----------------------------------------------------------------------------
@@ -251,7 +307,7 @@ TEST_F(SqlSessions, KilledWhileSavingNeverLeavesHalfASave) {
     for (RecordId id = 2; id <= kRecords; ++id) ASSERT_EQ(name, NameOf(*store, id));
     ASSERT_EQ("1, 2, 3", Named(*store, name).substr(0, 7)) << "the index has the same state";
   }
-  EXPECT_EQ("ok", IntegrityOf(m_path));
+  EXPECT_EQ("ok", Integrity());
   EXPECT_GT(progressed, 20) << "kills must hit sessions that save";
 }
 
@@ -278,7 +334,7 @@ TEST_F(SqlSessions, KilledWhileImportingLeavesTheTargetAsItWas) {
     waitpid(child, &status, 0);
     const std::uint64_t count = Open()->CountOf(m.run);
     ASSERT_TRUE(count == 0 || count == 3000) << count;
-    ASSERT_EQ("ok", IntegrityOf(m_path));
+    ASSERT_EQ("ok", Integrity());
     if (count == 0) continue;
     ++finished;
     sql::WriteDatabase(MemoryStore(m_model, {}), m_path);
