@@ -82,7 +82,9 @@ void CDataStoreConditionImpl::CopyFields(IConditionImpl& source) {
   CConditionImpl::CopyFields(source);
   m_internalType = source.GetInternalType();
   m_internalProperty = source.GetInternalProperty();
-  if (m_model) SetPropertyObject(HelperOf(*m_model, GetType(), GetProperty()));
+  if (!m_model) return;
+  SetPropertyObject(HelperOf(*m_model, GetType(), GetProperty()));
+  (void)SetDataType(source.GetDataType());
 }
 
 void CDataStoreConditionImpl::DetachFromModel() { TakeModel(nullptr); }
@@ -117,6 +119,7 @@ bool CDataStoreConditionImpl::FitsFirstValue(std::int32_t dataType) {
   const Variant& value = GetFirstValue();
   if (dataType == eString) return value.Is(VT_BSTR);
   if (IsDateType(dataType)) {
+    // A date as a script gives it is as good as a time object, and a range is told by its keyword.
     const bool isRange = GetOperatorSymbol().EqualsExact(u"#") && value.Is(VT_BSTR);
     return isRange ? IsRelativeKeyword(value.AsText()) : IsDateValue(value);
   }

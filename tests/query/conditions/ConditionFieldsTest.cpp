@@ -84,6 +84,14 @@ TEST_F(ConditionsTest, TakeNewNamesOfPropertyAndType) {
   ASSERT_EQ(S_OK, condition->SetType(u"Unknown"));
   EXPECT_EQ(u"Unknown", condition->GetInternalType().view()) << "what can't be resolved is kept";
   EXPECT_EQ(u"Mass", condition->GetInternalProperty().view());
+
+  Ref<IConditionImpl> read;
+  ASSERT_EQ(S_OK, m_conditions->AddResolved(u"C5", u"Test", u"Size", u"a.b", u"size", u"Date equal",
+                                            Variant::I4(5), read.Put()));
+  EXPECT_EQ("C1 C5", Names());
+  EXPECT_EQ(u"a.b size =", (read->GetInternalType() + u" " + read->GetInternalProperty() + u" " +
+                            read->GetOperatorSymbol())
+                               .view());
 }
 
 TEST_F(ConditionsTest, CompareEveryFieldExactly) {
@@ -127,7 +135,7 @@ TEST_F(ConditionsTest, CopyAllOrWhatTheLogicNames) {
       {u"(C2 OR C10)", "C2 C10", u"(C2 OR C10)"},
       {u"C2OR C1", "C1 C2", u"C2OR C1"},
   };
-  AddNamed(u"", u"Name", u"=", T(u"a OR b"));
+  ASSERT_EQ(S_OK, AddNamed(u"", u"Name", u"=", T(u"a OR b"))->SetDataType(eR64));
   AddNamed(u"", u"Size", u">", Variant::I4(1));
   AddNamed(u"C10", u"Day", u"=", kDay);
   const Ref<CDataStoreConditionCollImpl> source = m_conditions;
@@ -147,7 +155,7 @@ TEST_F(ConditionsTest, CopyAllOrWhatTheLogicNames) {
   std::vector<Variant> values;
   ASSERT_EQ(S_OK, copy->CopyValues(&values));
   EXPECT_EQ(2U, values.size());
-  EXPECT_EQ(eString, copy->GetDataType());
+  EXPECT_EQ(eR64, copy->GetDataType()) << "as it was last known";
   EXPECT_EQ(u"aoTest", copy->GetInternalType().view());
   ASSERT_EQ(S_OK, source->RemoveAll());
   EXPECT_EQ("C1 C2 C10", Names());
