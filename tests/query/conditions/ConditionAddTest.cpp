@@ -27,7 +27,7 @@ struct AddCase {
   Variant property;
   Variant op;
   Variant value;
-  std::string shown;  ///< operator, size, value text and first value; or the error
+  std::string shown;  ///< operator, size, value text, first value and its type; or the error
   Result typed = S_OK;
 };
 
@@ -43,7 +43,8 @@ TEST_P(ConditionAdd, ChecksAndKeeps) {
     ASSERT_EQ(S_OK, m_conditions->GetItem(0, logic.Put()));
     shown = Get(condition.Get(), u"Operator").Shown() + "|" +
             Get(condition.Get(), u"Size").Shown() + "|" + cor::ToUtf8(logic->GetValueText()) + "|" +
-            Get(condition.Get(), u"Value").Shown();
+            Get(condition.Get(), u"Value").Shown() + "|" +
+            std::to_string(logic->GetFirstValue().Type());
   }
   EXPECT_EQ(c.shown, shown);
   std::int32_t count = 0;
@@ -64,36 +65,41 @@ Variant Referred() {
   static Variant middle = Variant::RefTo(&target);
   return Variant::RefTo(&middle);
 }
+Variant ReferredArray() {
+  static Variant target = Two();
+  return Variant::RefTo(&target);
+}
 Variant TimeObject() {
   return Variant::Object(CreateTime(util::conv::TimeValue::FromText("20090517103015")).Get());
 }
 
 const AddCase kCases[] = {
-    {"Text", T(u"Test"), T(u"Name"), T(u"="), T(u"a*"), "=|1|a*|a*"},
-    {"EmptyText", T(u"Test"), T(u"Name"), T(u"<>"), T(u""), "<>|1||"},
-    {"Nothing", T(u"Test"), T(u"Name"), T(u"="), Variant(), "=|0||empty"},
-    {"Folded", T(u"Test"), T(u"Name"), T(u"="), T(u"a or b oR c"), "=|3|a OR b OR c|a"},
+    {"Text", T(u"Test"), T(u"Name"), T(u"="), T(u"a*"), "=|1|a*|a*|8"},
+    {"EmptyText", T(u"Test"), T(u"Name"), T(u"<>"), T(u""), "<>|1|||8"},
+    {"Nothing", T(u"Test"), T(u"Name"), T(u"="), Variant(), "=|0||empty|0"},
+    {"Folded", T(u"Test"), T(u"Name"), T(u"="), T(u"a or b oR c"), "=|3|a OR b OR c|a|8"},
     {"Escaped", T(u"Test"), T(u"Name"), T(u"="), T(u"salt \\or pepper"),
-     "=|1|salt \\or pepper|salt or pepper"},
-    {"Number", T(u"Test"), T(u"Size"), T(u">="), Variant::I4(5), ">=|1|5|5"},
-    {"NumberText", T(u"Test"), T(u"Size"), T(u"<"), T(u"5"), "<|1|5|5"},
+     "=|1|salt \\or pepper|salt or pepper|8"},
+    {"Number", T(u"Test"), T(u"Size"), T(u">="), Variant::I4(5), ">=|1|5|5|3"},
+    {"NumberText", T(u"Test"), T(u"Size"), T(u"<"), T(u"5"), "<|1|5|5|3"},
     {"AllDigits", T(u"Test"), T(u"Mass"), T(u"="), Variant::R8(0.1 + 0.2),
-     "=|1|0.30000000000000004|0.3"},
-    {"Array", T(u"Test"), T(u"Name"), T(u"="), Two(), "=|2|5 OR a \\OR b|5"},
+     "=|1|0.30000000000000004|0.3|5"},
+    {"Array", T(u"Test"), T(u"Name"), T(u"="), Two(), "=|2|5 OR a \\OR b|5|3"},
     {"ArrayOfOne", T(u"Test"), T(u"Name"), T(u"="), Variant::Array({T(u"a OR b")}),
-     "=|1|a \\OR b|a OR b"},
-    {"Reference", T(u"Test"), T(u"Size"), T(u"="), Referred(), "=|1|7|7"},
-    {"Day", T(u"Test"), T(u"Day"), T(u"="), kDay, "Date equal|1|05/17/2009|5/17/2009"},
+     "=|1|a \\OR b|a OR b|8"},
+    {"Reference", T(u"Test"), T(u"Size"), T(u"="), Referred(), "=|1|7|7|3"},
+    {"ReferredArray", T(u"Test"), T(u"Name"), T(u"="), ReferredArray(), "=|2|5 OR a \\OR b|5|3"},
+    {"Day", T(u"Test"), T(u"Day"), T(u"="), kDay, "Date equal|1|05/17/2009|5/17/2009|7"},
     {"Moment", T(u"Test"), T(u"Day"), T(u">="), kMoment,
-     "Date after|1|05/17/2009 10:30:15|5/17/2009 10:30:15 AM"},
+     "Date after|1|05/17/2009 10:30:15|5/17/2009 10:30:15 AM|7"},
     {"TimeObject", T(u"Test"), T(u"Day"), T(u"Date before"), TimeObject(),
-     "Date before|1|05/17/2009 10:30:15|object"},
+     "Date before|1|05/17/2009 10:30:15|object|9"},
     {"DateText", T(u"Test"), T(u"Day"), T(u"<="), T(u"5/17/2009 10:30:15"),
-     "Date before|1|05/17/2009 10:30:15|5/17/2009 10:30:15 AM"},
+     "Date before|1|05/17/2009 10:30:15|5/17/2009 10:30:15 AM|7"},
     {"Range", T(u"Test"), T(u"Day"), T(u"#"), T(u"LastSevenDays"),
-     "Relative range|1|LastSevenDays|LastSevenDays"},
+     "Relative range|1|LastSevenDays|LastSevenDays|8"},
     {"LocalRange", T(u"Test"), T(u"Day"), T(u"relative range"), T(u"Last 7 days"),
-     "Relative range|1|Last 7 days|Last 7 days"},
+     "Relative range|1|Last 7 days|Last 7 days|8"},
 
     {"BadType", T(u"Tset"), T(u"Name"), T(u"="), T(u"a"), BadText("Tset", "Type"),
      VEX_E_BAD_TYPE_ARGUMENT},

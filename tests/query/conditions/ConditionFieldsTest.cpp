@@ -62,6 +62,9 @@ TEST_F(ConditionsTest, NameOperatorsOfDates) {
   EXPECT_EQ(u"<>", plain->GetOperatorForDisplay().view());
   ASSERT_EQ(S_OK, plain->SetOperator(u"date EQUAL"));
   EXPECT_EQ(u"=", plain->GetOperatorSymbol().view());
+  const Ref<IConditionImpl> date = AddNamed(u"", u"Day", u"<=", T(u"soon"));
+  ASSERT_EQ(S_OK, date->SetDataType(eString));
+  EXPECT_EQ(u"Date before", date->GetOperatorForDisplay().view()) << "the property tells";
 }
 
 TEST_F(ConditionsTest, TakeNewNamesOfPropertyAndType) {
@@ -251,6 +254,8 @@ TEST_F(ConditionsTest, MoveToAnotherModel) {
   EXPECT_EQ(212, Get(m_face.Get(), u"Add", T(u"Probe"), T(u"Name"), T(u"="), T(u"x")).error.number);
   EXPECT_EQ(S_OK, m_conditions->Reattach(&m_query, m_model.Get(), true));
   EXPECT_EQ(u"Test", second->GetType().view());
+  std::int32_t size = 0;
+  EXPECT_EQ(VEX_E_QUERY_BROWSE_PATH, second->GetSize(&size)) << "bound again";
 }
 
 TEST_F(ConditionsTest, AskTheQueryBeforeTheyCountValues) {
