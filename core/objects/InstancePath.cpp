@@ -186,6 +186,11 @@ RecordRuns Step(const RecordStore& store, const RecordRuns& from, const std::vec
 
 }  // namespace
 
+std::int32_t OnlyStep(const Entity& entity, std::u16string_view path) {
+  if (path.starts_with(u"/#") || path.find(u'(') != path.npos) return kNone;
+  return entity.FindRelation(path);
+}
+
 RecordRuns FollowPath(const RecordStore& store, std::optional<RecordRef> start,
                       std::u16string_view path) {
   const Model& model = *store.GetModel();

@@ -25,4 +25,8 @@ namespace hv::vex::engine {
 RecordRuns FollowPath(const RecordStore& store, std::optional<RecordRef> start,
                       std::u16string_view path);
 
+/// The relation of `entity` that a path consists of, if it is one step without a condition; else
+/// kNone.
+std::int32_t OnlyStep(const Entity& entity, std::u16string_view path);
+
 }  // namespace hv::vex::engine

@@ -306,6 +306,29 @@ RecordRuns Intersect(const RecordRuns& records, const RecordStore& store,
   return kept;
 }
 
+/// The records at a path that meet the query. What one step leads to is found by the store itself.
+RecordRuns FindRelated(const RecordStore& store, std::optional<RecordRef> from,
+                       std::u16string_view path, std::u16string_view filter) {
+  const Model& model = *store.GetModel();
+  std::vector<BoundQuery> queries = BindQuery(ReadQuery(filter), model);
+  const std::int32_t step = from ? OnlyStep(model.At(from->entity), path) : kNone;
+  const EntityId target =
+      step == kNone ? kNoEntity
+                    : model.At(from->entity).relations[static_cast<std::size_t>(step)].target;
+  // A reference to a base entity leads to records of several.
+  if (step == kNone || model.At(target).isBase) {
+    return Intersect(FollowPath(store, from, path), store, queries);
+  }
+  RecordRuns rows;
+  for (BoundQuery& query : queries) {
+    if (query.entity != target) continue;
+    query.start = BoundStart{from->entity, step, from->id};
+    query.order.clear();
+    rows.Append(target, store.Select(query));
+  }
+  return rows;
+}
+
 }  // namespace
 
 IValueTable* StoreObject::ReadRelated(IInstance* start, std::u16string_view reference,
@@ -319,10 +342,8 @@ IValueTable* StoreObject::ReadRelated(IInstance* start, std::u16string_view refe
         throw Exception(errc::kInstanceGone, u"the instance was deleted");
       }
     }
-    RecordRuns rows = FollowPath(*m_records, from, reference);
-    if (!filter.empty()) {
-      rows = Intersect(rows, *m_records, BindQuery(ReadQuery(filter), GetCoreModel()));
-    }
+    RecordRuns rows = filter.empty() ? FollowPath(*m_records, from, reference)
+                                     : FindRelated(*m_records, from, reference, filter);
     return new BulkTable(Ref<StoreObject>::Share(this), std::move(rows), TextsOf(attributes));
   });
 }

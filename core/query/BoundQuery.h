@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -74,6 +75,13 @@ struct BoundOrder {
   bool descending = false;
 };
 
+/// A record and one of its relations, which leads to records of the entity asked for.
+struct BoundStart {
+  EntityId entity = kNoEntity;
+  std::int32_t relation = kNone;
+  std::int64_t id = 0;
+};
+
 /// A query for the records of one application entity. A question for a base entity is bound once
 /// for each application entity derived from it, since names may resolve differently in each.
 struct BoundQuery {
@@ -83,8 +91,11 @@ struct BoundQuery {
   /// Words, and phrases between double quotes, that must all occur, without regard to case, in
   /// scalar String attributes of a record, each in any of them; empty: none.
   std::u16string freeText;
+  /// Only records count that it leads to, and they come in the order of those links unless `order`
+  /// says another.
+  std::optional<BoundStart> start;
   std::int64_t limit = 0;         ///< 0: none
-  std::vector<BoundOrder> order;  ///< empty: by id
+  std::vector<BoundOrder> order;  ///< empty: by id, or by links from `start`
 };
 
 }  // namespace hv::vex::engine

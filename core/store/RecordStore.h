@@ -104,7 +104,7 @@ class RecordStore {
   /// Ids of all records of an application entity, ascending.
   [[nodiscard]] virtual std::vector<RecordId> AllOf(EntityId entity) const = 0;
   /// Ids of the records that meet the query, without repetition, ascending unless the query says
-  /// another order, at most `query.limit` of them if that is above 0.
+  /// another order or where to start, at most `query.limit` of them if that is above 0.
   [[nodiscard]] virtual std::vector<RecordId> Select(const BoundQuery& query) const = 0;
   /// Distinct values of a scalar attribute, ascending (texts by their folded form), among the
   /// records that meet `restriction` (null: all), at most `limit` (0: all). Unset values are left

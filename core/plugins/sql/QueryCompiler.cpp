@@ -59,6 +59,7 @@ Fragment QueryCompiler::Compile(const BoundQuery& query, const QueryPlan& plan) 
     }
   }
   if (!query.freeText.empty()) add(FreeText(query, m_root));
+  if (query.start) add(StartTest(*query.start, m_root));
   Fragment select;
   select += "SELECT " + m_root + "." + place.id + " FROM " + place.table + " AS " + m_root;
   if (plan.driver) select += HintOf(*plan.driver);
@@ -319,6 +320,7 @@ Fragment QueryCompiler::OrderBy(const BoundQuery& query, const std::string& alia
     order += std::move(key);
     order += clause.descending ? " DESC NULLS LAST, " : " ASC NULLS LAST, ";
   }
+  if (query.start && query.order.empty()) order += StartOrder(*query.start, alias);
   order += alias + "." + Place(query.entity).id;
   return order;
 }

@@ -115,7 +115,11 @@ class QueryCompiler final {
   Fragment AnyAt(const BoundNode& node, const std::string& alias);
   Fragment Leaf(const BoundNode& node, const std::string& alias);
   Fragment CompareLeaf(const BoundNode& node, const std::string& alias);
+  /// Which instance attributes the condition is about, whatever their values.
+  Fragment InstanceName(const BoundNode& node, const std::string& alias, EntityId entity) const;
   Fragment InstanceLeaf(const BoundNode& node, const std::string& alias);
+  Fragment StartTest(const BoundStart& start, const std::string& alias) const;
+  Fragment StartOrder(const BoundStart& start, const std::string& alias) const;
   /// True if an index leads from the condition to few records.
   [[nodiscard]] bool FindsFew(const BoundNode& node) const;
   /// True if an index serves the condition, in a query for records of `asked`.

@@ -104,6 +104,11 @@ bool QueryCompiler::FindsFew(const BoundNode& node) const {
 std::vector<ConditionGroup> QueryCompiler::GroupsOf(const BoundQuery& query) const {
   std::vector<ConditionGroup> groups;
   for (const BoundNode* node : Conjuncts(query)) {
+    if (node->kind == BoundNode::Kind::InstanceAttribute && node->path.steps.empty() &&
+        !node->attributeName.empty()) {
+      groups.push_back({{node}, {}, kNone, kNoEntity, true, true});
+      continue;
+    }
     const BoundNode* one = OneOf(*node);
     if (one == nullptr) continue;
     const auto& steps = one->path.steps;
@@ -112,7 +117,7 @@ std::vector<ConditionGroup> QueryCompiler::GroupsOf(const BoundQuery& query) con
       return Place(step).kind == RelationPlace::Kind::Own;
     });
     const auto fits = [&](const ConditionGroup& group) {
-      return AreSame(group.steps, steps) && leadsToOne &&
+      return AreSame(group.steps, steps) && leadsToOne && group.attribute != kNone &&
              (!steps.empty() || group.attribute == one->path.attribute);
     };
     // Each condition on many related records may be met by another of them.
@@ -158,6 +163,8 @@ std::string QueryCompiler::HintOf(const ConditionGroup& group) const {
     const RelationPlace& first = Place(group.steps[0]);
     return m_dialect.FoundBy(first.kind == RelationPlace::Kind::Own ? first.index : std::string());
   }
+  // Instance attributes lead to ids.
+  if (group.attribute == kNone) return m_dialect.FoundBy({});
   // For alternatives the database looks an index up more than once, which can't be demanded of it.
   const bool hasAlternatives =
       std::any_of(group.nodes.begin(), group.nodes.end(),
@@ -182,6 +189,66 @@ Fragment QueryCompiler::Driver(const ConditionGroup& group) {
   return all;
 }
 
+// --- records that one record leads to ------------------------------------------------------------
+
+namespace {
+
+/// The pairs of one record, as far as their rows tell.
+Fragment PairsOf(const RelationPlace& place, const std::string& what, std::int64_t id) {
+  Fragment pairs;
+  pairs += "SELECT " + what + " FROM " + place.table + " AS p WHERE p." + place.column + "=";
+  pairs.Value(id);
+  if (!place.name.empty()) {
+    pairs += " AND p.REFNAME=";
+    pairs.Value(place.name);
+  }
+  return pairs;
+}
+
+}  // namespace
+
+Fragment QueryCompiler::StartTest(const BoundStart& start, const std::string& alias) const {
+  const EntityPlace& source = Place(start.entity);
+  const RelationPlace& place = Place(PathStep{start.entity, start.relation});
+  const std::string id = alias + "." + Place(m_query->entity).id;
+  Fragment test;
+  switch (place.kind) {
+    case RelationPlace::Kind::Own:
+      test +=
+          id + "=(SELECT " + place.column + " FROM " + source.table + " WHERE " + source.id + "=";
+      test.Value(start.id);
+      test += ")";
+      break;
+    case RelationPlace::Kind::Other:
+      test += alias + "." + place.column + "=";
+      test.Value(start.id);
+      break;
+    case RelationPlace::Kind::Pairs:
+      test += id + " IN (";
+      test += PairsOf(place, "p." + place.there, start.id);
+      test += ")";
+      break;
+    case RelationPlace::Kind::Nowhere:
+      test += "0";
+      break;
+  }
+  return test;
+}
+
+Fragment QueryCompiler::StartOrder(const BoundStart& start, const std::string& alias) const {
+  const RelationPlace& place = Place(PathStep{start.entity, start.relation});
+  const std::string id = alias + "." + Place(m_query->entity).id;
+  Fragment order;
+  if (place.kind == RelationPlace::Kind::Other) {
+    order += OrderOfLinks(place, id, alias + ".") + ", ";
+  } else if (place.kind == RelationPlace::Kind::Pairs) {
+    order += "(";
+    order += PairsOf(place, OrderOfLinks(place, {}, "p."), start.id);
+    order += " AND p." + place.there + "=" + id + "), ";
+  }
+  return order;
+}
+
 Fragment QueryCompiler::Count(const BoundQuery& query, const ConditionGroup& group,
                               std::int64_t most) {
   m_query = &query;
@@ -190,7 +257,10 @@ Fragment QueryCompiler::Count(const BoundQuery& query, const ConditionGroup& gro
   const std::string root = place.table + " AS " + m_root;
   Fragment count;
   count += "SELECT count(*) FROM (SELECT 1 FROM ";
-  if (group.steps.empty()) {
+  if (group.steps.empty() && group.attribute == kNone) {
+    count += "SF_INSTATTR AS n WHERE ";
+    count += InstanceName(*group.nodes[0], "n", query.entity);
+  } else if (group.steps.empty()) {
     count += root + HintOf(group) + " WHERE ";
     count += AllAt(group.nodes, m_root);
   } else {

@@ -158,19 +158,30 @@ Fragment QueryCompiler::CompareLeaf(const BoundNode& node, const std::string& al
   return Plain("0");
 }
 
+Fragment QueryCompiler::InstanceName(const BoundNode& node, const std::string& alias,
+                                     EntityId entity) const {
+  Fragment all;
+  all += alias + ".AID=";
+  all.Value(Place(entity).aid);
+  all += " AND " + alias + ".VALUE IS NOT NULL";
+  if (!node.attributeName.empty()) {
+    all += " AND coalesce(" + alias + ".NAME_F," + alias + ".NAME)=";
+    all.Value(ToKeyBytes(node.attributeName));
+  }
+  return all;
+}
+
 Fragment QueryCompiler::InstanceLeaf(const BoundNode& node, const std::string& alias) {
   if (!m_layout.isOwn) return Plain("0");
   const EntityId entity = node.path.steps.empty() ? m_query->entity : node.path.target;
   const std::string n = NewAlias();
+  const std::string id = alias + "." + Place(entity).id;
+  const bool isDriver = m_plan->driver && m_plan->driver->nodes[0] == &node;
   Fragment all;
-  all += "EXISTS(SELECT 1 FROM SF_INSTATTR AS " + n + " WHERE " + n + ".AID=";
-  all.Value(Place(entity).aid);
-  all +=
-      " AND " + n + ".IID=" + alias + "." + Place(entity).id + " AND " + n + ".VALUE IS NOT NULL";
-  if (!node.attributeName.empty()) {
-    all += " AND coalesce(" + n + ".NAME_F," + n + ".NAME)=";
-    all.Value(ToKeyBytes(node.attributeName));
-  }
+  all += isDriver ? id + " IN (SELECT " + n + ".IID" : std::string("EXISTS(SELECT 1");
+  all += " FROM SF_INSTATTR AS " + n + " WHERE ";
+  all += InstanceName(node, n, entity);
+  if (!isDriver) all += " AND " + n + ".IID=" + id;
   if (!node.anyValue) {
     const BoundConstant& constant = node.constant;
     BoundConstant number = constant;

@@ -19,6 +19,8 @@ class Planner final {
     QueryPlan plan;
     if (!m_layout.isOwn) return plan;
     plan.isOrdered = true;
+    // What one record leads to is little, or as much as is wanted.
+    if (m_query.start) return plan;
     const std::int64_t rows = RowsOf(m_query.entity);
     const bool mayStop = m_query.limit > 0 && m_query.order.empty();
     std::int64_t fewest = rows;

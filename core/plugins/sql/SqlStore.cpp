@@ -114,6 +114,10 @@ std::vector<RecordId> SqlStore::AllOf(EntityId entity) const {
 
 std::vector<RecordId> SqlStore::Select(const BoundQuery& query) const {
   (void)Place(query.entity);
+  if (query.start) {
+    (void)Place(query.start->entity);
+    (void)RelationAt(query.start->entity, query.start->relation);
+  }
   if (!query.freeText.empty()) IndexTexts();
   const Fragment select = Compile(query);
   std::vector<RecordId> ids;

@@ -91,6 +91,15 @@ QueryEvaluator::Plan QueryEvaluator::MakeTextPlan() const {
 
 std::vector<RecordId> QueryEvaluator::Run() {
   const auto limit = static_cast<std::size_t>(std::max<std::int64_t>(m_query.limit, 0));
+  if (m_query.order.empty() && m_query.start) {
+    const RowSet found = FindRows(0);
+    std::vector<RecordId> ids;
+    for (const Row row : StartRows()) {
+      if (limit != 0 && ids.size() == limit) break;
+      if (found.Has(row)) ids.push_back(m_table.IdAt(row));
+    }
+    return ids;
+  }
   if (m_query.order.empty()) return m_table.SortedIds(FindRows(limit), limit);
   const std::vector<Row> sorted =
       SortedRows(m_store, m_query.entity, m_query.order, FindRows(0), limit);
@@ -107,11 +116,23 @@ RowSet QueryEvaluator::Rows() {
   return rows;
 }
 
+std::span<const Row> QueryEvaluator::StartRows() const {
+  const BoundStart& start = *m_query.start;
+  const MemoryTable& table = m_store.Table(start.entity);
+  const Row row = table.Find(start.id);
+  return row == kNoRow ? std::span<const Row>() : table.Links(start.relation).Of(row);
+}
+
 /// All rows that meet the condition; or, if rows are in the order of ids, at least the first
 /// `limit` of them (0: all).
 RowSet QueryEvaluator::FindRows(std::size_t limit) {
-  const bool mayStop = limit != 0 && m_table.Ids().IsAscending();
   RowSet rows(m_table.Rows());
+  if (m_query.start) {
+    for (const Row row : StartRows()) rows.Add(row);
+    if (m_root) Narrow(*m_root, rows.All(), rows);
+    return rows;
+  }
+  const bool mayStop = limit != 0 && m_table.Ids().IsAscending();
   constexpr std::size_t kChunkWords = 256;
   const std::size_t chunk = mayStop ? kChunkWords : std::max<std::size_t>(rows.WordCount(), 1);
   std::size_t found = 0;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <span>
 #include <vector>
 
 #include "core/query/BoundQuery.h"
@@ -32,6 +33,8 @@ class QueryEvaluator final {
   Plan MakePlan(const BoundNode& node) const;
   Plan MakeTextPlan() const;
   RowSet FindRows(std::size_t limit);
+  /// The rows that the query's start leads to, in the order of their links.
+  [[nodiscard]] std::span<const Row> StartRows() const;
   void Narrow(Plan& plan, WordRange range, RowSet& rows) const;
   void NarrowAny(Plan& plan, WordRange range, RowSet& rows) const;
   void NarrowRelated(Plan& plan, WordRange range, RowSet& rows) const;

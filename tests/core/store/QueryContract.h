@@ -231,6 +231,44 @@ TEST_P(RecordStoreQueryContract, LimitsAndOrders) {
   EXPECT_EQ("1, 2, 4, 3, 5, 6", select(0, {by(u"Tags.Weight")})) << "the lowest tag counts";
 }
 
+TEST_P(RecordStoreQueryContract, FindsAmongWhatARecordLeadsTo) {
+  LinkScript(*store, m).Run("P1.Runs+R6 P1.Runs-R1 P1.Runs+R1 T2.Runs+R4 P1.Runs+R5");
+  const BoundNode conditions[] = {
+      Condition(u"Name", QueryOp::Equal, TextConstant(u"br*", true, true)),
+      Condition(u"Project.Name", QueryOp::Equal, TextConstant(u"alpha", true)),
+      Condition(u"Tags.Weight", QueryOp::Greater, IntegerConstant(1))};
+  int hits = 0;
+  for (const BoundNode& condition : conditions) {
+    const std::vector<RecordId> all = store->Select(Where(m.run, condition));
+    for (const EntityId entity : {m.project, m.run, m.tag}) {
+      const auto& relations = m.model.At(entity).relations;
+      for (std::size_t r = 0; r < relations.size(); ++r) {
+        if (relations[r].target != m.run) continue;
+        const auto relation = static_cast<std::int32_t>(r);
+        std::vector<RecordId> sources = store->AllOf(entity);
+        sources.push_back(77);
+        for (const RecordId source : sources) {
+          std::vector<RecordId> expected;
+          for (const Link& link : store->Follow(entity, relation, {&source, 1})) {
+            if (std::count(all.begin(), all.end(), link.target.id) != 0) {
+              expected.push_back(link.target.id);
+            }
+          }
+          BoundQuery query = Where(m.run, condition);
+          query.start = BoundStart{entity, relation, source};
+          EXPECT_EQ(Describe(expected), Describe(store->Select(query)))
+              << cor::ToUtf8(relations[r].name) << " of " << source;
+          query.limit = 1;
+          expected.resize(std::min<std::size_t>(expected.size(), 1));
+          EXPECT_EQ(Describe(expected), Describe(store->Select(query)));
+          hits += static_cast<int>(expected.size());
+        }
+      }
+    }
+  }
+  EXPECT_GT(hits, 8);
+}
+
 TEST_P(RecordStoreQueryContract, FindsInstanceAttributes) {
   const auto set = [&](RecordId id, std::u16string_view name, Value value) {
     store->SetInstanceAttribute({m.run, id}, {std::u16string(name), std::move(value), 0});
