@@ -48,21 +48,27 @@ void Date14Of(sqlite3_context* context, int, sqlite3_value** values) {
   });
 }
 
+/// What the statement keeps for its pattern. The text's memory serves all rows; it isn't kept by
+/// the thread, which would keep this module loaded until the thread ends.
+struct Matcher {
+  WildcardPattern pattern;
+  std::u16string text;
+};
+
 void Matches(sqlite3_context* context, int, sqlite3_value** values) {
   Answer(context, values[0], [&] {
-    auto* pattern = static_cast<WildcardPattern*>(sqlite3_get_auxdata(context, 1));
-    std::unique_ptr<WildcardPattern> made;
-    if (pattern == nullptr) {
-      made = std::make_unique<WildcardPattern>(FromStored(TextOf(values[1])));
-      pattern = made.get();
+    auto* matcher = static_cast<Matcher*>(sqlite3_get_auxdata(context, 1));
+    std::unique_ptr<Matcher> made;
+    if (matcher == nullptr) {
+      made.reset(new Matcher{WildcardPattern(FromStored(TextOf(values[1]))), {}});
+      matcher = made.get();
     }
-    thread_local std::u16string text;
-    text.clear();
-    AppendUtf16(TextOf(values[0]), text);
-    sqlite3_result_int(context, pattern->Matches(text) ? 1 : 0);
+    matcher->text.clear();
+    AppendUtf16(TextOf(values[0]), matcher->text);
+    sqlite3_result_int(context, matcher->pattern.Matches(matcher->text) ? 1 : 0);
     if (made == nullptr) return;
     sqlite3_set_auxdata(context, 1, made.release(),
-                        [](void* p) { delete static_cast<WildcardPattern*>(p); });
+                        [](void* p) { delete static_cast<Matcher*>(p); });
   });
 }
 
