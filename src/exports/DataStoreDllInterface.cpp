@@ -1,10 +1,17 @@
 // exports/DataStoreDllInterface.cpp - the library as an object.
 #include "exports/DataStoreDllInterface.h"
 
+#include <storefabric/IDataStore.h>
+
 #include "automation/Guards.h"
 #include "browse/BrowseOperations.h"
+#include "elements/LogicOf.h"
+#include "elements/WrapObject.h"
 #include "exports/Operations.h"
+#include "store/session/IDataStoreImpl.h"
+#include "store/session/MakeBrowseSettings.h"
 #include "store/session/NotAvailable.h"
+#include "store/settings/BrowseSettingsInt.h"
 
 namespace hv::vex::datastore {
 
@@ -107,7 +114,11 @@ Result CDataStoreDllInterface::CreateBrowseSettingsObject(IBrowseConfig* config,
   HV_RETURN_IF_NULL(settings);
   *settings = nullptr;
   HV_RETURN_CODE_IF(!config, E_INVALIDARG);
-  return store ? E_NOTIMPL : E_FAIL;
+  const auto session = QueryRef<easyImpl::ILogicOf<IDataStoreImpl>>(store);
+  HV_RETURN_CODE_IF(!session, E_FAIL);
+  const Result rc = WrapResult<IBrowseSettingsImpl, CBrowseSettingsInt>(
+      settings, [&](auto** out) { return MakeBrowseSettings(session->GetLogic(), *config, out); });
+  return Failed(rc) ? E_FAIL : S_OK;
 }
 
 Result CDataStoreDllInterface::CopyBrowseConfig(IBrowseConfig* source, IBrowseConfig* target) {

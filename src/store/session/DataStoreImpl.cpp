@@ -4,21 +4,23 @@
 #include <utility>
 
 #include "automation/Guards.h"
+#include "browse/BrowseOperations.h"
 #include "store/core/CoreLibrary.h"
 #include "store/core/IEnvironment.h"
 #include "store/core/IModel.h"
 #include "store/core/IPlugin.h"
 #include "store/core/IStoreContext.h"
-#include "store/session/NotAvailable.h"
+#include "store/elements/StoreElementFactory.h"
 
 namespace hv::vex {
 
 namespace {
 
 constexpr std::u16string_view kWholeTreeMode = u"HV_MEASUREMENT_TREE";
-constexpr std::u16string_view kQmdModel = u"/DataModels/VEX/QMD/1_0";
 constexpr std::int32_t kUnsavedChanges = 3;
 constexpr std::int32_t kNoFlags = 0;
+
+constexpr std::int32_t kResultsLimit = 200;
 
 constexpr CodeRow kConnectRows[] = {
     {errc::kConnectFailed, VEX_E_CONNECT_FAILED},
@@ -29,6 +31,12 @@ constexpr CodeRow kSaveRows[] = {
     {errc::kOutOfMemory, E_FAIL},
     {errc::kTimeout, E_FAIL},
     {errc::kWriteProtected, E_FAIL},
+};
+
+// Building a session tells a timeout, and nothing else.
+constexpr CodeRow kBuildRows[] = {
+    {errc::kOutOfMemory, E_UNEXPECTED},
+    {errc::kWriteProtected, E_UNEXPECTED},
 };
 
 /// The engine's own environment if none is given.
@@ -62,10 +70,25 @@ Result CDataStoreImpl::OpenByStore(IStore* store) {
 }
 
 Result CDataStoreImpl::Build() try {
+  m_browseSettings.Reset();
+  m_config.Reset();
+  m_rootElements.Reset();
+  m_resultsImpl.Reset();
+  m_results.Reset();
+  m_simplified.Reset();
   m_model = MakeRef<CDataStoreModelImpl>();
-  return m_model->SetStore(m_store.Get());
+  HV_RETURN_IF_FAILED(m_model->SetStore(m_store.Get()));
+  // A store whose path can't be made still opens, without one.
+  (void)LoadDefaultBrowseConfig(m_store.Get(), m_config.Put());
+  Ref<IEntityImplCache> cache;
+  HV_RETURN_IF_FAILED(m_model->GetCache(cache.Put()));
+  HV_RETURN_IF_FAILED(MakeSimplifiedStore(m_store.Get(), m_config.Get(), m_simplified.Put()));
+  if (m_config) m_browseSettings = MakeRef<CBrowseSettingsImpl>(m_config, cache, m_simplified);
+  ReadRootEntityName();
+  HV_RETURN_IF_FAILED(MakeResultCollection(*m_simplified, kResultsLimit, m_resultsImpl.Put()));
+  return WrapStoreElementList(m_resultsImpl.Get(), m_results.Put());
 }
-HV_CATCH_RETURN_AS(E_UNEXPECTED)
+HV_CATCH_RETURN_AS(E_UNEXPECTED, kBuildRows)
 
 Result CDataStoreImpl::GetName(WString* name) try {
   HV_RETURN_IF_NULL(name);
@@ -113,11 +136,9 @@ Result CDataStoreImpl::Save(std::u16string_view mode) try {
 HV_CATCH_RETURN_AS(E_FAIL, kSaveRows)
 
 Result CDataStoreImpl::Refresh() {
-  try {
-    if (m_store) m_store->Refresh();
-  } catch (...) {
-    // Hosts aren't told: what couldn't be looked at again stays as it was.
-  }
+  // Hosts aren't told of failures: what couldn't be looked at again stays as it was.
+  if (m_simplified) (void)m_simplified->Refresh();
+  if (m_rootElements) (void)m_rootElements->Reload();
   return S_OK;
 }
 
@@ -153,77 +174,5 @@ Result CDataStoreImpl::GetContext(std::int32_t mode, IDataStoreContextImpl** con
   return found ? E_NOTIMPL : VEX_E_FOREIGN_ELEMENT;
 }
 HV_CATCH_RETURN_AS(E_UNEXPECTED)
-
-bool CDataStoreImpl::HasQmdModel() {
-  if (!m_store) return false;
-  try {
-    const auto model = Ref<IModel>::Adopt(m_store->GetModel());
-    return model && model->HasModelPart(kQmdModel) != 0;
-  } catch (...) {
-    return false;
-  }
-}
-
-Result CDataStoreImpl::GetRootElements(IRootElementsImpl** elements) {
-  return NotAvailable(elements);
-}
-
-Result CDataStoreImpl::CreateElement(std::u16string_view, std::u16string_view,
-                                     IStoreElementImpl** element) {
-  return NotAvailable(element);
-}
-
-Result CDataStoreImpl::GetElementByKey(std::u16string_view, IStoreElementImpl** element) {
-  return NotAvailable(element);
-}
-
-Result CDataStoreImpl::GetElementList(std::u16string_view, std::u16string_view, bool,
-                                      IStoreElementListImpl** elements) {
-  return NotAvailable(elements);
-}
-
-Result CDataStoreImpl::CreateQuery(IAdvancedQueryImpl** query) { return NotAvailable(query); }
-
-Result CDataStoreImpl::SaveQuery(IAdvancedQueryImpl* query, std::u16string_view) {
-  return query ? E_NOTIMPL : VEX_E_NOT_STORE_QUERY;
-}
-
-Result CDataStoreImpl::LoadQuery(IAdvancedQueryImpl** query, std::u16string_view) {
-  return NotAvailable(query);
-}
-
-Result CDataStoreImpl::DeleteElement(IStoreElementImpl* element) {
-  return element ? E_NOTIMPL : E_UNEXPECTED;
-}
-
-Result CDataStoreImpl::CreateElementsByInstList(IInstList* instList,
-                                                IStoreElementListImpl** elements) {
-  HV_RETURN_IF_NULL(elements);
-  *elements = nullptr;
-  return instList ? E_NOTIMPL : E_POINTER;
-}
-
-Result CDataStoreImpl::GetResults(IDispatch** results) { return NotAvailable(results); }
-
-Result CDataStoreImpl::Search(IAdvancedQueryImpl* query) {
-  return query ? E_NOTIMPL : VEX_E_NOT_STORE_QUERY;
-}
-
-Result CDataStoreImpl::GetBrowseSettings(IBrowseSettingsImpl** settings) {
-  return NotAvailable(settings);
-}
-
-Result CDataStoreImpl::GetBrowseSettingsInternal(IBrowseSettingsImpl** settings) {
-  return NotAvailable(settings);
-}
-
-Result CDataStoreImpl::SetBrowseSettings(IBrowseSettingsImpl* settings) {
-  HV_RETURN_CODE_IF(HasQmdModel(), E_ACCESSDENIED);
-  return settings ? E_NOTIMPL : S_OK;
-}
-
-Result CDataStoreImpl::GetSimplifiedStore(easyImpl::ISimplifiedStoreImpl** simplified) {
-  return NotAvailable(simplified);
-}
 
 }  // namespace hv::vex

@@ -8,11 +8,17 @@
 #include <storefabric/IStoreElement.h>
 
 #include "automation/Guards.h"
+#include "elements/WrapObject.h"
 #include "store/core/IInstList.h"
 #include "store/core/IStore.h"
+#include "store/elements/IStoreElementImpl.h"
+#include "store/elements/IStoreElementsImpl.h"
+#include "store/elements/StoreElementFactory.h"
 #include "store/model/DataStoreModelInt.h"
 #include "store/session/CallArguments.h"
+#include "store/session/ISessionQueries.h"
 #include "store/session/NotAvailable.h"
+#include "store/settings/BrowseSettingsInt.h"
 
 namespace hv::vex {
 
@@ -28,6 +34,12 @@ WString InstanceKeyOf(IDispatch& channel) {
   if (Failed(channel.GetIdOfName(u"InstKey", &id))) return {};
   if (Failed(channel.Invoke(id, CallKind::Get | CallKind::Method, {}, &value, nullptr))) return {};
   return TextOr(value, u"");
+}
+
+/// The store query that a host handed in, borrowed from its object.
+Result StoreQueryOf(IDispatch* query, IAdvancedQueryImpl** logic) {
+  if (ISessionQueries* const queries = GetSessionQueries()) return queries->Unwrap(query, logic);
+  return QueryRef<ISVEXQuery>(query) ? E_NOTIMPL : VEX_E_NOT_STORE_QUERY;
 }
 
 }  // namespace
@@ -56,7 +68,13 @@ Result CDataStoreInt::get_Model(IDataStoreModel** model) try {
 }
 HV_CATCH_RETURN()
 
-Result CDataStoreInt::get_RootElements(IStoreElements** elements) { return NotAvailable(elements); }
+Result CDataStoreInt::get_RootElements(IStoreElements** elements) {
+  HV_RETURN_IF_NULL(elements);
+  *elements = nullptr;
+  Ref<IRootElementsImpl> logic;
+  HV_RETURN_IF_FAILED(m_session->GetRootElements(logic.Put()));
+  return WrapStoreElements(logic.Get(), elements);
+}
 
 Result CDataStoreInt::CreateElement(const Variant& entity, const WString& name,
                                     IStoreElement** element) try {
@@ -65,12 +83,18 @@ Result CDataStoreInt::CreateElement(const Variant& entity, const WString& name,
   HV_RETURN_CODE_IF(name.empty(), VEX_E_EMPTY_NAME);
   WString entityName;
   HV_RETURN_IF_FAILED(EntityNameOf(entity, &entityName));
-  return NotAvailable(element);
+  Ref<IStoreElementImpl> logic;
+  HV_RETURN_IF_FAILED(m_session->CreateElement(entityName, name, logic.Put()));
+  return WrapStoreElement(logic.Get(), element);
 }
 HV_CATCH_RETURN()
 
-Result CDataStoreInt::GetElementByKey(const WString&, IStoreElement** element) {
-  return NotAvailable(element);
+Result CDataStoreInt::GetElementByKey(const WString& key, IStoreElement** element) {
+  HV_RETURN_IF_NULL(element);
+  *element = nullptr;
+  Ref<IStoreElementImpl> logic;
+  HV_RETURN_IF_FAILED(m_session->GetElementByKey(key, logic.Put()));
+  return WrapStoreElement(logic.Get(), element);
 }
 
 Result CDataStoreInt::GetElementByDataChannel(IDispatch* channel, IStoreElement** element) try {
@@ -79,43 +103,75 @@ Result CDataStoreInt::GetElementByDataChannel(IDispatch* channel, IStoreElement*
   HV_RETURN_CODE_IF(!channel, E_INVALIDARG);
   const WString key = InstanceKeyOf(*channel);
   HV_RETURN_CODE_IF(key.empty(), E_INVALIDARG);
-  return GetElementByKey(key, element);
+  Ref<IStoreElementImpl> logic;
+  HV_RETURN_IF_FAILED(m_session->GetElementByKey(key, logic.Put()));
+  // A channel has its own way to its values.
+  return WrapPlainStoreElement(logic.Get(), element);
 }
 HV_CATCH_RETURN()
 
-Result CDataStoreInt::GetElementList(const WString&, const WString&, const Variant& odsConform,
-                                     IStoreElements** elements) try {
+Result CDataStoreInt::GetElementList(const WString& returnType, const WString& queryExpression,
+                                     const Variant& odsConform, IStoreElementList** elements) try {
   HV_RETURN_IF_NULL(elements);
   *elements = nullptr;
   bool conform = false;
   HV_RETURN_IF_FAILED(OdsConformOf(odsConform, &conform));
-  return NotAvailable(elements);
+  WString expression = queryExpression;
+  if (!conform) expression.ReplaceAll(u"*", u"%").ReplaceAll(u"?", u"_");
+  Ref<IStoreElementListImpl> list;
+  const Result rc = m_session->GetElementList(returnType, expression, conform, list.Put());
+  HV_RETURN_IF_FAILED(WrapStoreElementList(list.Get(), elements));
+  return rc;
 }
 HV_CATCH_RETURN()
 
-Result CDataStoreInt::CreateQuery(ISVEXQuery** query) { return NotAvailable(query); }
-
-Result CDataStoreInt::SaveQuery(IDispatch* query, const WString&) {
-  return QueryRef<ISVEXQuery>(query) ? E_NOTIMPL : VEX_E_NOT_STORE_QUERY;
+Result CDataStoreInt::CreateQuery(ISVEXQuery** query) {
+  HV_RETURN_CODE_IF(!query || !GetSessionQueries(), NotAvailable(query));
+  *query = nullptr;
+  IAdvancedQueryImpl* made = nullptr;
+  HV_RETURN_IF_FAILED(m_session->CreateQuery(&made));
+  return GetSessionQueries()->Wrap(made, query);
 }
 
-Result CDataStoreInt::LoadQuery(const WString&, ISVEXQuery** query) { return NotAvailable(query); }
+Result CDataStoreInt::SaveQuery(IDispatch* query, const WString& path) {
+  IAdvancedQueryImpl* logic = nullptr;
+  HV_RETURN_IF_FAILED(StoreQueryOf(query, &logic));
+  return m_session->SaveQuery(logic, path);
+}
+
+Result CDataStoreInt::LoadQuery(const WString& path, ISVEXQuery** query) {
+  HV_RETURN_CODE_IF(!query || !GetSessionQueries(), NotAvailable(query));
+  *query = nullptr;
+  IAdvancedQueryImpl* loaded = nullptr;
+  HV_RETURN_IF_FAILED(m_session->LoadQuery(&loaded, path));
+  return GetSessionQueries()->Wrap(loaded, query);
+}
 
 Result CDataStoreInt::DeleteElement(IDispatch* element) {
   HV_RETURN_CODE_IF(!element, E_UNEXPECTED);
-  return QueryRef<IStoreElement>(element) ? E_NOTIMPL : E_INVALIDARG;
+  Ref<IStoreElementImpl> logic;
+  HV_RETURN_CODE_IF(Failed(StoreElementOf(element, &logic)), E_INVALIDARG);
+  return m_session->DeleteElement(logic.Get());
 }
 
-Result CDataStoreInt::CreateElementsByInstList(IUnknown* instList, IStoreElements** elements) {
+Result CDataStoreInt::CreateElementsByInstList(IUnknown* instList, IStoreElementList** elements) {
   HV_RETURN_IF_NULL(elements);
   *elements = nullptr;
-  return QueryRef<IInstList>(instList) ? E_NOTIMPL : E_POINTER;
+  const auto instances = QueryRef<IInstList>(instList);
+  Ref<IStoreElementListImpl> list;
+  const Result rc = m_session->CreateElementsByInstList(instances.Get(), list.Put());
+  HV_RETURN_IF_FAILED(WrapStoreElementList(list.Get(), elements));
+  return rc;
 }
 
-Result CDataStoreInt::get_Results(IStoreElements** results) { return NotAvailable(results); }
+Result CDataStoreInt::get_Results(IStoreElementList** results) {
+  return m_session->GetResults(results);
+}
 
 Result CDataStoreInt::Search(IDispatch* query) {
-  return QueryRef<ISVEXQuery>(query) ? E_NOTIMPL : VEX_E_NOT_STORE_QUERY;
+  IAdvancedQueryImpl* logic = nullptr;
+  HV_RETURN_IF_FAILED(StoreQueryOf(query, &logic));
+  return m_session->Search(logic);
 }
 
 Result CDataStoreInt::GetVexStore(IUnknown** store) {
@@ -156,17 +212,21 @@ Result CDataStoreInt::GetContext(const Variant& mode, IDataStoreContext** contex
 HV_CATCH_RETURN()
 
 Result CDataStoreInt::GetBrowseSettings(IBrowseSettings** settings) {
-  return NotAvailable(settings);
+  return WrapResult<IBrowseSettingsImpl, CBrowseSettingsInt>(
+      settings, [this](auto** out) { return m_session->GetBrowseSettings(out); });
 }
 
 Result CDataStoreInt::GetBrowseSettingsInternal(IBrowseSettings** settings) {
-  return NotAvailable(settings);
+  return WrapResult<IBrowseSettingsImpl, CBrowseSettingsInt>(
+      settings, [this](auto** out) { return m_session->GetBrowseSettingsInternal(out); });
 }
 
 Result CDataStoreInt::SetBrowseSettings(IDispatch* settings) {
   HV_RETURN_CODE_IF(!settings, m_session->SetBrowseSettings(nullptr));
+  // Which object it is makes no difference to a store whose settings are fixed.
   HV_RETURN_CODE_IF(m_session->HasQmdModel(), E_ACCESSDENIED);
-  return QueryRef<IBrowseSettings>(settings) ? E_NOTIMPL : E_INVALIDARG;
+  const auto own = QueryRef<easyImpl::ILogicOf<IBrowseSettingsImpl>>(settings);
+  return own ? m_session->SetBrowseSettings(&own->GetLogic()) : E_INVALIDARG;
 }
 
 }  // namespace hv::vex

@@ -5,12 +5,14 @@
 #include <storefabric/Ref.h>
 
 #include "automation/DispatchImpl.h"
+#include "elements/LogicOf.h"
 #include "store/session/IDataStoreImpl.h"
 
 namespace hv::vex {
 
 /// Made anew each time a session is handed out; holds nothing but the session.
-class CDataStoreInt final : public automation::DispatchImpl<CDataStoreInt, IDataStore> {
+class CDataStoreInt final : public automation::DispatchImpl<CDataStoreInt, IDataStore,
+                                                            easyImpl::ILogicOf<IDataStoreImpl>> {
  public:
   explicit CDataStoreInt(Ref<IDataStoreImpl> session) : m_session(std::move(session)) {}
 
@@ -29,13 +31,13 @@ class CDataStoreInt final : public automation::DispatchImpl<CDataStoreInt, IData
   Result GetElementByKey(const WString& key, IStoreElement** element) override;
   Result GetElementByDataChannel(IDispatch* channel, IStoreElement** element) override;
   Result GetElementList(const WString& returnType, const WString& queryExpression,
-                        const Variant& odsConform, IStoreElements** elements) override;
+                        const Variant& odsConform, IStoreElementList** elements) override;
   Result CreateQuery(ISVEXQuery** query) override;
   Result SaveQuery(IDispatch* query, const WString& path) override;
   Result LoadQuery(const WString& path, ISVEXQuery** query) override;
   Result DeleteElement(IDispatch* element) override;
-  Result CreateElementsByInstList(IUnknown* instList, IStoreElements** elements) override;
-  Result get_Results(IStoreElements** results) override;
+  Result CreateElementsByInstList(IUnknown* instList, IStoreElementList** elements) override;
+  Result get_Results(IStoreElementList** results) override;
   Result Search(IDispatch* query) override;
   Result GetVexStore(IUnknown** store) override;
   Result Save(const Variant& saveMode) override;
@@ -46,6 +48,8 @@ class CDataStoreInt final : public automation::DispatchImpl<CDataStoreInt, IData
   Result GetBrowseSettings(IBrowseSettings** settings) override;
   Result GetBrowseSettingsInternal(IBrowseSettings** settings) override;
   Result SetBrowseSettings(IDispatch* settings) override;
+  // ILogicOf
+  IDataStoreImpl& GetLogic() override { return *m_session; }
 
  private:
   ~CDataStoreInt() override = default;

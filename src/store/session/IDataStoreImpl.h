@@ -21,6 +21,7 @@ class IInstList;
 class IRootElementsImpl;
 class IStore;
 class IStoreElementImpl;
+class IStoreElementList;
 class IStoreElementListImpl;
 
 /// The session with one data store: unconnected when made, connected after `Connect` or
@@ -51,7 +52,7 @@ class IDataStoreImpl : public IUnknown {
   virtual Result CreateElementsByInstList(IInstList* instList,
                                           IStoreElementListImpl** elements) = 0;
   /// The wrapper that hosts see: one object for the session's life.
-  virtual Result GetResults(IDispatch** results) = 0;
+  virtual Result GetResults(IStoreElementList** results) = 0;
   /// VEX_E_NOT_STORE_QUERY for a null query.
   virtual Result Search(IAdvancedQueryImpl* query) = 0;
   /// Takes the store with a reference of its own and builds the session. E_UNEXPECTED for null.

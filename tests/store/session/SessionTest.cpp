@@ -154,9 +154,6 @@ Result WithOut(Result (*call)(IDataStore&, Object**), IDataStore& store) {
   return rc;
 }
 
-/// An object without any member.
-class Blank final : public cor::Counted<IUnknown> {};
-
 TEST_F(Session, MembersCheckTheirArguments) {
   const MemberCase kMembers[] = {
       {"Name", [](IDataStore& s) { return s.get_Name(nullptr); }, E_POINTER},
@@ -207,8 +204,8 @@ TEST_F(Session, MembersCheckTheirArguments) {
        E_INVALIDARG},
       {"GetElementListWithAnObject",
        [](IDataStore& s) {
-         return WithOut<IStoreElements>(
-             [](IDataStore& store, IStoreElements** out) {
+         return WithOut<IStoreElementList>(
+             [](IDataStore& store, IStoreElementList** out) {
                return store.GetElementList(u"Test", u"*", Variant::Object(&store), out);
              },
              s);
@@ -223,8 +220,8 @@ TEST_F(Session, MembersCheckTheirArguments) {
       {"DeleteForeign", [](IDataStore& s) { return s.DeleteElement(&s); }, E_INVALIDARG},
       {"CreateElementsOfNoList",
        [](IDataStore& s) {
-         return WithOut<IStoreElements>(
-             [](IDataStore& store, IStoreElements** out) {
+         return WithOut<IStoreElementList>(
+             [](IDataStore& store, IStoreElementList** out) {
                return store.CreateElementsByInstList(nullptr, out);
              },
              s);
@@ -243,73 +240,6 @@ TEST_F(Session, MembersCheckTheirArguments) {
     SCOPED_TRACE(row.name);
     EXPECT_EQ(row.code, row.call(*m_store.Get()));
   }
-}
-
-struct ScriptCase {
-  std::u16string_view member;
-  std::vector<Variant> args;
-  std::int32_t number;
-  std::u16string_view text;
-};
-
-// The texts name type and argument in each other's place; scripts know them so.
-TEST_F(Session, ScriptReadsNumberAndText) {
-  const Variant self = Variant::Object(m_store.Get());
-  const ScriptCase kCalls[] = {
-      {u"CreateElement",
-       {Variant::Text(u"Test"), Variant::Text(u"")},
-       360,
-       u"The name of an Element<DataStore> must not be an empty string."},
-      {u"CreateElement",
-       {Variant::Array({}), Variant::Text(u"a")},
-       357,
-       u"The parameter Type of the Create function must be an Entity<DataStore> or a string with "
-       u"the name of an Entity."},
-      {u"GetElementList",
-       {Variant::Text(u"Test"), Variant::Text(u"*"), self},
-       222,
-       u"The argument Bool of the method GetElementList must be a OdsConform."},
-      {u"Search",
-       {Variant::Null()},
-       222,
-       u"The argument Query<DataStore> of the method Search must be a Query."},
-      {u"Search",
-       {self},
-       222,
-       u"The argument Query<DataStore> of the method Search must be a Query."},
-      {u"SaveQuery",
-       {self, Variant::Text(u"q")},
-       222,
-       u"The argument Query<DataStore> of the method SaveQuery must be a Query."},
-      {u"DeleteElement",
-       {self},
-       222,
-       u"The argument Element<DataStore> of the method DeleteElement must be a Val."},
-      {u"GetElementByDataChannel",
-       {self},
-       222,
-       u"The argument Channel<Data> of the method GetElementByDataChannel must be a Object."},
-      {u"CreateElementsByInstList",
-       {Variant::Null()},
-       222,
-       u"The argument InstanceList of the method CreateElementsByInstList must be a InstList."},
-  };
-  for (const ScriptCase& row : kCalls) {
-    SCOPED_TRACE(cor::ToUtf8(row.member));
-    const Call call = CallByName(*m_store.Get(), row.member, row.args);
-    EXPECT_EQ(DISP_E_EXCEPTION, call.code);
-    EXPECT_EQ(row.number, call.error.number);
-    EXPECT_TRUE(call.error.text.EqualsExact(row.text)) << cor::ToUtf8(call.error.text);
-  }
-}
-
-TEST_F(Session, BrowseSettingsRefuseWhatIsNone) {
-  const Call call = CallByName(*m_store.Get(), u"BrowseSettings", {Variant::Object(m_store.Get())},
-                               CallKind::Put);
-  EXPECT_EQ(222, call.error.number);
-  EXPECT_TRUE(call.error.text.EqualsExact(
-      u"The argument BrowseSettings of the method SetBrowseSettings must be a BrowseSettings."))
-      << cor::ToUtf8(call.error.text);
 }
 
 }  // namespace
