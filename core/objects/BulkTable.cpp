@@ -18,7 +18,10 @@ EnumPtr EnumerationOf(const Model& model, EntityId entity, std::int32_t attribut
 
 BulkTable::BulkTable(Ref<StoreObject> store, RecordRuns rows,
                      const std::vector<std::u16string>& attributes)
-    : m_store(std::move(store)), m_rows(std::move(rows)), m_columns(attributes.size()) {
+    : m_store(std::move(store)),
+      m_readAt(m_store->Now()),
+      m_rows(std::move(rows)),
+      m_columns(attributes.size()) {
   const Model& model = m_store->GetCoreModel();
   for (const RecordRuns::Run& run : m_rows.Runs()) {
     std::vector<std::int32_t> ownAttributes;  // read together, in one question to the store
@@ -112,7 +115,7 @@ std::int32_t BulkTable::GetColumnType(std::uint64_t column) {
 
 IInstance* BulkTable::GetInstance(std::uint64_t row) {
   if (row >= m_rows.Size()) return nullptr;
-  return Seam([&] { return m_store->InstanceOf(m_rows.At(row)); });
+  return Seam([&] { return m_store->InstanceOf(m_rows.At(row), m_readAt); });
 }
 
 void BulkTable::GetKey(std::uint64_t row, WString& key) {

@@ -55,6 +55,7 @@ class BulkTable final : public cor::Counted<IValueTable> {
   [[nodiscard]] bool Find(std::uint64_t row, std::uint64_t column, Cell& cell) const;
 
   Ref<StoreObject> m_store;
+  RecordKnowledge m_readAt;
   RecordRuns m_rows;
   std::vector<Column> m_columns;
   std::u16string m_text;

@@ -61,11 +61,18 @@ void InstanceObject::Save() {
 }
 
 void InstanceObject::Refresh() {
+  m_seenAt = 0;
   Seam([&] { CheckValid(); });
 }
 
+// Asked before nearly everything that is done with a record, so the store is asked but once until
+// something may have changed the answer.
 std::int32_t InstanceObject::IsValid() {
-  return Seam([&] { return m_store->Records().Exists(m_record) ? 1 : 0; });
+  return Seam([&] {
+    const std::uint32_t now = m_store->Now().looks;
+    if (m_seenAt != now) m_seenAt = m_store->Records().Exists(m_record) ? now : 0;
+    return m_seenAt != 0 ? 1 : 0;
+  });
 }
 
 IStore* InstanceObject::GetStore() { return Ref<IStore>::Share(m_store.Get()).Detach(); }
@@ -302,7 +309,7 @@ IInstance* InstanceObject::CreateRelated(std::u16string_view reference) {
     RecordStore& records = m_store->Records();
     const RecordRef created{target, records.Create(target)};
     records.Connect(m_record, relation, created);
-    return m_store->InstanceOf(created);
+    return m_store->InstanceOf(created, m_store->Now());
   });
 }
 
@@ -325,7 +332,7 @@ void InstanceObject::Unlink(std::u16string_view reference, IInstance* target) {
 void InstanceObject::Delete() {
   Seam([&] {
     CheckValid();
-    m_store->Records().Delete(m_record);
+    m_store->DeleteRecord(m_record);
   });
 }
 

@@ -53,6 +53,8 @@ class InstanceObject final : public cor::Counted<IInstance, IContainer> {
 
   [[nodiscard]] RecordRef Record() const { return m_record; }
   [[nodiscard]] StoreObject& Store() { return *m_store; }
+  /// The record was seen at that look at the store; 0 if it is to be asked for again.
+  void Confirm(std::uint32_t look) { m_seenAt = look; }
 
  private:
   ~InstanceObject() override;
@@ -70,6 +72,7 @@ class InstanceObject final : public cor::Counted<IInstance, IContainer> {
 
   Ref<StoreObject> m_store;
   RecordRef m_record;
+  std::uint32_t m_seenAt = 0;
 };
 
 }  // namespace hv::vex::engine

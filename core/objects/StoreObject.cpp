@@ -56,18 +56,29 @@ IAttribute* StoreObject::GetWarnings() {
 
 // --- instances --------------------------------------------------------------------------------
 
-IInstance* StoreObject::InstanceOf(RecordRef record) {
+IInstance* StoreObject::InstanceOf(RecordRef record, RecordKnowledge seen) {
   const auto [place, isNew] = m_instances.try_emplace(record, nullptr);
-  if (!isNew) {
-    return Ref<IInstance>::Share(place->second).Detach();
+  Ref<InstanceObject> instance;
+  if (isNew) {
+    try {
+      instance = MakeRef<InstanceObject>(Ref<StoreObject>::Share(this), record);
+    } catch (...) {
+      m_instances.erase(place);
+      throw;
+    }
+    place->second = instance.Get();
+  } else {
+    instance = Ref<InstanceObject>::Share(place->second);
   }
-  try {
-    place->second = new InstanceObject(Ref<StoreObject>::Share(this), record);
-  } catch (...) {
-    m_instances.erase(place);
-    throw;
-  }
-  return place->second;
+  if (seen == m_now) instance->Confirm(m_now.looks);
+  return instance.Detach();
+}
+
+void StoreObject::DeleteRecord(RecordRef record) {
+  m_records->Delete(record);
+  ++m_now.deletions;
+  const auto found = m_instances.find(record);
+  if (found != m_instances.end()) found->second->Confirm(0);
 }
 
 void StoreObject::ForgetInstance(RecordRef record) { m_instances.erase(record); }
@@ -88,7 +99,7 @@ IInstance* StoreObject::CreateInstance(IEntity* entity) {
                       u"instances are made of application entities of the store's own model");
     }
     const EntityId id = own->Get().id;
-    return InstanceOf({id, m_records->Create(id)});
+    return InstanceOf({id, m_records->Create(id)}, m_now);
   });
 }
 
@@ -96,7 +107,7 @@ IInstance* StoreObject::GetInstance(std::u16string_view key) {
   return Seam([&]() -> IInstance* {
     const auto record = ParseKey(GetCoreModel(), key);
     if (!record || !m_records->Exists(*record)) return nullptr;
-    return InstanceOf(*record);
+    return InstanceOf(*record, m_now);
   });
 }
 
@@ -107,7 +118,7 @@ void StoreObject::DeleteInstance(IInstance* instance) {
     if (!m_records->Exists(*record)) {
       throw Exception(errc::kInstanceGone, u"the instance was deleted");
     }
-    m_records->Delete(*record);
+    DeleteRecord(*record);
   });
 }
 
@@ -125,9 +136,11 @@ void StoreObject::Save(std::u16string_view mode) {
   Seam([&] { m_records->Save(mode); });
 }
 void StoreObject::Refresh() {
+  LookAnew();
   Seam([&] { m_records->Refresh(); });
 }
 void StoreObject::Discard() {
+  LookAnew();
   Seam([&] { m_records->Discard(); });
 }
 

@@ -19,6 +19,14 @@ namespace hv::vex::engine {
 
 class InstanceObject;
 
+/// What is known of which records exist: a snapshot that a deletion or a new look at the store
+/// makes out of date.
+struct RecordKnowledge {
+  std::uint32_t looks = 0;
+  std::uint32_t deletions = 0;
+  bool operator==(const RecordKnowledge&) const = default;
+};
+
 /// Owns its record store and model object; instances and lists hold the store. Knows its living
 /// instances by plain pointers, which they take out when they die.
 class StoreObject final : public cor::Counted<IStore, IStoreQuery, IBulkReader> {
@@ -67,16 +75,22 @@ class StoreObject final : public cor::Counted<IStore, IStoreQuery, IBulkReader> 
   [[nodiscard]] RecordStore& Records() { return *m_records; }
   [[nodiscard]] const Model& GetCoreModel() const { return m_model->Get(); }
   [[nodiscard]] ModelObject& GetModelObject() { return *m_model; }
+  [[nodiscard]] RecordKnowledge Now() const { return m_now; }
   /// The one living object of a record, made if there is none; with a reference for the caller.
-  IInstance* InstanceOf(RecordRef record);
+  /// \param seen  when the record was read from the store; default: not known to exist
+  IInstance* InstanceOf(RecordRef record, RecordKnowledge seen = {});
   /// The record behind an instance of this store; nothing for one of another store.
   std::optional<RecordRef> OwnRecord(IInstance* instance);
   void ForgetInstance(RecordRef record);
+  /// Deletes a record. Its object, if one lives, asks again whether there is such a record.
+  void DeleteRecord(RecordRef record);
   /// A list over records of this store.
   IInstList* MakeList(RecordRuns records);
 
  private:
   ~StoreObject() override;
+  /// What others have changed, or what was thrown away, may show from now on.
+  void LookAnew() { ++m_now.looks; }
   /// The records of a list of this store's instances; throws kInvalidArgument for others.
   RecordRuns RecordsOf(IInstList& instances);
   struct RecordHash {
@@ -88,6 +102,7 @@ class StoreObject final : public cor::Counted<IStore, IStoreQuery, IBulkReader> 
   Names m_names;
   Ref<IEnvironment> m_environment;
   Ref<ModelObject> m_model;
+  RecordKnowledge m_now{1, 0};
   std::unordered_map<RecordRef, InstanceObject*, RecordHash> m_instances;
 };
 

@@ -17,6 +17,9 @@
 
 namespace hv::vex::easyImpl {
 
+/// What operations of an element make of the engine's failures beyond the common ones.
+inline constexpr CodeRow kElementFailures[] = {{errc::kInstanceGone, VEX_E_OBJECT_GONE}};
+
 /// The instance and the properties of an element. `Face` is `IVEXElementImpl` or an interface
 /// derived from it. An element whose record is gone answers VEX_E_OBJECT_GONE everywhere.
 template <class Face, class... MoreFaces>
@@ -32,7 +35,7 @@ class tVEXElementImpl : protected CoreBinding, public cor::Counted<Face, MoreFac
     values->GetString(*name, kNameAttribute);
     return S_OK;
   }
-  HV_CATCH_RETURN()
+  HV_CATCH_RETURN_AS(E_FAIL, kElementFailures)
 
   /// VEX_E_WRITE_PROTECTED if the store refuses.
   Result SetName(std::u16string_view name) override try {
@@ -42,7 +45,7 @@ class tVEXElementImpl : protected CoreBinding, public cor::Counted<Face, MoreFac
     values->SetString(kNameAttribute, name);
     return S_OK;
   }
-  HV_CATCH_RETURN()
+  HV_CATCH_RETURN_AS(E_FAIL, kElementFailures)
 
   /// Made and filled on first use, and kept.
   Result GetProperties(IPropertyCollectionImpl** properties) override try {
@@ -55,7 +58,7 @@ class tVEXElementImpl : protected CoreBinding, public cor::Counted<Face, MoreFac
     }
     return m_properties.CopyTo(properties);
   }
-  HV_CATCH_RETURN()
+  HV_CATCH_RETURN_AS(E_FAIL, kElementFailures)
 
   Result GetType(WString* type) override try {
     HV_RETURN_IF_NULL(type);
@@ -66,7 +69,7 @@ class tVEXElementImpl : protected CoreBinding, public cor::Counted<Face, MoreFac
     entity->GetName(*type);
     return S_OK;
   }
-  HV_CATCH_RETURN()
+  HV_CATCH_RETURN_AS(E_FAIL, kElementFailures)
 
   Result GetInstance(IUnknown** instance) override {
     HV_RETURN_IF_NULL(instance);
@@ -99,7 +102,7 @@ class tVEXElementImpl : protected CoreBinding, public cor::Counted<Face, MoreFac
 
   /// The first line of every operation.
   Result CheckValid() try { return m_instance->IsValid() != 0 ? S_OK : VEX_E_OBJECT_GONE; }
-  HV_CATCH_RETURN()
+  HV_CATCH_RETURN_AS(E_FAIL, kElementFailures)
 
   /// Forgets the properties, so that they are read anew.
   void DropProperties() {

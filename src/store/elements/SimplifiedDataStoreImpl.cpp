@@ -14,8 +14,8 @@
 #include "store/core/IEnvironment.h"
 #include "store/core/IInstList.h"
 #include "store/core/IInstance.h"
-#include "store/elements/EntityOfPath.h"
 #include "store/elements/IStoreElementsImpl.h"
+#include "store/elements/ReferencePath.h"
 #include "store/elements/StoreElementFactory.h"
 #include "store/elements/StoreElementImpl.h"
 #include "store/elements/StoreElementWithBulkImpl.h"
@@ -35,14 +35,22 @@ constexpr std::u16string_view kColumnBase = u"aolocalcolumn";
   throw cErrCode::eFailure;
 }
 
-/// The text as it stands in a condition of a path.
-WString Quoted(std::u16string_view text) {
-  WString quoted;
-  for (const char16_t unit : text) {
-    if (unit == u'\'') quoted += unit;
-    quoted += unit;
+/// The entity at the end of an absolute path; null if a name along it is none of the model. Names
+/// may hold points themselves.
+Ref<IEntity> EntityOfPath(IModel& model, std::u16string_view path) {
+  const bool isBaseName = path.starts_with(u"/##");
+  if (!path.starts_with(u"/#")) return {};
+  path.remove_prefix(isBaseName ? 3 : 2);
+  for (std::size_t end = path.size(); end != path.npos; end = path.rfind(u'.', end - 1)) {
+    const auto name = path.substr(0, end);
+    const auto entity =
+        Ref<IEntity>::Adopt(isBaseName ? model.GetEntityByName(name) : model.GetEntity(name));
+    if (!entity && end > 0) continue;
+    if (!entity || end == path.size()) return entity;
+    const auto step = FindLastStep(*entity, path.substr(end + 1));
+    return Ref<IEntity>::Adopt(step ? step->relation->GetTargetEntity() : nullptr);
   }
-  return quoted;
+  return {};
 }
 
 std::string MimeTypeOf(const std::filesystem::path& file) {
@@ -241,7 +249,7 @@ Result CSimplifiedDataStoreImpl::GetChildrenPrefetched(std::u16string_view filte
   HV_RETURN_IF_NULL(elements);
   *elements = nullptr;
   HV_RETURN_CODE_IF(path.empty(), E_UNEXPECTED);
-  const Ref<IEntity> target = EntityOfPath(*m_model, nullptr, path);
+  const Ref<IEntity> target = EntityOfPath(*m_model, path);
   HV_RETURN_CODE_IF(!target, E_INVALIDARG);
   const auto level = Ref<IBrowseConfigEntity>::Adopt(m_browseConfig->GetEntity(target.Get()));
   Ref<IStoreElementListImpl> list;
@@ -261,8 +269,8 @@ WString CSimplifiedDataStoreImpl::IconFile() const {
   if (!environment) return file;
   const auto configured = Ref<IStore>::Adopt(environment->OpenStore(kConfiguredStores, 0));
   if (!configured) return file;
-  const WString path = u"/#store_type(name='" + Quoted(plugin).str() + u"')";
-  const auto types = Ref<IInstList>::Adopt(configured->GetInstances(path));
+  const auto types =
+      Ref<IInstList>::Adopt(configured->GetInstances(PathToName(u"/#store_type", plugin)));
   const auto type = Ref<IInstance>::Adopt(types ? types->GetInstance(0) : nullptr);
   if (const auto values = QueryRef<IContainer>(type.Get())) values->GetString(file, u"icon");
   return file;

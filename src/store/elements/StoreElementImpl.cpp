@@ -7,9 +7,9 @@
 #include "browse/RepresentedByParts.h"
 #include "store/core/IBulkReader.h"
 #include "store/core/IInstList.h"
-#include "store/elements/EntityOfPath.h"
 #include "store/elements/IReferencesImpl.h"
 #include "store/elements/IStoreElementsImpl.h"
+#include "store/elements/ReferencePath.h"
 #include "store/elements/StoreElementFactory.h"
 #include "store/properties/StorePropertiesImpl.h"
 
@@ -19,6 +19,7 @@ namespace {
 
 using Base = easyImpl::tGUIVEXElementImpl<IBrowseConfigEntity, IStoreElementImpl>;
 
+constexpr auto& kFailures = easyImpl::kElementFailures;
 constexpr std::u16string_view kElementType = u"Element<DataStore>";
 constexpr std::u16string_view kIdProperty = u"id";
 
@@ -46,7 +47,7 @@ Result CStoreElementImpl::GetName(WString* name) try {
   *name = m_name;
   return S_OK;
 }
-HV_CATCH_RETURN()
+HV_CATCH_RETURN_AS(E_FAIL, kFailures)
 
 Result CStoreElementImpl::SetName(std::u16string_view name) try {
   WString oldName;
@@ -56,7 +57,7 @@ Result CStoreElementImpl::SetName(std::u16string_view name) try {
   if (m_nameClient) m_nameClient->OnElementRenamed(*this, oldName, name);
   return S_OK;
 }
-HV_CATCH_RETURN()
+HV_CATCH_RETURN_AS(E_FAIL, kFailures)
 
 Result CStoreElementImpl::IsKindOf(std::u16string_view type, std::int32_t* isKindOf) try {
   HV_RETURN_IF_NULL(isKindOf);
@@ -70,7 +71,7 @@ Result CStoreElementImpl::IsKindOf(std::u16string_view type, std::int32_t* isKin
   }
   return S_OK;
 }
-HV_CATCH_RETURN()
+HV_CATCH_RETURN_AS(E_FAIL, kFailures)
 
 Result CStoreElementImpl::GetPath(WString* path) {
   HV_RETURN_IF_NULL(path);
@@ -85,7 +86,7 @@ Result CStoreElementImpl::GetDisplayType(WString* type) try {
   HV_RETURN_IF_FAILED(CheckValid());
   return m_provider->GetDisplayText(Entity().Get(), type);
 }
-HV_CATCH_RETURN()
+HV_CATCH_RETURN_AS(E_FAIL, kFailures)
 
 Result CStoreElementImpl::GetDisplayName(WString* name) try {
   HV_RETURN_IF_NULL(name);
@@ -107,7 +108,7 @@ Result CStoreElementImpl::GetDisplayName(WString* name) try {
   *name = m_displayName;
   return S_OK;
 }
-HV_CATCH_RETURN()
+HV_CATCH_RETURN_AS(E_FAIL, kFailures)
 
 Result CStoreElementImpl::GetInstanceKey(WString* key) try {
   HV_RETURN_IF_NULL(key);
@@ -116,7 +117,7 @@ Result CStoreElementImpl::GetInstanceKey(WString* key) try {
   Instance().GetKey(*key);
   return S_OK;
 }
-HV_CATCH_RETURN()
+HV_CATCH_RETURN_AS(E_FAIL, kFailures)
 
 Result CStoreElementImpl::GetIdText(WString* text) try {
   HV_RETURN_IF_NULL(text);
@@ -131,7 +132,7 @@ Result CStoreElementImpl::GetIdText(WString* text) try {
                       !Failed(util::conv::DisplayTextOfVariant(value, nullptr, text));
   return isRead ? S_OK : E_FAIL;
 }
-HV_CATCH_RETURN()
+HV_CATCH_RETURN_AS(E_FAIL, kFailures)
 
 // --- place in the browse path -----------------------------------------------------------------
 
@@ -144,7 +145,7 @@ Result CStoreElementImpl::GetBrowseLevel(std::int32_t* level) try {
   while ((place = Ref<IBrowseConfigEntity>::Adopt(place->GetParent()))) ++*level;
   return S_OK;
 }
-HV_CATCH_RETURN()
+HV_CATCH_RETURN_AS(E_FAIL, kFailures)
 
 Result CStoreElementImpl::HasChildren(std::int32_t* hasChildren) try {
   HV_RETURN_IF_NULL(hasChildren);
@@ -154,7 +155,7 @@ Result CStoreElementImpl::HasChildren(std::int32_t* hasChildren) try {
   *hasChildren = GetBrowseEntity()->HasChildren() ? 1 : 0;
   return S_OK;
 }
-HV_CATCH_RETURN()
+HV_CATCH_RETURN_AS(E_FAIL, kFailures)
 
 Result CStoreElementImpl::GetChildren(easyImpl::IVEXElementsImpl** children) try {
   HV_RETURN_IF_NULL(children);
@@ -168,7 +169,7 @@ Result CStoreElementImpl::GetChildren(easyImpl::IVEXElementsImpl** children) try
   HV_RETURN_IF_FAILED(MakeReferencedElements(*m_provider, Instance(), path, made.Put()));
   return made.CopyTo(children);
 }
-HV_CATCH_RETURN()
+HV_CATCH_RETURN_AS(E_FAIL, kFailures)
 
 Result CStoreElementImpl::GetChildrenFiltered(std::u16string_view filter,
                                               easyImpl::IVEXElementsImpl** children) try {
@@ -182,7 +183,7 @@ Result CStoreElementImpl::GetChildrenFiltered(std::u16string_view filter,
   HV_RETURN_IF_FAILED(GetChildrenPrefetched(filter, path, made.Put()));
   return made.CopyTo(children);
 }
-HV_CATCH_RETURN()
+HV_CATCH_RETURN_AS(E_FAIL, kFailures)
 
 Result CStoreElementImpl::GetChildrenPrefetched(std::u16string_view filter,
                                                 std::u16string_view referenceName,
@@ -192,7 +193,8 @@ Result CStoreElementImpl::GetChildrenPrefetched(std::u16string_view filter,
   HV_RETURN_IF_FAILED(CheckValid());
   HV_RETURN_CODE_IF(referenceName.empty(), E_UNEXPECTED);
   HV_RETURN_CODE_IF(!QueryRef<IBulkReader>(&m_provider->Store()), E_UNEXPECTED);
-  const Ref<IEntity> target = EntityOfPath(m_provider->Model(), Entity().Get(), referenceName);
+  const auto step = FindLastStep(*Entity(), referenceName);
+  const auto target = Ref<IEntity>::Adopt(step ? step->relation->GetTargetEntity() : nullptr);
   HV_RETURN_CODE_IF(!target, E_INVALIDARG);
   const auto level =
       Ref<IBrowseConfigEntity>::Adopt(m_provider->BrowseConfig().GetEntity(target.Get()));
@@ -202,7 +204,7 @@ Result CStoreElementImpl::GetChildrenPrefetched(std::u16string_view filter,
       PrefetchElements(*m_provider, &Instance(), referenceName, filter, level.Get(), *list));
   return list.CopyTo(children);
 }
-HV_CATCH_RETURN()
+HV_CATCH_RETURN_AS(E_FAIL, kFailures)
 
 Result CStoreElementImpl::GetParent(easyImpl::IVEXElementImpl** parent) try {
   HV_RETURN_IF_NULL(parent);
@@ -223,7 +225,7 @@ Result CStoreElementImpl::GetParent(easyImpl::IVEXElementImpl** parent) try {
   KeepParent(*element);
   return element.CopyTo(parent);
 }
-HV_CATCH_RETURN()
+HV_CATCH_RETURN_AS(E_FAIL, kFailures)
 
 void CStoreElementImpl::KeepParent(CStoreElementImpl& parent) {
   for (const CStoreElementImpl* above = &parent; above; above = above->m_parent.Get()) {
@@ -287,7 +289,7 @@ Result CStoreElementImpl::Save() try {
   DropProperties();
   return S_OK;
 }
-HV_CATCH_RETURN()
+HV_CATCH_RETURN_AS(E_FAIL, kFailures)
 
 Result CStoreElementImpl::Refresh() try {
   HV_RETURN_IF_FAILED(CheckValid());
@@ -299,6 +301,6 @@ Result CStoreElementImpl::Refresh() try {
   m_displayName.clear();
   return S_OK;
 }
-HV_CATCH_RETURN()
+HV_CATCH_RETURN_AS(E_FAIL, kFailures)
 
 }  // namespace hv::vex

@@ -30,7 +30,9 @@ constexpr std::pair<std::u16string_view, enumDataType> kQuantityTypes[] = {
     {u"DT_FLOAT", eR32},     {u"DT_DOUBLE", eR64}, {u"DT_BYTE", eByte}, {u"DT_DATE", eTime},
 };
 
-constexpr CodeRow kRefusedWrite[] = {{errc::kWriteProtected, E_ACCESSDENIED}};
+constexpr auto& kFailures = easyImpl::kElementFailures;
+constexpr CodeRow kWriteFailures[] = {{errc::kWriteProtected, E_ACCESSDENIED},
+                                      {errc::kInstanceGone, VEX_E_OBJECT_GONE}};
 
 /// The types whose values can be reached by index.
 constexpr bool IsColumnType(std::int32_t type) {
@@ -141,7 +143,7 @@ Result CStoreElementWithBulkImpl::GetSize(std::int32_t* size) try {
   *size = m_size;
   return S_OK;
 }
-HV_CATCH_RETURN()
+HV_CATCH_RETURN_AS(E_FAIL, kFailures)
 
 // --- values -----------------------------------------------------------------------------------
 
@@ -157,7 +159,7 @@ Result CStoreElementWithBulkImpl::GetValue(std::int32_t index, Variant* value) t
   }
   return easyImpl::ReadValue(*m_values, m_values->GetDataType(), at, value);
 }
-HV_CATCH_RETURN()
+HV_CATCH_RETURN_AS(E_FAIL, kFailures)
 
 Result CStoreElementWithBulkImpl::SetValue(std::int32_t index, const Variant& value) try {
   HV_RETURN_IF_FAILED(ReadBulk());
@@ -170,7 +172,7 @@ Result CStoreElementWithBulkImpl::SetValue(std::int32_t index, const Variant& va
   if (!Failed(rc)) m_dataType = type;
   return rc;
 }
-HV_CATCH_RETURN_AS(E_FAIL, kRefusedWrite)
+HV_CATCH_RETURN_AS(E_FAIL, kWriteFailures)
 
 // --- flags ------------------------------------------------------------------------------------
 
@@ -189,7 +191,7 @@ Result CStoreElementWithBulkImpl::GetFlag(std::int32_t index, std::int32_t* flag
   *flag = static_cast<std::int32_t>(flags->GetInteger(at));
   return S_OK;
 }
-HV_CATCH_RETURN()
+HV_CATCH_RETURN_AS(E_FAIL, kFailures)
 
 Result CStoreElementWithBulkImpl::SetFlag(std::int32_t index, std::int32_t flag) try {
   HV_RETURN_IF_FAILED(CheckValid());
@@ -199,7 +201,7 @@ Result CStoreElementWithBulkImpl::SetFlag(std::int32_t index, std::int32_t flag)
   flags->SetInteger(at, flag);
   return S_OK;
 }
-HV_CATCH_RETURN()
+HV_CATCH_RETURN_AS(E_FAIL, kFailures)
 
 // --- type -------------------------------------------------------------------------------------
 
@@ -226,7 +228,7 @@ Result CStoreElementWithBulkImpl::GetDataType(enumDataType* dataType) try {
   *dataType = m_dataType;
   return S_OK;
 }
-HV_CATCH_RETURN()
+HV_CATCH_RETURN_AS(E_FAIL, kFailures)
 
 Result CStoreElementWithBulkImpl::SetDataType(std::int32_t dataType) try {
   HV_RETURN_CODE_IF(!IsColumnType(dataType), E_INVALIDARG);
@@ -235,7 +237,7 @@ Result CStoreElementWithBulkImpl::SetDataType(std::int32_t dataType) try {
   m_dataType = static_cast<enumDataType>(dataType);
   return S_OK;
 }
-HV_CATCH_RETURN()
+HV_CATCH_RETURN_AS(E_FAIL, kFailures)
 
 // --- channels ---------------------------------------------------------------------------------
 
