@@ -85,8 +85,12 @@ inline constexpr Result VEX_E_VALUE_TOO_LONG           = MakeResult(0x80050030);
 inline constexpr Result VEX_E_NOT_STORE_QUERY          = MakeResult(0x80050100);  ///< The query object isn't a store query.
 inline constexpr Result VEX_E_FOREIGN_ELEMENT          = MakeResult(0x80050103);  ///< The element isn't of this store, or the store has no context.
 inline constexpr Result VEX_E_NO_STORE                 = MakeResult(0x80050104);  ///< No store is connected.
+inline constexpr Result VEX_E_NOT_STORE_COLUMNS        = MakeResult(0x80050105);  ///< The object isn't a column collection of a store.
 inline constexpr Result VEX_E_BAD_FILE                 = MakeResult(0x80050107);  ///< The file can't be read as what it should be.
+inline constexpr Result VEX_E_NO_QUERY                 = MakeResult(0x80050108);  ///< The file holds no query.
+inline constexpr Result VEX_E_NO_COLUMNS               = MakeResult(0x80050109);  ///< The file holds no columns.
 inline constexpr Result VEX_E_OTHER_STORE              = MakeResult(0x80050110);  ///< A query or browse configuration of another store.
+inline constexpr Result VEX_E_NO_FILE_NAME             = MakeResult(0x80050111);  ///< There is nothing to read from: an empty file name or text.
 inline constexpr Result VEX_E_OBJECT_GONE              = MakeResult(0x80060001);  ///< The object is no longer valid.
 inline constexpr Result VEX_E_PARENT_GONE              = MakeResult(0x80060002);  ///< The parent object is no longer valid.
 // clang-format on

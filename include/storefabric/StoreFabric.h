@@ -14,6 +14,8 @@
 #include <storefabric/IDataStoreDllInterface.h>
 #include <storefabric/IDataStoreEnvironment.h>
 #include <storefabric/IGUIInitializeContainer.h>
+#include <storefabric/IQueryInfoSet.h>
+#include <storefabric/ITextStream.h>
 #include <storefabric/Ref.h>
 #include <storefabric/Result.h>
 #include <storefabric/Variant.h>
@@ -57,12 +59,15 @@ HV_API hv::Result GetDataStoreBrowseConfig(hv::vex::IStore* coreStore,
                                            hv::vex::IBrowseConfig** config);
 
 /// A reader of the query file at `path`. `*loader` is set on success only.
+/// \return S_OK; E_INVALIDARG for a file that can't be read as a query file.
 HV_API hv::Result GetQueryInfoSetLoader(const char16_t* path,
                                         hv::vex::IQueryInfoSetLoader** loader);
 /// A reader of the query file that a stream holds. `*loader` is set on success only.
+/// \return S_OK; E_INVALIDARG as above and for a null stream; VEX_E_NO_FILE_NAME for an empty text;
+///         what the stream says.
 HV_API hv::Result GetQueryInfoSetLoaderByStream(hv::vex::ITextStream* stream,
                                                 hv::vex::IQueryInfoSetLoader** loader);
-/// A writer of query files.
+/// A writer of query files, with nothing in it yet. `*saver` is set on success only.
 HV_API hv::Result GetQueryInfoSetSaver(hv::vex::IQueryInfoSetSaver** saver);
 
 /// A new empty container for `InitializeDataStoreGUI`. E_OUTOFMEMORY if there is no memory.

@@ -7,9 +7,10 @@
 #include "browse/BrowseOperations.h"
 #include "exports/DataStoreDllInterface.h"
 #include "exports/GUIInitializeContainer.h"
+#include "query/files/QueryInfoSetLoader.h"
+#include "query/files/QueryInfoSetSaver.h"
 #include "store/session/DataStoreImpl.h"
 #include "store/session/DataStoreInt.h"
-#include "store/session/NotAvailable.h"
 
 namespace hv::vex::datastore {
 
@@ -47,17 +48,29 @@ Result MakeDefaultBrowseConfig(IStore* coreStore, IBrowseConfig** config) {
   return LoadDefaultBrowseConfig(coreStore, config);
 }
 
-Result MakeQueryInfoSetLoader(const char16_t*, IQueryInfoSetLoader** loader) {
+Result MakeQueryInfoSetLoader(const char16_t* path, IQueryInfoSetLoader** loader) try {
   HV_RETURN_IF_NULL(loader);
-  return E_NOTIMPL;
+  const auto made = MakeRef<CDataStoreQueryInfoSetLoader>();
+  HV_RETURN_IF_FAILED(made->OpenByPath(TextAt(&path), kQueryInfoSetVersion));
+  return made.CopyTo(loader);
 }
+HV_CATCH_RETURN()
 
-Result MakeQueryInfoSetLoaderByStream(ITextStream*, IQueryInfoSetLoader** loader) {
+Result MakeQueryInfoSetLoaderByStream(ITextStream* stream, IQueryInfoSetLoader** loader) try {
   HV_RETURN_IF_NULL(loader);
-  return E_NOTIMPL;
+  const auto made = MakeRef<CDataStoreQueryInfoSetLoader>();
+  HV_RETURN_IF_FAILED(made->OpenByStream(stream, kQueryInfoSetVersion));
+  return made.CopyTo(loader);
 }
+HV_CATCH_RETURN()
 
-Result MakeQueryInfoSetSaver(IQueryInfoSetSaver** saver) { return NotAvailable(saver); }
+Result MakeQueryInfoSetSaver(IQueryInfoSetSaver** saver) try {
+  HV_RETURN_IF_NULL(saver);
+  const auto made = MakeRef<CDataStoreQueryInfoSetSaver>();
+  HV_RETURN_IF_FAILED(made->Init(kQueryInfoSetVersion));
+  return made.CopyTo(saver);
+}
+HV_CATCH_RETURN()
 
 Result MakeGuiContainer(std::uint32_t clientData, IGUIInitializeContainer** container) {
   HV_RETURN_IF_NULL(container);

@@ -4,6 +4,7 @@
 #include <storefabric/IBrowseConfig.h>
 
 #include "automation/Guards.h"
+#include "query/files/QueryFiles.h"
 #include "query/objects/DataStoreAdvancedQueryImpl.h"
 #include "query/objects/QueryInt.h"
 
@@ -51,12 +52,16 @@ class SessionQueries final : public ISessionQueries {
   }
   HV_CATCH_RETURN_AS(E_UNEXPECTED)
 
-  Result Save(const QueryGround&, IAdvancedQueryImpl&, std::u16string_view) override {
-    return E_NOTIMPL;
+  Result Save(const QueryGround&, IAdvancedQueryImpl& query, std::u16string_view path) override {
+    return SaveQueryFile(&query, path);
   }
-  Result Load(const QueryGround&, std::u16string_view, IAdvancedQueryImpl**) override {
-    return E_NOTIMPL;
+  Result Load(const QueryGround& ground, std::u16string_view path,
+              IAdvancedQueryImpl** query) override try {
+    const auto made = MakeRef<Query>(ground.store, &ground.config);
+    HV_RETURN_IF_FAILED(LoadQueryFile(path, *made));
+    return made.CopyTo(query);
   }
+  HV_CATCH_RETURN_AS(E_UNEXPECTED)
 
   Result Wrap(IAdvancedQueryImpl* query, ISVEXQuery** object) override try {
     auto taken = Ref<IAdvancedQueryImpl>::Adopt(query);
