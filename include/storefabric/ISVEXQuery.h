@@ -35,7 +35,7 @@ class ISVEXQuery : public IDispatch {
   /// \return S_OK; E_INVALIDARG for a context that is no store.
   virtual Result get_QueryString(IDispatch* context, WString* text) = 0;
   /// 200. E_NOTIMPL: texts aren't read back into conditions.
-  virtual Result put_QueryString(IDispatch* context, const WString& text) = 0;
+  virtual Result put_QueryString(const WString& text) = 0;
 
  protected:
   ~ISVEXQuery() = default;

@@ -20,11 +20,15 @@ using namespace automation;  // NOLINT: the vocabulary of the tables below
 using Q = ISVEXQuery;
 using S = IDataStoreQuery;
 
+/// By name the property takes a context or none, whatever is done with it.
+Result PutQueryString(ISVEXQuery& query, CallFrame&) { return query.put_QueryString({}); }
+
 constexpr auto kQueryRows =
     MakeRows(Method<&Q::IsKindOf>(u"IsKindOf", 1, rows::kQueryIsKindOf),
              Method<&Q::IsEmpty>(u"IsEmpty", 2, rows::kQueryIsEmpty),
              Get<&Q::get_QueryString>(u"QueryString", 200, rows::kQueryQueryString).Optional(1),
-             Put<&Q::put_QueryString>(u"QueryString", 200, rows::kQueryQueryString).Optional(1));
+             Custom<&PutQueryString>(u"QueryString", 200, CallKind::Put, 1, rows::kQueryQueryString)
+                 .Optional(1));
 constexpr DispatchMap kQueryMap(u"Query", kQueryRows);
 
 constexpr auto kStoreQueryRows =
@@ -92,7 +96,7 @@ Result CQueryInt::get_QueryString(IDispatch* context, WString* text) {
   return QueryStringOf(*m_logic, context, text);
 }
 
-Result CQueryInt::put_QueryString(IDispatch*, const WString&) { return E_NOTIMPL; }
+Result CQueryInt::put_QueryString(const WString&) { return E_NOTIMPL; }
 
 const DispatchMap& CDataStoreQueryInt::Map() { return kStoreQueryMap; }
 
@@ -119,7 +123,7 @@ Result CDataStoreQueryInt::get_QueryString(IDispatch* context, WString* text) {
   return QueryStringOf(*m_logic, context, text);
 }
 
-Result CDataStoreQueryInt::put_QueryString(IDispatch*, const WString&) { return E_NOTIMPL; }
+Result CDataStoreQueryInt::put_QueryString(const WString&) { return E_NOTIMPL; }
 
 Result CDataStoreQueryInt::get_ReturnType(WString* returnType) {
   HV_RETURN_IF_NULL(returnType);

@@ -25,7 +25,7 @@ class CQueryInt final : public automation::DispatchImpl<CQueryInt, ISVEXQuery,
   Result IsKindOf(enumQueryType type, bool* isKindOf) override;
   Result IsEmpty(bool* isEmpty) override;
   Result get_QueryString(IDispatch* context, WString* text) override;
-  Result put_QueryString(IDispatch* context, const WString& text) override;
+  Result put_QueryString(const WString& text) override;
   // ILogicOf
   IAdvancedQueryImpl& GetLogic() override { return *m_logic; }
 
@@ -50,7 +50,7 @@ class CDataStoreQueryInt final
   Result IsKindOf(enumQueryType type, bool* isKindOf) override;
   Result IsEmpty(bool* isEmpty) override;
   Result get_QueryString(IDispatch* context, WString* text) override;
-  Result put_QueryString(IDispatch* context, const WString& text) override;
+  Result put_QueryString(const WString& text) override;
   // IDataStoreQuery
   Result get_ReturnType(WString* returnType) override;
   Result put_ReturnType(const WString& returnType) override;

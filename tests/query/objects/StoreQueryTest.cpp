@@ -1,0 +1,267 @@
+// tests/query/objects/StoreQueryTest.cpp - how a query keeps to its store, or moves to another.
+#include <storefabric/ISVEXConditions.h>
+
+#include "browse/BrowseConfigImpl.h"
+#include "browse/BrowseOperations.h"
+#include "query/objects/AttributePath.h"
+#include "query/objects/QueryInt.h"
+#include "tests/elements/Script.h"
+#include "tests/query/objects/ChangingStore.h"
+#include "tests/query/objects/QueryFixture.h"
+
+namespace hv::vex {
+namespace {
+
+using test::Eval;
+using test::Get;
+using test::Put;
+
+class StoreQuery : public QueryTest {
+ protected:
+  StoreQuery() { Use(OpenBench()); }
+  static Ref<IStore> OpenOther() { return OpenFile(HV_TEST_DATA_DIR "/browse/campaign.atfx"); }
+  /// "type.property" of a condition, and its internal names.
+  std::string NamesOf(std::int32_t index) {
+    Ref<easyImpl::IConditionImpl> condition;
+    if (Failed(Conditions().GetItem(index, condition.Put()))) return "none";
+    return cor::ToUtf8(condition->GetType() + u"." + condition->GetProperty() + u" <- " +
+                       condition->GetInternalType() + u"." + condition->GetInternalProperty());
+  }
+};
+
+TEST_F(StoreQuery, ResolvesNamesBothWays) {
+  const StoreNames names(Ref<IModel>::Adopt(m_store->GetModel()));
+  struct Case {
+    std::u16string_view entity, property, internal, internalProperty;
+  };
+  const Case cases[] = {
+      {u"Channel", u"Name", u"", u"name"},
+      {u"MeaResult", u"Name", u"measurement", u"Name"},
+      {u"MeaResult", u"Title", u"measurement", u"name"},
+      {u"Step", u"Name", u"measurement.test", u"name"},
+      {u"Campaign", u"Start.Date", u"measurement.test.parent_test", u"Start.Date"},
+      {u"Column", u"Values", u"local_columns", u"values"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(cor::ToUtf8(c.entity));
+    WString internal;
+    WString property;
+    EXPECT_EQ(S_OK, names.InternalEntity(c.entity, &internal));
+    EXPECT_EQ(S_OK, names.InternalProperty(c.entity, c.property, &property));
+    EXPECT_EQ(c.internal, internal.view());
+    EXPECT_EQ(c.internalProperty, property.view());
+    const WString path = internal.empty() ? property : internal + u"." + property;
+    EXPECT_EQ(S_OK, names.ExternalNames(path, &internal, &property));
+    EXPECT_EQ(c.entity, internal.view());
+    EXPECT_EQ(c.property, property.view());
+    EXPECT_EQ(S_OK, names.ExternalEntity(c.internal, &internal));
+    EXPECT_EQ(c.entity, internal.view());
+  }
+  WString out;
+  WString property;
+  EXPECT_EQ(E_INVALIDARG, names.InternalEntity(u"Nobody", &out));
+  EXPECT_EQ(E_INVALIDARG, names.InternalEntity(u"Loner", &out)) << "no way from the channels";
+  EXPECT_EQ(E_INVALIDARG, names.InternalProperty(u"Step", u"Nope", &out));
+  EXPECT_EQ(E_INVALIDARG, names.ExternalEntity(u"measurement.nope", &out));
+  EXPECT_EQ(E_INVALIDARG, names.ExternalNames(u"measurement.nope", &out, &property));
+  EXPECT_EQ(S_OK, names.ExternalNames(u"Person.name", &out, &property)) << "by the entity's name";
+  EXPECT_EQ(E_INVALIDARG, StoreNames().ExternalEntity(u"", &out));
+}
+
+TEST_F(StoreQuery, ChecksPathsOfProperties) {
+  const StoreNames names(Ref<IModel>::Adopt(m_store->GetModel()));
+  struct Case {
+    std::u16string_view entity, property;
+    std::int32_t flags, message;
+    bool inBrowsePath = false;
+  };
+  const Case cases[] = {
+      {u"MeaResult", u"Size", 0, 0},
+      {u"meaRESULT", u"State", 0, 0},
+      {u"aomeasurement", u"name", 0, 0},
+      {u"Column", u"Values", 0, 0},
+      {u"Step", u"Campaign.Start.Date", 0, 0},
+      {u"Step", u"parent_test.name", 0, 0},
+      {u"Step", u"Campaign.Steps.Name", 1, 12008},
+      {u"MeaResult", u"Before.Name", 1, 12008},
+      {u"Nobody", u"Name", 2, 12009},
+      {u"MeaResult", u"Nope", 2, 12009},
+      {u"MeaResult", u"Step", 2, 12009},
+      {u"MeaResult", u"Step.Nope", 2, 12009},
+      {u"Step", u"Results.Channels.Name", 2, 12009},
+      {u"Step", u"Results.Name", 0, 0},
+      {u"MeaResult", u"Good", 4, 12011},
+      {u"MeaResult", u"Levels", 8, 12010},
+      {u"MeaResult", u"Driver.Name", 0, 0},
+      {u"Step", u"Campaign.Title", 16, 12008, true},
+      {u"Step", u"Name", 0, 0, true},
+  };
+  Ref<IBrowseConfig> config;
+  ASSERT_EQ(S_OK, LoadDefaultBrowseConfig(m_store.Get(), config.Put()));
+  for (const Case& c : cases) {
+    const std::int32_t flags =
+        names.CheckPath(c.entity, c.property, c.inBrowsePath ? config.Get() : nullptr);
+    EXPECT_EQ(c.flags, flags) << cor::ToUtf8(c.property);
+    EXPECT_EQ(c.message, PathCheckMessage(flags));
+  }
+  // The engine gives each reference a way back; stores of others need not.
+  EXPECT_EQ(12013, PathCheckMessage(pathflag::kAmbiguous));
+  EXPECT_EQ(2, StoreNames().CheckPath(u"MeaResult", u"Size", nullptr)) << "without a store";
+  AttributePathInfo path;
+  const auto start = names.FindEntity(u"MeaResult");
+  ASSERT_EQ(S_OK, path.Parse(*start, u"Step.Campaign.Title", true));
+  ASSERT_TRUE(path.Next());
+  {
+    const tAttributePathInfoAutoPosition keep(path);
+    EXPECT_TRUE(path.Next());
+    EXPECT_FALSE(path.Next());
+  }
+  EXPECT_EQ(1u, path.GetPosition());
+}
+
+TEST_F(StoreQuery, BeginsWithMeasurementsAndTakesValidTypesOnly) {
+  EXPECT_TRUE(m_query->IsAttached());
+  EXPECT_TRUE(m_query->IsEmpty());
+  EXPECT_EQ(u"MeaResult", m_query->GetReturnType().view());
+  EXPECT_EQ(u"measurement", m_query->GetInternalReturnType().view());
+  EXPECT_EQ(u"bench", m_query->GetStoreName().view());
+  EXPECT_EQ(u"Step.Campaign", m_query->PathPrefix(u"Campaign").view());
+  EXPECT_EQ(u"", m_query->PathPrefix(u"MeaResult").view());
+  EXPECT_EQ(E_INVALIDARG, m_query->SetReturnType(u"Nobody"));
+  EXPECT_EQ(S_OK, m_query->SetReturnType(u"Channel"));
+  EXPECT_EQ(u"", m_query->GetInternalReturnType().view());
+  EXPECT_EQ(E_INVALIDARG, m_query->SetReturnType(u""));
+  EXPECT_EQ(u"Channel", m_query->GetReturnType().view());
+  const auto unbound = MakeRef<CDataStoreAdvancedQueryImpl>();
+  EXPECT_EQ(u"AoMeasurement", unbound->GetReturnType().view());
+  EXPECT_EQ(E_UNEXPECTED, unbound->Detach());
+  Ref<IAdvancedQueryImpl> made;
+  EXPECT_EQ(VEX_E_NO_STORE, unbound->MakeEmpty(made.Put()));
+  EXPECT_EQ(S_OK, m_query->MakeEmpty(made.Put()));
+  EXPECT_EQ(m_store.Get(), made->GetStore());
+}
+
+TEST_F(StoreQuery, MovesToAStoreWithOtherNames) {
+  Fill({"MeaResult|Title|=|Run 1", "Step|Name|=|Day*", "Campaign|Title|=|Cold*"});
+  ASSERT_EQ(S_OK, m_query->Detach());
+  EXPECT_FALSE(m_query->IsAttached());
+  EXPECT_EQ("MeaResult.Title <- measurement.name", NamesOf(0)) << "stays readable";
+  EXPECT_EQ(E_UNEXPECTED, m_query->Detach());
+  EXPECT_EQ(E_INVALIDARG, m_query->Reattach(nullptr, true));
+  m_store = OpenOther();
+  ASSERT_EQ(S_OK, m_query->Reattach(m_store.Get(), true));
+  EXPECT_EQ(u"Run", m_query->GetReturnType().view());
+  EXPECT_EQ(u"campaign", m_query->GetStoreName().view());
+  EXPECT_EQ("Run.Name <- measurement.name", NamesOf(0));
+  EXPECT_EQ("Sub.Test.Name <- measurement.test.name", NamesOf(1));
+  EXPECT_EQ("Campaign.Title <- measurement.test.parent_test.name", NamesOf(2));
+  WString text;
+  ASSERT_EQ(S_OK, Build(&text));
+  EXPECT_EQ("4", Hits(text));
+}
+
+TEST_F(StoreQuery, StopsMovingAtTheFirstMisfit) {
+  Fill({"MeaResult|Title|=|a", "MeaResult|Size|=|1", "Step|Name|=|x"});
+  const Ref<IStore> other = OpenOther();
+  EXPECT_EQ(E_UNEXPECTED, m_query->Reattach(other.Get(), true)) << "there is no size";
+  EXPECT_EQ("Run.Name <- measurement.name", NamesOf(0));
+  EXPECT_EQ("MeaResult.Size <- measurement.Size", NamesOf(1));
+  EXPECT_EQ("Step.Name <- measurement.test.name", NamesOf(2));
+  Use(m_store);
+  Fill({"MeaResult|Size|=|1", "MeaResult|Time|>=|soon"});
+  EXPECT_EQ(VEX_E_OTHER_STORE, m_query->Reattach(m_store.Get(), false)) << "no date";
+  ASSERT_EQ(S_OK, m_query->SetReturnType(u"Person"));
+  ASSERT_EQ(S_OK, Conditions().RemoveAll());
+  EXPECT_EQ(VEX_E_OTHER_STORE, m_query->Reattach(other.Get(), true));
+}
+
+TEST_F(StoreQuery, CopiesWhatAnotherIs) {
+  Fill({"MeaResult|Size|=|1", "MeaResult|Size|=|2"}, u"C1 OR C2");
+  ASSERT_EQ(S_OK, m_query->SetReturnType(u"Step"));
+  m_query->SetFilterActive(1);
+  const auto copy = MakeRef<CDataStoreAdvancedQueryImpl>(*m_store, nullptr);
+  EXPECT_EQ(E_INVALIDARG, copy->CopyFrom(nullptr));
+  ASSERT_EQ(S_OK, copy->CopyFrom(m_query.Get()));
+  EXPECT_EQ(u"Step", copy->GetReturnType().view());
+  EXPECT_EQ(u"measurement.test", copy->GetInternalReturnType().view());
+  EXPECT_EQ(1, copy->GetFilterActive());
+  EXPECT_TRUE(Conditions().Compare(*copy->GetStoreConditions()));
+  ASSERT_EQ(S_OK, Conditions().RemoveAll());
+  EXPECT_FALSE(copy->IsEmpty());
+}
+
+TEST_F(StoreQuery, FollowsAModelThatChanges) {
+  const auto changing = MakeRef<test::ChangingStore>(m_store);
+  const Ref<IStore> other = OpenOther();
+  const auto shown = [&](std::u16string_view member) {
+    return Get(MakeRef<CDataStoreQueryInt>(m_query).Get(), member).Shown();
+  };
+  const auto start = [&](std::u16string_view returnType, const char* condition) {
+    Use(changing);
+    changing->Model().Become(m_store = OpenBench());
+    EXPECT_EQ(S_OK, m_query->Sync());
+    Add(*m_query, condition);
+    ASSERT_EQ(S_OK, m_query->SetReturnType(returnType));
+    EXPECT_EQ(S_OK, m_query->CheckSync(u"Nobody")) << "nothing has changed";
+    changing->Model().Become(other);
+    EXPECT_EQ(VEX_E_QUERY_BROWSE_PATH, m_query->CheckSync(u"MeaResult"));
+    EXPECT_EQ(VEX_E_QUERY_BROWSE_PATH, m_query->CheckModel(u"MeaResult"));
+    EXPECT_EQ(S_OK, m_query->CheckSync(u"Run"));
+  };
+  const char* const kMisfit = "334 The query is not compatible with the connected data store.";
+
+  start(u"MeaResult", "Campaign|Title|=|x");
+  EXPECT_EQ("Run", shown(u"ReturnType"));
+  EXPECT_EQ("object", shown(u"Conditions"));
+  EXPECT_EQ(S_OK, m_query->CheckSync(u"Nobody")) << "it is up to date again";
+  start(u"MeaResult", "Step|Name|=|x");
+  EXPECT_EQ(kMisfit, shown(u"Conditions")) << "there is no step any more";
+  EXPECT_EQ(kMisfit, shown(u"Conditions")) << "and it is said again";
+  start(u"Person", "Campaign|Title|=|x");
+  EXPECT_EQ(kMisfit, shown(u"ReturnType"));
+  EXPECT_EQ("empty", shown(u"Detach"));
+  EXPECT_EQ("Person", shown(u"ReturnType"));
+}
+
+TEST_F(StoreQuery, IsSeenByNameWithItsMessages) {
+  const auto query = MakeRef<CDataStoreQueryInt>(m_query);
+  struct Case {
+    const char* call;
+    const char* shown;
+  };
+  const Case cases[] = {
+      {"IsEmpty", "-1"},
+      {"IsKindOf(4)", "-1"},
+      {"IsKindOf(1)", "0"},
+      {"IsKindOf(2)", "0"},
+      {"QueryString", ""},
+      {"QueryString(null)", ""},
+      {"ReturnType", "MeaResult"},
+      {"Conditions.Count", "0"},
+      {"Conditions.Add('MeaResult','Size','=','1').Name", "C1"},
+      {"Conditions.Count", "1"},
+      {"IsEmpty", "0"},
+      {"Detach", "empty"},
+      {"Detach", "250 Unknown error."},
+      {"ReturnType", "MeaResult"},
+      {"Conditions.Item(1).Property", "Size"},
+      {"IsEmpty", "0"},
+  };
+  const auto run = [&](const Case& c) {
+    EXPECT_EQ(c.shown, Eval(query.Get(), c.call).Shown()) << c.call;
+  };
+  std::ranges::for_each(cases, run);
+  Use(m_store);
+  const auto again = MakeRef<CDataStoreQueryInt>(m_query);
+  EXPECT_EQ("209 The text Nobody is not a valid value for the property ReturnType.",
+            Put(again.Get(), u"ReturnType", Variant::Text(u"Nobody")).Shown());
+  EXPECT_EQ("245 QueryString not implemented.",
+            Put(again.Get(), u"QueryString", Variant::Text(u"<query/>")).Shown());
+  EXPECT_EQ("222 The argument Context of the method QueryString must be a DataStore.",
+            Get(again.Get(), u"QueryString", Variant::Object(query.Get())).Shown());
+  Add(*m_query, "MeaResult|Size|>|3");
+  EXPECT_EQ("AND(&gt;(Size p'3'))", Short(Get(again.Get(), u"QueryString").value.AsText()));
+}
+
+}  // namespace
+}  // namespace hv::vex
