@@ -34,10 +34,14 @@ WString DateDigits(const SystemTime& time) {
   return DateDigits(time.year, time.month, time.day, time.hour, time.minute, time.second);
 }
 
+/// True for a text that is its own and only value.
+bool IsPlainValue(std::u16string_view text) {
+  return text.find_first_of(u"\t\r\n\\") == text.npos && text.find(u" OR ") == text.npos;
+}
+
 /// Older files hold the wildcards of a text as the characters that a key typed.
 WString WithTypedWildcards(std::u16string_view text) {
   WString value(text);
-  if (text.find_first_of(u"\t\r\n") == text.npos) return value;
   value.ReplaceAll(u"\t", u"?").ReplaceAll(u"\r\n", u"*");
   value.ReplaceAll(u"\n", u"*").ReplaceAll(u"\r", u"*");
   return value;
@@ -58,6 +62,9 @@ Result ExpressionWriter::WriteLogic(WString* body, std::uint32_t* failedConditio
     return VEX_E_BAD_LOGIC;
   }
   const bool isInOr = resultKind == LogicKind::TopOr;
+  // Long texts grow at once; a guess of what a condition takes.
+  constexpr std::size_t kUnitsOfToken = 90;
+  body->reserve(body->size() + tokens.size() * kUnitsOfToken);
   OpenFunction(*body, isInOr ? kOr : kAnd);
   for (std::size_t i = 0; i < tokens.size();) {
     if (tokens[i].kind == LogicKind::Open) {
@@ -121,7 +128,7 @@ Result ExpressionWriter::WriteCondition(easyImpl::IConditionImpl& condition, boo
   target.isInOr = isInOr;
   target.property = property;
   target.prefix = PrefixOf(condition.GetType());
-  target.identifier = target.prefix + property;
+  target.identifier = WString(target.prefix) + property;
   if (m_source.mapper) {
     HV_RETURN_CODE_IF(m_source.isBelowElement, VEX_E_INVALID_PROPERTY);
     target.identifier = m_source.mapper->Map(target.identifier);
@@ -140,7 +147,18 @@ Result ExpressionWriter::WriteCondition(easyImpl::IConditionImpl& condition, boo
 
 Result ExpressionWriter::WriteValues(std::u16string_view op, std::u16string_view valueText,
                                      const Target& target, WString* body) {
-  const std::vector<WString> values = SplitValues(WithTypedWildcards(valueText), true, false);
+  if (target.isModelProperty && IsPlainValue(valueText)) {
+    const std::uint64_t longest = m_source.config.GetLongestValue();
+    HV_RETURN_CODE_IF(longest != 0 && valueText.size() > longest, VEX_E_VALUE_TOO_LONG);
+    WriteValue(op, valueText, target.Kind(), target, body);
+    return S_OK;
+  }
+  return WriteList(op, WithTypedWildcards(valueText), target, body);
+}
+
+Result ExpressionWriter::WriteList(std::u16string_view op, const WString& valueText,
+                                   const Target& target, WString* body) {
+  const std::vector<WString> values = SplitValues(valueText, true, false);
   const std::uint64_t longest = m_source.config.GetLongestValue();
   for (const WString& value : values) {
     HV_RETURN_CODE_IF(longest != 0 && value.size() > longest, VEX_E_VALUE_TOO_LONG);
@@ -151,8 +169,7 @@ Result ExpressionWriter::WriteValues(std::u16string_view op, std::u16string_view
   if (areAlternatives) OpenFunction(*body, kOr);
   for (const WString& value : values) {
     if (isPairApart) OpenFunction(*body, kAnd);
-    WriteValue(op, value, target.isText ? ConstantKind::Wildcards : ConstantKind::Plain, target,
-               body);
+    WriteValue(op, value, target.Kind(), target, body);
     if (isPairApart) CloseFunction(*body);
   }
   if (areAlternatives) CloseFunction(*body);
@@ -198,10 +215,10 @@ void ExpressionWriter::WriteValue(std::u16string_view op, std::u16string_view va
     AppendComparison(*body, op, target.identifier, kind, value);
     return;
   }
-  AppendComparison(*body, op, target.prefix + u"instance_attributes.values",
+  AppendComparison(*body, op, WString(target.prefix) + u"instance_attributes.values",
                    ConstantKind::Wildcards, value);
-  AppendComparison(*body, u"==", target.prefix + u"instance_attributes.name", ConstantKind::NoCase,
-                   target.property);
+  AppendComparison(*body, u"==", WString(target.prefix) + u"instance_attributes.name",
+                   ConstantKind::NoCase, target.property);
 }
 
 void ExpressionWriter::WriteFilter(IIdentifierMapper* mapper, bool isInOr, WString* body) {

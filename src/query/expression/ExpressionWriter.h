@@ -70,16 +70,21 @@ class ExpressionWriter final {
   /// What all functions of one condition have in common.
   struct Target {
     WString identifier;
-    WString prefix;    ///< with its point
-    WString property;  ///< the internal name
+    std::u16string_view prefix;    ///< with its point
+    std::u16string_view property;  ///< the internal name
     bool isModelProperty = true;
     bool isText = false;
     bool isInOr = false;
+    [[nodiscard]] ConstantKind Kind() const {
+      return isText ? ConstantKind::Wildcards : ConstantKind::Plain;
+    }
   };
   Result WriteNumbered(std::int32_t number, bool isInOr, WString* body,
                        std::uint32_t* failedCondition);
   Result WriteValues(std::u16string_view op, std::u16string_view valueText, const Target& target,
                      WString* body);
+  Result WriteList(std::u16string_view op, const WString& valueText, const Target& target,
+                   WString* body);
   Result WriteDate(easyImpl::IConditionImpl& condition, std::u16string_view op,
                    const Target& target, WString* body);
   static void WriteRange(const WString& from, const WString& to, const Target& target,

@@ -99,11 +99,15 @@ Result CAdvancedQueryImpl::Build(const Frame& frame, IStoreConfigHelper& config,
 Result CAdvancedQueryImpl::Write(const Frame& frame, IStoreConfigHelper& config,
                                  WString* text) try {
   HV_RETURN_IF_FAILED(Check(config, frame.isBelowElement));
-  WString body;
-  HV_RETURN_IF_FAILED(
-      ExpressionWriter(Source(frame, config)).WriteLogic(&body, &m_failedCondition));
   AppendHead(*text, frame.entity, {}, frame.limit, frame.freeText);
-  *text += body;
+  ExpressionWriter writer(Source(frame, config));
+  if (frame.mapper) {  // may have the body put inside another function
+    WString body;
+    HV_RETURN_IF_FAILED(writer.WriteLogic(&body, &m_failedCondition));
+    *text += body;
+  } else {
+    HV_RETURN_IF_FAILED(writer.WriteLogic(text, &m_failedCondition));
+  }
   AppendTail(*text);
   return S_OK;
 }

@@ -47,11 +47,9 @@ Result CDataStoreConfigHelper::MakePropertyHelper(std::u16string_view type,
                                                   IAttributeDataTypeHelper** helper) try {
   HV_RETURN_IF_NULL(helper);
   *helper = nullptr;
-  // A line feed is in no name.
-  WString key = WString(type) + u"\n" + property;
-  auto found = m_helpers.find(key);
+  auto found = m_helpers.find(PropertyKeyView(type, property));
   if (found == m_helpers.end()) {
-    found = m_helpers.emplace(std::move(key), Make(type, property)).first;
+    found = m_helpers.emplace(PropertyKey(type, property), Make(type, property)).first;
   }
   return found->second.CopyTo(helper);
 }

@@ -9,6 +9,7 @@
 
 #include "cor/Counted.h"
 #include "query/expression/IStoreConfigHelper.h"
+#include "query/objects/PropertyKey.h"
 #include "store/core/CoreBinding.h"
 #include "store/core/IModel.h"
 #include "store/core/IStore.h"
@@ -39,7 +40,7 @@ class CDataStoreConfigHelper final : private CoreBinding, public cor::Counted<IS
   Ref<IStore> m_store;
   Ref<IModel> m_model;
   Ref<CEntityImplCache> m_entities;
-  std::map<WString, Ref<IAttributeDataTypeHelper>, cor::ExactLess> m_helpers;
+  std::map<PropertyKey, Ref<IAttributeDataTypeHelper>, PropertyKeyLess> m_helpers;
 };
 
 }  // namespace hv::vex

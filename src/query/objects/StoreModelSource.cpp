@@ -26,14 +26,13 @@ WString CStoreModelSource::GetStoreName() {
 
 const CStoreModelSource::Known& CStoreModelSource::Find(std::u16string_view type,
                                                         std::u16string_view property) {
-  WString key = WString(type) + u"\n" + property;  // a line feed is in no name
-  auto found = m_known.find(key);
+  const auto found = m_known.find(PropertyKeyView(type, property));
   if (found != m_known.end()) return found->second;
   Known known;
   known.pathFlags = m_names.CheckPath(type, property, m_browseConfig.Get());
   known.isResolved = !Failed(m_names.InternalEntity(type, &known.entityPath)) &&
                      !Failed(m_names.InternalProperty(type, property, &known.internalProperty));
-  return m_known.emplace(std::move(key), std::move(known)).first->second;
+  return m_known.emplace(PropertyKey(type, property), std::move(known)).first->second;
 }
 
 bool CStoreModelSource::IsValidType(std::u16string_view type) try {

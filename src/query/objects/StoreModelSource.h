@@ -11,6 +11,7 @@
 #include "cor/Counted.h"
 #include "query/conditions/IConditionOwner.h"
 #include "query/objects/DataStoreConfigHelper.h"
+#include "query/objects/PropertyKey.h"
 #include "query/objects/StoreNames.h"
 #include "store/core/CoreBinding.h"
 #include "store/core/IStore.h"
@@ -55,7 +56,7 @@ class CStoreModelSource final : private CoreBinding, public cor::Counted<ICondit
   Ref<IBrowseConfig> m_browseConfig;
   StoreNames m_names;
   Ref<CDataStoreConfigHelper> m_helpers;
-  std::map<WString, Known, cor::ExactLess> m_known;
+  std::map<PropertyKey, Known, PropertyKeyLess> m_known;
 };
 
 }  // namespace hv::vex
