@@ -1,7 +1,9 @@
 #include <filesystem>
 
 #include "apps/cli/Commands.h"
+#include "apps/cli/Interruption.h"
 #include "apps/cli/StoreAccess.h"
+#include "apps/cli/Terminal.h"
 
 namespace hv::cli {
 
@@ -21,16 +23,21 @@ void CheckIsAnother(const ExportOptions& options, const std::string& source) {
 void RunExport(const ExportOptions& options) {
   CheckIsAnother(options, options.store);
   CheckTarget(options.target, options.force);
+  const Interruption interruption;
   Engine engine;
-  const Ref<IStore> store = engine.Open(options.store);
+  const Ref<IStore> store = [&] {
+    ProgressBar bar("Reading");
+    return engine.Open(options.store, &bar);
+  }();
   // A configured store tells only now which file it is.
   WString location;
   store->GetDisplayLocation(location);
   CheckIsAnother(options, cor::ToUtf8(location));
   Explained("exporting " + options.store + " to " + options.target, [&] {
+    ProgressBar bar("Writing");
     Ref<IExporter>::Adopt(engine.Environment().CreateExporter(
                               u"ATFX", u"", FilenameParameter(options.target), store.Get()))
-        ->Run();
+        ->RunWatched(bar);
   });
   TellRemarks(*store, options.warnings);
 }

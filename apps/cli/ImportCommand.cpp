@@ -2,7 +2,9 @@
 #include <filesystem>
 
 #include "apps/cli/Commands.h"
+#include "apps/cli/Interruption.h"
 #include "apps/cli/StoreAccess.h"
+#include "apps/cli/Terminal.h"
 
 namespace hv::cli {
 
@@ -32,13 +34,20 @@ void CheckDatabase(const ImportOptions& options) {
 
 void RunImport(const ImportOptions& options) {
   CheckDatabase(options);
+  const Interruption interruption;
   Engine engine;
-  const Ref<IStore> store = engine.Open(options.store);
+  const std::filesystem::path folder = std::filesystem::absolute(options.target).parent_path();
+  Ref<IStore> store;
+  {
+    ProgressBar bar("Reading");
+    store = engine.OpenToCopy(options.store, folder.string(), bar);
+  }
   WString parameters = FilenameParameter(options.target);
   if (!options.replace) parameters += u"<add>yes</add>";
   Explained("importing " + options.store + " into " + options.target, [&] {
+    ProgressBar bar("Writing");
     Ref<IExporter>::Adopt(engine.Environment().CreateExporter(u"SQL", u"", parameters, store.Get()))
-        ->Run();
+        ->RunWatched(bar);
   });
   TellRemarks(*store, options.warnings);
 }

@@ -47,7 +47,17 @@ Engine::Engine() {
 
 Engine::~Engine() = default;
 
-Ref<vex::IStore> Engine::Open(const std::string& store) {
+Ref<vex::IStore> Engine::Open(const std::string& store, vex::IProgress* progress) {
+  return OpenWith(store, {}, progress);
+}
+
+Ref<vex::IStore> Engine::OpenToCopy(const std::string& store, std::string_view folder,
+                                    vex::IProgress& progress) {
+  return OpenWith(store, TagParameter(u"spool", folder), &progress);
+}
+
+Ref<vex::IStore> Engine::OpenWith(const std::string& store, const WString& more,
+                                  vex::IProgress* progress) {
   return Explained("opening " + store, [&] {
     const WString plugin = PluginForFile(*m_environment, store);
     if (plugin.empty()) {
@@ -57,8 +67,11 @@ Ref<vex::IStore> Engine::Open(const std::string& store) {
     if (!std::filesystem::exists(store, unused)) {
       throw Failure("opening " + store + ": there is no such file");
     }
+    WString parameters = FilenameParameter(store);
+    parameters += more;
     return Ref<vex::IStore>::Adopt(
-        m_environment->OpenStoreByParameter(u"", plugin, FilenameParameter(store), 0));
+        progress ? m_environment->OpenStoreWatched(u"", plugin, parameters, *progress)
+                 : m_environment->OpenStoreByParameter(u"", plugin, parameters, 0));
   });
 }
 
@@ -80,14 +93,18 @@ void TellRemarks(vex::IStore& store, bool list) {
   });
 }
 
-WString FilenameParameter(std::string_view file) {
-  WString escaped = cor::FromUtf8(file);
+WString TagParameter(std::u16string_view tag, std::string_view value) {
+  WString escaped = cor::FromUtf8(value);
   escaped.ReplaceAll(u"&", u"&amp;");
   escaped.ReplaceAll(u"<", u"&lt;");
   escaped.ReplaceAll(u">", u"&gt;");
-  WString parameter(u"<filename>");
+  WString parameter(u"<");
+  parameter += tag;
+  parameter += u">";
   parameter += escaped;
-  parameter += u"</filename>";
+  parameter += u"</";
+  parameter += tag;
+  parameter += u">";
   return parameter;
 }
 

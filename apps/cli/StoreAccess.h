@@ -20,9 +20,16 @@ class Engine final : private vex::CoreBinding {
 
   [[nodiscard]] vex::IEnvironment& Environment() { return *m_environment; }
   /// Opens what the program's first argument names: a file by its ending, or a configured store.
-  Ref<vex::IStore> Open(const std::string& store);
+  /// \param progress  watches; may be null.
+  Ref<vex::IStore> Open(const std::string& store, vex::IProgress* progress = nullptr);
+  /// The same for a command that reads everything once: what is bulky goes into a temporary file in
+  /// `folder` instead of memory.
+  Ref<vex::IStore> OpenToCopy(const std::string& store, std::string_view folder,
+                              vex::IProgress& progress);
 
  private:
+  Ref<vex::IStore> OpenWith(const std::string& store, const WString& more,
+                            vex::IProgress* progress);
   Ref<vex::IEnvironment> m_environment;
 };
 
@@ -30,8 +37,9 @@ class Engine final : private vex::CoreBinding {
 /// all, since values that are read late may add to it.
 void TellRemarks(vex::IStore& store, bool list);
 
-/// "<filename>...</filename>" with "&", "<" and ">" escaped.
-WString FilenameParameter(std::string_view file);
+/// "<TAG>...</TAG>" with "&", "<" and ">" of the value escaped.
+WString TagParameter(std::u16string_view tag, std::string_view value);
+inline WString FilenameParameter(std::string_view file) { return TagParameter(u"filename", file); }
 
 /// Throws Failure if `target` is no name of an exchange file, if writing it would replace something
 /// without being told to, or if it isn't possible at all.

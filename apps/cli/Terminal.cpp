@@ -7,6 +7,8 @@
 
 #include <unistd.h>
 
+#include "apps/cli/Interruption.h"
+
 namespace hv::cli {
 
 std::size_t DisplayWidth(std::string_view text) {
@@ -43,6 +45,11 @@ void ProgressBar::Show(std::uint64_t done, std::uint64_t total) {
   std::fprintf(stderr, "\r%s [%s] %3llu %%", m_label.c_str(), bar.c_str(),
                static_cast<unsigned long long>(done >= total ? 100 : done * 100 / total));
   std::fflush(stderr);
+}
+
+std::int32_t ProgressBar::OnProgress(std::uint64_t done, std::uint64_t total) {
+  Show(done, total);
+  return Interruption::Caught() == 0 ? 1 : 0;
 }
 
 void ProgressBar::Clear() {

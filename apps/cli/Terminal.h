@@ -7,13 +7,16 @@
 #include <string>
 #include <string_view>
 
+#include "store/core/IProgress.h"
+
 namespace hv::cli {
 
 /// How many columns a UTF-8 text takes on a terminal: wide characters two, combining ones none.
 std::size_t DisplayWidth(std::string_view text);
 
-/// A bar on standard error, redrawn at most ten times a second; silent if that is no terminal.
-class ProgressBar final {
+/// A bar on standard error, redrawn at most ten times a second; silent if that is no terminal. As
+/// the watcher of an engine's operation it also stops that when the program was told to end.
+class ProgressBar final : public vex::IProgress {
  public:
   explicit ProgressBar(std::string label);
   ~ProgressBar();
@@ -21,6 +24,9 @@ class ProgressBar final {
   ProgressBar& operator=(const ProgressBar&) = delete;
 
   void Show(std::uint64_t done, std::uint64_t total);
+
+  // IProgress
+  std::int32_t OnProgress(std::uint64_t done, std::uint64_t total) override;
 
  private:
   void Clear();

@@ -10,6 +10,7 @@
 
 #include "apps/cli/Commands.h"
 #include "apps/cli/Failure.h"
+#include "apps/cli/Interruption.h"
 
 namespace {
 
@@ -147,3 +148,6 @@ int main(int argc, char** argv) {
     return kFailed;
   }
 }
+  // A limit on the size of files is told as a failure like a full disk.
+  std::signal(SIGXFSZ, SIG_IGN);
+    if (hv::cli::Interruption::Caught() != 0) hv::cli::Interruption::EndByIt();

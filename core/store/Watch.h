@@ -28,4 +28,16 @@ class Watch final {
   IProgress* m_client = nullptr;
 };
 
+/// Counts the steps of work whose number is known.
+class WatchedSteps final {
+ public:
+  WatchedSteps(const Watch& watch, std::uint64_t total) : m_watch(watch), m_total(total) {}
+  void Add(std::uint64_t steps) { m_watch.Tell(m_done += steps, m_total); }
+
+ private:
+  Watch m_watch;
+  std::uint64_t m_done = 0;
+  std::uint64_t m_total;
+};
+
 }  // namespace hv::vex::engine

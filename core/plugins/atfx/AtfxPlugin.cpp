@@ -132,7 +132,11 @@ std::unique_ptr<RecordStore> Create(const ConnectParameters& parameters,
 }
 
 void Write(const RecordStore& source, const ConnectParameters& parameters) {
-  Guarded([&] { atfx::WriteAtfx(source, FileNameOf(parameters)); });
+  Guarded([&] {
+    atfx::WriteOptions options;
+    options.watch = parameters.Watcher();
+    atfx::WriteAtfx(source, FileNameOf(parameters), options);
+  });
 }
 
 }  // namespace

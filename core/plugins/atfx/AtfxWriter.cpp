@@ -70,7 +70,8 @@ void WriteFiles(const std::vector<std::u16string>& names, XmlOutput& xml) {
 }
 
 void WriteDocument(const RecordStore& source, const ColumnPlan& plan,
-                   const std::vector<std::u16string>& fileNames, FileOutput& file) {
+                   const std::vector<std::u16string>& fileNames, FileOutput& file,
+                   WatchedSteps& steps) {
   const Model& model = *source.GetModel();
   const int version = ParseBaseVersion(model.BaseModelVersion());
   file.Write("<?xml version=\"1.0\" encoding=\"UTF-8\"?>");
@@ -82,9 +83,20 @@ void WriteDocument(const RecordStore& source, const ColumnPlan& plan,
   xml.Leaf(u"base_model_version", cor::FromUtf8("asam" + std::to_string(version)));
   WriteFiles(fileNames, xml);
   WriteModel(model, xml);
-  InstanceWriter(source, plan, xml).Write();
+  InstanceWriter(source, plan, xml, steps).Write();
   xml.End();
   file.Write("\n");
+}
+
+/// Columns are looked at twice: for their long values, then as records.
+std::uint64_t StepsOf(const RecordStore& source) {
+  const Model& model = *source.GetModel();
+  std::uint64_t steps = 0;
+  for (const Entity& entity : model.Entities()) {
+    if (entity.isBase) continue;
+    steps += source.CountOf(entity.id) * (model.BaseNameOf(entity.id) == u"aolocalcolumn" ? 2 : 1);
+  }
+  return steps;
 }
 
 }  // namespace
@@ -97,9 +109,10 @@ std::vector<std::filesystem::path> WriteAtfx(const RecordStore& source,
   ComponentWriter components(real, options.largestComponentFile, replaced);
   FileOutput file = FileOutput::Beside(real);
   ColumnPlan plan;
-  plan.Make(source, options.mostInlineValues, components);
+  WatchedSteps steps(options.watch, StepsOf(source));
+  plan.Make(source, options.mostInlineValues, components, steps);
   components.Close();
-  WriteDocument(source, plan, components.FileNames(), file);
+  WriteDocument(source, plan, components.FileNames(), file, steps);
   file.Close();
   file.RenameOver(real);
   components.Keep();

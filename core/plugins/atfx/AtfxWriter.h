@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "core/store/RecordStore.h"
+#include "core/store/Watch.h"
 
 namespace hv::vex::engine::atfx {
 
@@ -14,6 +15,8 @@ struct WriteOptions {
   std::uint64_t mostInlineValues = 4096;
   /// A component file that has grown beyond this size is followed by another.
   std::uint64_t largestComponentFile = 500'000'000;
+  /// Told of the records written, and asked between them.
+  Watch watch;
 };
 
 /// Writes the model, all records and all values in batches; the store isn't held in memory.

@@ -76,22 +76,22 @@ ColumnFacts ReadColumnFacts(const RecordStore& source, RecordRef column) {
   return facts;
 }
 
-void ColumnPlan::Make(const RecordStore& source, std::uint64_t mostInline,
-                      ComponentWriter& writer) {
+void ColumnPlan::Make(const RecordStore& source, std::uint64_t mostInline, ComponentWriter& writer,
+                      WatchedSteps& steps) {
   const Model& model = *source.GetModel();
   for (const Entity& entity : model.Entities()) {
     if (entity.isBase || model.BaseNameOf(entity.id) != u"aolocalcolumn") continue;
     const std::vector<RecordId> ids = source.AllOf(entity.id);
     for (std::size_t first = 0; first < ids.size(); first += kColumnsPerBatch) {
       const std::size_t count = std::min(kColumnsPerBatch, ids.size() - first);
-      MakeBatch(source, entity.id, std::span(ids).subspan(first, count), mostInline, writer);
+      MakeBatch(source, entity.id, std::span(ids).subspan(first, count), mostInline, writer, steps);
     }
   }
 }
 
 void ColumnPlan::MakeBatch(const RecordStore& source, EntityId entity,
                            std::span<const RecordId> ids, std::uint64_t mostInline,
-                           ComponentWriter& writer) {
+                           ComponentWriter& writer, WatchedSteps& steps) {
   const std::vector<OdsType> wanted = WantedTypes(source, entity, ids);
   for (std::size_t i = 0; i < ids.size(); ++i) {
     const ColumnFacts facts = ReadColumnFacts(source, {entity, ids[i]});
@@ -103,6 +103,7 @@ void ColumnPlan::MakeBatch(const RecordStore& source, EntityId entity,
     if (facts.flags && facts.flags->Count() > mostInline) {
       stored.flags = writer.Write(*facts.flags);
     }
+    steps.Add(1);
     if (stored.values || stored.flags) m_long[entity].emplace(ids[i], std::move(stored));
   }
 }

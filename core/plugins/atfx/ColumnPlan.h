@@ -7,6 +7,7 @@
 
 #include "core/plugins/atfx/ComponentWriter.h"
 #include "core/store/RecordStore.h"
+#include "core/store/Watch.h"
 
 namespace hv::vex::engine::atfx {
 
@@ -19,13 +20,14 @@ class ColumnPlan {
   };
 
   /// Writes the values and flags of all columns with more than `mostInline` values.
-  void Make(const RecordStore& source, std::uint64_t mostInline, ComponentWriter& writer);
+  void Make(const RecordStore& source, std::uint64_t mostInline, ComponentWriter& writer,
+            WatchedSteps& steps);
   /// Null for a column whose values and flags are short.
   [[nodiscard]] const Long* Find(RecordRef column) const;
 
  private:
   void MakeBatch(const RecordStore& source, EntityId entity, std::span<const RecordId> ids,
-                 std::uint64_t mostInline, ComponentWriter& writer);
+                 std::uint64_t mostInline, ComponentWriter& writer, WatchedSteps& steps);
 
   std::unordered_map<EntityId, std::unordered_map<RecordId, Long>> m_long;
 };

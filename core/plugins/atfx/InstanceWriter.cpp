@@ -75,6 +75,7 @@ void InstanceWriter::WriteBatch(const Entity& entity, std::span<const RecordId> 
   }
   batch.instanceAttributes = m_source.ReadInstanceAttributes(entity.id, ids);
   for (std::size_t row = 0; row < ids.size(); ++row) WriteRecord(&batch, row);
+  m_steps.Add(ids.size());
 }
 
 void InstanceWriter::WriteRecord(Batch* batch, std::size_t row) {

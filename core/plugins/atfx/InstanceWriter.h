@@ -14,8 +14,9 @@ namespace hv::vex::engine::atfx {
 /// by id, read in batches.
 class InstanceWriter {
  public:
-  InstanceWriter(const RecordStore& source, const ColumnPlan& plan, XmlOutput& xml)
-      : m_source(source), m_model(*source.GetModel()), m_plan(plan), m_xml(xml) {}
+  InstanceWriter(const RecordStore& source, const ColumnPlan& plan, XmlOutput& xml,
+                 WatchedSteps& steps)
+      : m_source(source), m_model(*source.GetModel()), m_plan(plan), m_xml(xml), m_steps(steps) {}
   InstanceWriter(const InstanceWriter&) = delete;
   InstanceWriter& operator=(const InstanceWriter&) = delete;
 
@@ -37,6 +38,7 @@ class InstanceWriter {
   const Model& m_model;
   const ColumnPlan& m_plan;
   XmlOutput& m_xml;
+  WatchedSteps& m_steps;
 };
 
 }  // namespace hv::vex::engine::atfx

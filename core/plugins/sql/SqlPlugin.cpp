@@ -70,7 +70,7 @@ void WriteDatabase(const RecordStore& source, const std::filesystem::path& path,
     // Nobody needs the unfinished file, so its safety costs nothing yet.
     connection->Execute(
         "PRAGMA journal_mode=OFF; PRAGMA synchronous=OFF; PRAGMA foreign_keys=OFF;"
-        "PRAGMA cache_size=-131072; BEGIN");
+        "PRAGMA cache_size=-32768; BEGIN");
     const Layout layout = MakeLayout(*source.GetModel(), connection->GetDialect());
     CreateSchema(*connection, *source.GetModel(), layout);
     CopyStore(source, *connection, layout, watch);
