@@ -36,6 +36,8 @@ class Statement {
   virtual void BindIds(int index, std::span<const std::int64_t> ids) = 0;
   /// True if there is a row.
   virtual bool Step() = 0;
+  /// Runs to the end; gives the whole numbers of the first column.
+  [[nodiscard]] virtual std::vector<std::int64_t> TakeIntegers() = 0;
   /// Ready to be run again, with nothing bound. Never throws.
   virtual void Reset() = 0;
 

@@ -106,10 +106,8 @@ std::uint64_t SqlStore::CountOf(EntityId entity) const {
 
 std::vector<RecordId> SqlStore::AllOf(EntityId entity) const {
   const EntityPlace& place = Place(entity);
-  std::vector<RecordId> ids;
   Run run(*m_connection, "SELECT " + place.id + " FROM " + place.table + " ORDER BY " + place.id);
-  while (run->Step()) ids.push_back(run->Integer(0));
-  return ids;
+  return run->TakeIntegers();
 }
 
 std::vector<RecordId> SqlStore::Select(const BoundQuery& query) const {
@@ -120,10 +118,9 @@ std::vector<RecordId> SqlStore::Select(const BoundQuery& query) const {
   }
   if (!query.freeText.empty()) IndexTexts();
   const Fragment select = Compile(query);
-  std::vector<RecordId> ids;
   Run run(*m_connection, select.text);
   BindAll(run, select);
-  while (run->Step()) ids.push_back(run->Integer(0));
+  std::vector<RecordId> ids = run->TakeIntegers();
   ids.shrink_to_fit();  // lists of hits are kept for long
   return ids;
 }

@@ -181,8 +181,10 @@ std::vector<Link> SqlStore::FollowOne(EntityId entity, std::int32_t relation, Re
   Run run(*m_connection, sql + " ORDER BY " + OrderOfLinks(place, there.id));
   run.Add(id);
   if (!place.name.empty()) run.Add(place.name);
+  const std::vector<RecordId> ids = run->TakeIntegers();
   std::vector<Link> links;
-  while (run->Step()) links.push_back({0, {target, run->Integer(0)}});
+  links.reserve(ids.size());
+  for (const RecordId to : ids) links.push_back({0, {target, to}});
   return links;
 }
 

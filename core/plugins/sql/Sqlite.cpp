@@ -117,6 +117,15 @@ class SqliteStatement final : public Statement {
     if (rc != SQLITE_DONE) m_source.Throw(rc);
     return false;
   }
+  std::vector<std::int64_t> TakeIntegers() override {
+    std::vector<std::int64_t> all;
+    int rc = SQLITE_ROW;
+    while ((rc = sqlite3_step(m_statement)) == SQLITE_ROW) {
+      all.push_back(sqlite3_column_int64(m_statement, 0));
+    }
+    if (rc != SQLITE_DONE) m_source.Throw(rc);
+    return all;
+  }
   void Reset() override {
     sqlite3_reset(m_statement);
     sqlite3_clear_bindings(m_statement);
