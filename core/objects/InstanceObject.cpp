@@ -13,6 +13,21 @@ bool IsColumnMember(const Attribute& attribute) {
   return attribute.baseName == u"values" || attribute.baseName == u"flags";
 }
 
+constexpr std::int16_t kValidFlag = 15;
+
+/// The flags of a column for values that take the place of those it has: as they are, and valid
+/// behind their end. Empty if it has none.
+std::vector<std::int16_t> FlagsFor(const RecordStore& records, RecordRef column,
+                                   const Value& values) {
+  const auto old = records.OpenFlags(column);
+  if (!old || old->Count() == 0) return {};
+  Value::Integers kept(std::min<std::size_t>(old->Count(), values.Count()));
+  if (!kept.empty()) old->ReadIntegers(0, kept);
+  std::vector<std::int16_t> flags(kept.begin(), kept.end());
+  flags.resize(values.Count(), kValidFlag);
+  return flags;
+}
+
 bool IsInstanceAttributeType(OdsType type) {
   switch (type) {
     case OdsType::Short:
@@ -133,7 +148,9 @@ Ref<IAttribute> InstanceObject::ModelAttribute(std::int32_t index) {
         attribute.name, QuantityType(), true,
         [hold, record] { return hold->Records().OpenValues(record); },
         writable ? ColumnAttribute::Writer([hold, record](const Value& value, bool append) {
-          hold->Records().WriteValues(record, value, {}, append);
+          const std::vector<std::int16_t> flags =
+              append ? std::vector<std::int16_t>() : FlagsFor(hold->Records(), record, value);
+          hold->Records().WriteValues(record, value, flags, append);
         })
                  : nullptr);
   }
