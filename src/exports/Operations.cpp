@@ -7,6 +7,7 @@
 #include "browse/BrowseOperations.h"
 #include "exports/DataStoreDllInterface.h"
 #include "exports/GUIInitializeContainer.h"
+#include "exports/SessionParts.h"
 #include "query/files/QueryInfoSetLoader.h"
 #include "query/files/QueryInfoSetSaver.h"
 #include "store/session/DataStoreImpl.h"
@@ -18,13 +19,18 @@ namespace {
 
 WString TextAt(const char16_t* const* text) { return WString(text ? *text : nullptr); }
 
+Ref<CDataStoreImpl> MakeSession() {
+  InstallSessionParts();
+  return MakeRef<CDataStoreImpl>();
+}
+
 }  // namespace
 
 Result ConnectByParams(const char16_t* const* name, const char16_t* const* pluginName,
                        const char16_t* const* parameter, IDataStore** store,
                        IEnvironment* environment) try {
   HV_RETURN_IF_NULL(store);
-  const Ref<CDataStoreImpl> session = MakeRef<CDataStoreImpl>();
+  const Ref<CDataStoreImpl> session = MakeSession();
   HV_RETURN_IF_FAILED(
       session->Connect(TextAt(name), TextAt(pluginName), TextAt(parameter), environment));
   *store = new CDataStoreInt(session);
@@ -35,7 +41,7 @@ HV_CATCH_RETURN()
 Result OpenByCoreStore(IStore* coreStore, IDataStore** store) try {
   HV_RETURN_IF_NULL(store);
   *store = nullptr;
-  const Ref<CDataStoreImpl> session = MakeRef<CDataStoreImpl>();
+  const Ref<CDataStoreImpl> session = MakeSession();
   HV_RETURN_IF_FAILED(session->OpenByStore(coreStore));
   *store = new CDataStoreInt(session);
   return S_OK;
