@@ -38,16 +38,16 @@ void Synchronize(const std::filesystem::path& path) {
   if (error != 0) FailFor(path, error);
 }
 
-/// The log beside a database would be taken for the new one's, so the old one must be closed by
-/// everybody and its log gone.
-void CloseOld(const std::filesystem::path& path) {
+/// The log beside a database would be taken for the new one's. So the old one must be closed by
+/// everybody, and what an old one that is gone has left must go too.
+void CloseOld(const std::filesystem::path& path, bool isThere) {
   try {
-    OpenSqlite(path, {})->Execute("PRAGMA journal_mode=DELETE");
+    if (isThere) OpenSqlite(path, {})->Execute("PRAGMA journal_mode=DELETE");
   } catch (const Exception& error) {
     if (error.code != errc::kBadFile) throw;
   }
   std::error_code unused;
-  for (const char* const ending : {"-wal", "-shm"}) {
+  for (const char* const ending : kCompanions) {
     std::filesystem::remove(path.string() + ending, unused);
   }
 }
@@ -118,8 +118,8 @@ void NewDatabaseFile::TakePlace(IfTaken ifTaken) {
   const bool isTaken = stat(m_target.c_str(), &old) == 0;
   if (isTaken && ifTaken == IfTaken::Replace) {
     if (fchmod(m_lock, old.st_mode & 07777) != 0) FailFor(m_path, errno);
-    CloseOld(m_target);
   }
+  if (!isTaken || ifTaken == IfTaken::Replace) CloseOld(m_target, isTaken);
   const bool mayReplace = ifTaken == IfTaken::Replace;
   int error = 0;
   if (renameat2(AT_FDCWD, m_path.c_str(), AT_FDCWD, m_target.c_str(),

@@ -9,6 +9,7 @@
 
 #include <sqlite3.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include "core/plugins/sql/SqliteDialect.h"
 #include "core/plugins/sql/SqliteFunctions.h"
@@ -285,8 +286,11 @@ class SqliteConnection final : public Connection {
     try {
       Execute("SELECT count(*) FROM sqlite_master");
     } catch (const Exception&) {
-      // A file on a medium that can't be written has no room for the log's index beside it.
-      if (!options.isReadOnly || sqlite3_errcode(m_source.database) != SQLITE_CANTOPEN) throw;
+      // A file on a medium that can't be written has no room for the log's index beside it. Without
+      // that nobody may write it either, and what stands in a log can't be seen.
+      const bool isProtected = options.isReadOnly || access(path.c_str(), W_OK) != 0;
+      const bool hasLog = stat((path.string() + "-wal").c_str(), &facts) == 0 && facts.st_size != 0;
+      if (!isProtected || hasLog || sqlite3_errcode(m_source.database) != SQLITE_CANTOPEN) throw;
       sqlite3_close(m_source.database);
       OpenHandle(path, options, true);
       Execute("SELECT count(*) FROM sqlite_master");

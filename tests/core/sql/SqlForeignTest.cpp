@@ -46,6 +46,7 @@ CREATE TABLE UUT(UUT_ID INTEGER PRIMARY KEY, NAME TEXT);
 INSERT INTO UUT VALUES(5,'car');
 CREATE TABLE REL_SUB_UUT(UUT_ID int, SUBTEST_ID int, REFNAME varchar);
 INSERT INTO REL_SUB_UUT VALUES(5,11,'Uuts'),(5,12,'Uuts'),(5,10,'Other');
+CREATE TABLE SVCVAL(MEQID int, PMATNUM int, SEGNUM int, VALBLOB blob);
 )";
 
 TEST(SqlForeign, ReadsDatabasesOfOtherTools) {
@@ -91,6 +92,17 @@ TEST(SqlForeign, ReadsDatabasesOfOtherTools) {
   words.entity = test;
   words.freeText = u"rösse";
   EXPECT_EQ("1", Describe(store->Select(words)));
+  BoundQuery among = Where(subtest, Compare(*model.Resolve(subtest, u"Name", true),
+                                            QueryOp::NotEqual, TextConstant(u"B", true)));
+  among.start = BoundStart{test, model.At(test).FindRelation(u"Subtests"), 1};
+  EXPECT_EQ("10", Describe(store->Select(among)));
+  among.start = BoundStart{uut, model.At(uut).FindRelation(u"Subtests"), 5};
+  EXPECT_EQ("12", Describe(store->Select(among)));
+  const auto isAboutValues = [](const std::u16string& line) {
+    return line == u"values of local columns in the table SVCVAL can't be read";
+  };
+  const auto warnings = store->Warnings();
+  EXPECT_EQ(1, std::count_if(warnings.begin(), warnings.end(), isAboutValues));
   EXPECT_FALSE(store->GetCapabilities().writable);
   try {
     store->Create(test);

@@ -64,7 +64,7 @@ class SqlSessions : public ::testing::Test {
     std::string result;
     sqlite3_open(m_path.c_str(), &database);
     const auto collect = [](void* out, int, char** values, char**) {
-      *static_cast<std::string*>(out) += values[0];
+      *static_cast<std::string*>(out) += values[0] == nullptr ? "-" : values[0];
       return 0;
     };
     char* message = nullptr;
@@ -101,16 +101,71 @@ TEST_F(SqlSessions, SeeWhatOthersSavedAndNothingElse) {
 
 TEST_F(SqlSessions, ASecondWriterWaitsAndThenGivesUp) {
   const auto first = Open();
-  const auto second = Open();
+  const auto second = Open(u"<timeout>0.2</timeout>");
   first->Create(m.run, 1);
+  const auto begin = std::chrono::steady_clock::now();
   const std::string message = MessageOf([&] { second->Create(m.run, 2); });
+  const std::chrono::duration<double> waited = std::chrono::steady_clock::now() - begin;
   EXPECT_EQ("-1008 " + m_path.string() + ": another session is writing", message);
+  EXPECT_GE(waited.count(), 0.15);
+  EXPECT_LT(waited.count(), 5) << "far from the ten seconds without a limit of its own";
   EXPECT_FALSE(second->IsModified());
   first->Save(u"");
   EXPECT_EQ(2, second->Create(m.run, 2));
   EXPECT_EQ(errc::kTimeout, CodeOf([&] { first->Delete({m.run, 1}); }));
   second->Discard();
   EXPECT_EQ(0, CodeOf([&] { first->Delete({m.run, 1}); }));
+}
+
+TEST_F(SqlSessions, UnsavedWorkGoesWithItsProcess) {
+  const pid_t child = fork();
+  ASSERT_GE(child, 0);
+  if (child == 0) {
+    const auto store = Open();
+    // More than the database's memory holds, so that some of it stands in the file already.
+    for (int i = 0; i < 150; ++i) {
+      store->Create(m.column, i + 1);
+      store->WriteValues({m.column, i + 1}, {OdsType::Double, true, Value::Reals(1 << 16)}, {},
+                         false);
+    }
+    kill(getpid(), SIGKILL);
+  }
+  waitpid(child, nullptr, 0);
+  const auto store = Open();
+  EXPECT_EQ(0u, store->CountOf(m.column));
+  EXPECT_EQ("ok", Integrity());
+  EXPECT_EQ(1, store->Create(m.column)) << "nor does it hold the right to write";
+}
+
+/// A source of values is read beside the session's other work, and shows what was saved.
+TEST_F(SqlSessions, ReadValuesWhileOthersWriteThem) {
+  const auto writer = Open();
+  const auto reader = Open();
+  const auto first = [&](const RecordStore& store) {
+    double value = 0;
+    if (const auto values = store.OpenValues({m.column, 1})) values->ReadReals(0, {&value, 1});
+    return value;
+  };
+  const auto write = [&](double value) {
+    writer->WriteValues({m.column, 1}, {OdsType::Double, true, Value::Reals(9, value)}, {}, false);
+  };
+  writer->Create(m.column, 1);
+  write(1);
+  writer->Save(u"");
+  EXPECT_EQ(1, first(*reader));
+  write(2);
+  EXPECT_EQ(1, first(*reader));
+  EXPECT_EQ(2, first(*writer));
+  writer->Discard();
+  EXPECT_EQ(1, first(*writer));
+  write(3);
+  writer->Save(u"");
+  EXPECT_EQ(3, first(*reader));
+  // Another file in the place of this one holds nothing of it, whenever values are asked for.
+  const auto late = Open();
+  std::filesystem::rename(m_path, m_folder.File("moved.sqlite"));
+  sql::WriteDatabase(MemoryStore(m_model, {}), m_path);
+  for (const auto* store : {&reader, &writer, &late}) EXPECT_EQ(3, first(**store));
 }
 
 TEST_F(SqlSessions, ARefusedChangeLetsOthersWrite) {
@@ -122,13 +177,69 @@ TEST_F(SqlSessions, ARefusedChangeLetsOthersWrite) {
 }
 
 TEST_F(SqlSessions, ReadOnlySessionsRefuseChanges) {
-  for (const std::u16string_view mark : {u"<readonly>yes</readonly>"}) {
-    const auto store = Open(mark);
-    EXPECT_FALSE(store->GetCapabilities().writable);
-    EXPECT_EQ(errc::kWriteProtected, CodeOf([&] { store->Create(m.run); }));
-    EXPECT_EQ(errc::kWriteProtected, CodeOf([&] { store->Save(u""); }));
-    EXPECT_EQ(0u, store->CountOf(m.run));
+  {
+    const auto store = Open();
+    for (const EntityId entity : {m.run, m.tag, m.column}) store->Create(entity, 1);
+    store->Save(u"");
   }
+  const std::string before = Ask("SELECT * FROM RUN; SELECT * FROM TAG; SELECT * FROM SF_BULK");
+  const RecordRef run{m.run, 1};
+  const std::int32_t tags = m.RelationOf(m.run, u"Tags");
+  const struct {
+    const char* name;
+    std::function<void(RecordStore&)> change;
+  } kChanges[] = {
+      {"create", [&](RecordStore& s) { s.Create(m.run); }},
+      {"write", [&](RecordStore& s) { SetName(s, 1, u"x"); }},
+      {"connect",
+       [&](RecordStore& s) {
+         s.Connect(run, tags, {m.tag, 1});
+       }},
+      {"disconnect",
+       [&](RecordStore& s) {
+         s.Disconnect(run, tags, {m.tag, 1});
+       }},
+      {"delete", [&](RecordStore& s) { s.Delete(run); }},
+      {"set",
+       [&](RecordStore& s) {
+         s.SetInstanceAttribute(run, {u"a", Value::Real(OdsType::Double, 1), 0});
+       }},
+      {"remove", [&](RecordStore& s) { s.RemoveInstanceAttribute(run, u"a"); }},
+      {"values",
+       [&](RecordStore& s) {
+         s.WriteValues({m.column, 1}, {OdsType::Long, true, Value::Integers{1}}, {}, false);
+       }},
+      {"save", [](RecordStore& s) { s.Save(u""); }},
+  };
+  const auto refused = [&](std::u16string_view mark) {
+    const auto store = Open(mark);
+    std::string wrong = store->GetCapabilities().writable ? "writable " : "";
+    for (const auto& c : kChanges) {
+      const std::string message = MessageOf([&] { c.change(*store); });
+      if (!message.starts_with("-1302 ")) wrong += c.name + (" " + message);
+    }
+    if (store->IsModified() || store->CountOf(m.run) != 1) wrong += "changed";
+    return wrong;
+  };
+  EXPECT_EQ("", refused(u"<readonly>yes</readonly>"));
+  // In a folder and a file that nobody may write, and without a mark.
+  std::filesystem::permissions(m_folder.Path(), std::filesystem::perms(0555));
+  std::filesystem::permissions(m_path, std::filesystem::perms(0444));
+  const pid_t child = fork();
+  ASSERT_GE(child, 0);
+  if (child == 0) {
+    constexpr uid_t kNobody = 65534;
+    if (geteuid() == 0 && setuid(kNobody) != 0) _exit(2);
+    const std::string wrong = refused(u"");
+    std::fputs(wrong.c_str(), stderr);
+    _exit(wrong.empty() ? 0 : 1);
+  }
+  int status = 0;
+  waitpid(child, &status, 0);
+  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+  std::filesystem::permissions(m_folder.Path(), std::filesystem::perms(0755));
+  std::filesystem::permissions(m_path, std::filesystem::perms(0644));
+  EXPECT_EQ(before, Ask("SELECT * FROM RUN; SELECT * FROM TAG; SELECT * FROM SF_BULK"));
 }
 
 TEST_F(SqlSessions, RefusesParametersThatMakeNoSense) {
