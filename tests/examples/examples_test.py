@@ -1,4 +1,5 @@
-"""The examples that add to a store, run on a copy of the test bench's model."""
+"""The examples that add to a store, run on a copy of the test bench's model, and the demonstration
+store as its browse path shows it."""
 import os
 import pathlib
 import shutil
@@ -6,6 +7,8 @@ import subprocess
 import sys
 import tempfile
 import unittest
+
+import storefabric
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 MODEL = ROOT / "resources" / "models" / "testbench.atfx"
@@ -48,6 +51,42 @@ class AddMeasurement(unittest.TestCase):
                 done = run(*example, nowhere)
                 self.assertEqual((done.returncode, done.stdout, done.stderr),
                                  (1, "", f"Opening the Sifter {nowhere} causes an error.\n"))
+
+
+class Demonstration(unittest.TestCase):
+    PATH = [("Test", "", "Variants"), ("Variant", "Test", "Days"), ("Day", "Variant", "Measurements"),
+            ("Measurement", "Day", "MeasurementQuantities"), ("MeasurementQuantity", "Measurement", "")]
+
+    def walk(self, file):
+        """The path's levels, and the names down the last branch of the tree, which leads up again."""
+        plugin = "SQL" if file.suffix == ".sqlite" else "ATFX"
+        environment = storefabric.CreateObject("VEX.DataStoreEnvironment")
+        store = environment.ConnectDataStoreByParameter(plugin, f"<filename>{file}</filename>")
+        levels, level = [], store.BrowseSettings.RootEntity
+        while level:
+            levels.append((level.EntityType.Name, level.ParentPath, level.ChildPath))
+            level = level.ChildEntity
+        names, below = [], store.RootElements
+        while below:
+            element = below(len(below) - 1)
+            names.append(element.Name)
+            below = element.Children
+        for name in reversed(names):
+            self.assertEqual(element.Name, name)
+            element = element.Parent
+        self.assertIsNone(element)
+        return levels, names
+
+    def test_its_path_leads_from_tests_to_channels(self):
+        with tempfile.TemporaryDirectory() as folder:
+            file = pathlib.Path(folder) / "demo.atfx"
+            database = file.with_suffix(".sqlite")
+            self.assertEqual(run(os.environ["STOREFABRIC"], "demo", file).returncode, 0)
+            self.assertEqual(run(os.environ["STOREFABRIC"], "import", file, database).returncode, 0)
+            levels, names = self.walk(file)
+            self.assertEqual(levels, self.PATH)
+            self.assertEqual(len(names), len(levels))
+            self.assertEqual(self.walk(database), (levels, names))
 
 
 if __name__ == "__main__":
