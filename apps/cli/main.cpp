@@ -140,14 +140,14 @@ int main(int argc, char** argv) {
   // A reader that has enough ends the program without a word, whatever the parent process thinks
   // of that signal.
   std::signal(SIGPIPE, SIG_DFL);
+  // A limit on the size of files is told as a failure like a full disk.
+  std::signal(SIGXFSZ, SIG_IGN);
   try {
     return Run(argc, argv);
   } catch (const std::exception& error) {
     std::fflush(stdout);
     std::fprintf(stderr, "storefabric: %s\n", error.what());
+    if (hv::cli::Interruption::Caught() != 0) hv::cli::Interruption::EndByIt();
     return kFailed;
   }
 }
-  // A limit on the size of files is told as a failure like a full disk.
-  std::signal(SIGXFSZ, SIG_IGN);
-    if (hv::cli::Interruption::Caught() != 0) hv::cli::Interruption::EndByIt();
