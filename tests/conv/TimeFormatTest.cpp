@@ -65,6 +65,9 @@ TEST(TimeFormat, PrintsByThePattern) {
       {u"ffffffffffffffffffffffffffffffffffff", WithFraction(0.5),
        u"500000000000000000000000000000000000"},
       {u"fff", WithFraction(0.99999999999), u"000"},
+      {u"fffffffff", WithFraction(0.00048828125), u"0004882812"},
+      {u"fffffffff", WithFraction(0.00000000005), u"0000000001"},
+      {u"ffffffffff", WithFraction(0.00146484375), u"0014648438"},
   };
   const auto format = CreateTimeFormat();
   for (const PrintCase& c : kCases) {
@@ -94,7 +97,9 @@ TEST(TimeFormat, ReadsByThePattern) {
       {u"DD.MM.YYYY hh:mm:ss", u"03.02.2001 04:05:06", {2001, 2, 3, 4, 5, 6}},
       {u"DD.MM.YYYY hh:mm:ss", u"3.2.2001 4:5:6", {2001, 2, 3, 4, 5, 6}},
       {u"DD.MM.YYYY", u"03-02-2001", {2001, 2, 3}},
-      {u"DD.MM.YYYY hh:mm:ss", u"03.02 04:05", {0, 2, 3, 4, 5}},
+      {u"DD.MM.YYYY hh:mm:ss", u"10:20", {0, 0, 0, 10, 20}},
+      {u"DD.MM.YYYY hh:mm:ss", u"2001 10:20", {2001, 0, 0, 10, 20}},
+      {u"DD.MM.YYYY hh:mm:ss", u"03.02 04:05", {2, 0, 3, 4, 5}},
       {u"DD.MM.YYYY hh:mm:ss", u" 04:05:06", {0, 0, 0, 4, 5, 6}},
       {u"DD.MM.YYYY", u".02.2001", {2001, 2}},
       {u"(YYYY)", u"(2001)", {2001}},

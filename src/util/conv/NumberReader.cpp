@@ -6,13 +6,14 @@
 #include <charconv>
 #include <cstddef>
 #include <limits>
+#include <optional>
 #include <system_error>
 
 namespace hv::util::conv {
 
 namespace {
 
-constexpr int kSignificantDigits = 17;
+constexpr std::size_t kSignificantDigits = 17;
 constexpr std::int64_t kInfiniteFrom = 309;
 constexpr std::int64_t kZeroBelow = -340;
 constexpr std::int64_t kAbsurdAbove = 340;
@@ -54,7 +55,7 @@ Int ReadSigned(std::string_view text) {
 /// Digits of a decimal number: `mantissa` times 10 to the power of `exponent`.
 struct Mantissa {
   std::uint64_t value = 0;
-  int count = 0;  ///< of significant digits, 17 at most
+  std::size_t count = 0;  ///< of significant digits, 17 at most
   std::int64_t exponent = 0;
   bool sawZero = false;
   bool isWhole = true;  ///< no digit is left out
@@ -132,6 +133,23 @@ double Scale(std::uint64_t mantissa, std::int64_t exponent) {
   return value;
 }
 
+/// The number in front of a text, where the standard library's reader goes by the same rules: it
+/// takes no more digits than count, and meets neither an exponent of another notation nor a limit.
+std::optional<double> ReadPlain(std::string_view digits) {
+  if (digits.empty() || (!IsDigit(digits.front()) && digits.front() != '.')) return std::nullopt;
+  const char* const end = digits.data() + digits.size();
+  double value = 0;
+  const auto read = std::from_chars(digits.data(), end, value);
+  std::string_view mantissa(digits.data(), static_cast<std::size_t>(read.ptr - digits.data()));
+  mantissa = mantissa.substr(0, mantissa.find_first_of("eE"));
+  const bool isLong =
+      mantissa.size() > kSignificantDigits &&
+      (mantissa.size() > kSignificantDigits + 1 || mantissa.find('.') == mantissa.npos);
+  if (read.ec != std::errc() || isLong) return std::nullopt;
+  const std::string_view behind(read.ptr, static_cast<std::size_t>(end - read.ptr));
+  return StartsExponent(behind) ? std::nullopt : std::optional(value);
+}
+
 }  // namespace
 
 std::int32_t ReadInt32(std::string_view text) { return ReadSigned<std::int32_t>(text); }
@@ -149,6 +167,7 @@ std::uint64_t ReadUInt64(std::string_view text) {
 
 double ReadDecimal(std::string_view text) {
   const auto [negative, digits] = TakeSign(text);
+  if (const auto plain = ReadPlain(digits)) return negative ? -*plain : *plain;
   std::string_view rest = digits;
   const Mantissa mantissa = TakeMantissa(&rest);
   if (mantissa.count == 0) return negative && mantissa.sawZero ? -0.0 : 0.0;
@@ -156,7 +175,9 @@ double ReadDecimal(std::string_view text) {
   const std::int64_t written = hasExponent ? ReadExponent(rest.substr(1)) : 0;
   const bool isAbsurd = written > kAbsurdAbove || written < -kAbsurdAbove;
   // The power of ten of the first digit, but an absurd exponent decides alone.
-  const std::int64_t total = isAbsurd ? written : written + mantissa.exponent + mantissa.count - 1;
+  const std::int64_t total =
+      isAbsurd ? written
+               : written + mantissa.exponent + static_cast<std::int64_t>(mantissa.count) - 1;
   double value = 0;
   if (total >= kInfiniteFrom) {
     value = std::numeric_limits<double>::infinity();

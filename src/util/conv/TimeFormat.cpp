@@ -7,6 +7,7 @@
 #include <cmath>
 #include <limits>
 
+#include "util/conv/Digits.h"
 #include "util/conv/NumberReader.h"
 
 namespace hv::util::conv {
@@ -14,10 +15,13 @@ namespace hv::util::conv {
 namespace {
 
 constexpr std::u16string_view kLetters = u"YMDhmsfpP";
-constexpr std::size_t kLongestFraction = 29;
-constexpr int kFractionDigits = 10;
-/// Room for a date with its time, so that printing one allocates once at most.
-constexpr std::size_t kUsualLength = 32;
+/// A fraction is rounded to that many decimals before it is cut.
+constexpr std::size_t kDecimals = 10;
+constexpr std::uint64_t kDecimalUnits = 10'000'000'000;
+/// The longest number that a field without zeros in front prints: all digits and a sign.
+constexpr std::size_t kLongestNumber = 11;
+/// The longest mark, "a.m.".
+constexpr std::size_t kLongestMark = 4;
 
 bool IsField(std::u16string_view token) { return kLetters.find(token[0]) != kLetters.npos; }
 bool IsMark(std::u16string_view token) { return token[0] == u'p' || token[0] == u'P'; }
@@ -26,55 +30,78 @@ bool IsDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
 /// The two marks are one letter when a pattern is split.
 char16_t LetterOfRun(char16_t unit) { return unit == u'P' ? u'p' : unit; }
 
-void AppendAscii(std::string_view ascii, WString* text) {
-  std::array<char16_t, 32> units{};
-  for (; !ascii.empty(); ascii.remove_prefix(std::min(ascii.size(), units.size()))) {
-    const std::string_view part = ascii.substr(0, units.size());
-    std::copy(part.begin(), part.end(), units.begin());
-    text->append({units.data(), part.size()});
-  }
+char16_t* PutText(std::u16string_view text, char16_t* out) {
+  return std::copy(text.begin(), text.end(), out);
 }
 
 /// The number with zeros between sign and digits up to the width.
-void AppendPadded(std::int32_t value, std::size_t width, WString* text) {
-  std::array<char, 12> digits{};
+char16_t* PutNumber(std::int32_t value, std::size_t width, char16_t* out) {
+  if (width == 2 && value >= 0 && value < 100) {
+    return PutTwoDigits(out, static_cast<std::uint32_t>(value));
+  }
+  if (width == 4 && value >= 0 && value < 10'000) {
+    return PutFourDigits(out, static_cast<std::uint32_t>(value));
+  }
+  std::array<char, kLongestNumber + 1> digits{};
   const char* end = std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr;
   std::string_view number(digits.data(), static_cast<std::size_t>(end - digits.data()));
   const std::size_t missing = width > number.size() ? width - number.size() : 0;
   if (value < 0) {
-    text->append(1, u'-');
+    *out++ = u'-';
     number.remove_prefix(1);
   }
-  text->append(missing, u'0');
-  AppendAscii(number, text);
+  out = std::fill_n(out, missing, u'0');
+  return std::copy(number.begin(), number.end(), out);
 }
 
-void AppendFraction(double fraction, std::size_t width, WString* text) {
-  // Not a fraction at all; the text would have no point where the rule below counts from it.
+/// A fraction in units of its last decimal, rounded to the nearest, ties to the even one. Up to
+/// 10^10, which stands for a whole second.
+std::uint64_t DecimalsOf(double fraction) {
+  if (fraction == 0) return 0;
+  constexpr double kTwoTo64 = 18'446'744'073'709'551'616.0;
+  constexpr double kLastWhole = 1.0 / 2048;
+  if (fraction >= kLastWhole) {
+    // All bits of such a double lie above 2^-64, so that the product has no error.
+    __extension__ using Wide = unsigned __int128;
+    const Wide product =
+        static_cast<Wide>(static_cast<std::uint64_t>(fraction * kTwoTo64)) * kDecimalUnits;
+    const auto whole = static_cast<std::uint64_t>(product >> 64);
+    const auto rest = static_cast<std::uint64_t>(product);
+    constexpr std::uint64_t kHalf = std::uint64_t{1} << 63;
+    return whole + (rest > kHalf || (rest == kHalf && whole % 2 == 1) ? 1 : 0);
+  }
+  std::array<char, 16> text{};
+  char* end = std::to_chars(text.data(), text.data() + text.size(), fraction,
+                            std::chars_format::fixed, kDecimals)
+                  .ptr;
+  std::uint64_t decimals = 0;
+  std::from_chars(text.data() + 2, end, decimals);  // behind "0."
+  return decimals;
+}
+
+char16_t* PutFraction(double fraction, std::size_t width, char16_t* out) {
+  // What is no fraction has none; the decimals below couldn't hold it.
   fraction = std::isfinite(fraction) ? fraction - std::floor(fraction) : 0.0;
-  std::array<char, 16> buffer{};
-  const char* end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), fraction,
-                                  std::chars_format::fixed, kFractionDigits)
-                        .ptr;
-  std::string_view printed(buffer.data(), static_cast<std::size_t>(end - buffer.data()));
-  printed = printed.substr(0, std::min(width + 3, kLongestFraction));
-  const std::size_t last = std::max<std::size_t>(printed.find_last_not_of('0'), 1);
-  const std::size_t digits = std::max(last, width + 1) - 1;
-  printed.remove_prefix(2);
-  printed = printed.substr(0, digits);
-  AppendAscii(printed, text);
-  text->append(digits - printed.size(), u'0');
+  const std::uint64_t decimals = DecimalsOf(fraction) % kDecimalUnits;
+  std::array<char16_t, kDecimals> digits{};
+  auto rest = static_cast<std::uint32_t>(decimals % 100'000'000);
+  PutTwoDigits(digits.data(), static_cast<std::uint32_t>(decimals / 100'000'000));
+  PutFourDigits(digits.data() + 2, rest / 10'000);
+  PutFourDigits(digits.data() + 6, rest % 10'000);
+  // One digit more than the run has is looked at, and shown unless it is zero.
+  const std::size_t shown =
+      width < kDecimals && digits[width] != u'0' ? width + 1 : std::min(width, kDecimals);
+  out = PutText({digits.data(), shown}, out);
+  return std::fill_n(out, width > shown ? width - shown : 0, u'0');
 }
 
-void AppendMark(std::u16string_view token, std::int32_t hour, WString* text) {
+char16_t* PutMark(std::u16string_view token, std::int32_t hour, char16_t* out) {
   const bool isSmall = token[0] == u'p';
   const bool isMorning = hour < 12;
-  text->append(1, isSmall ? (isMorning ? u'a' : u'p') : (isMorning ? u'A' : u'P'));
-  if (token.size() == 4) {
-    text->append(token[2] == u'p' ? u".m." : u".M.");
-  } else if (token.size() == 2 || token.size() == 3) {
-    text->append(token[1] == u'p' ? u"m" : u"M");
-  }
+  *out++ = isSmall ? (isMorning ? u'a' : u'p') : (isMorning ? u'A' : u'P');
+  if (token.size() == 4) return PutText(token[2] == u'p' ? u".m." : u".M.", out);
+  if (token.size() == 2 || token.size() == 3) return PutText(token[1] == u'p' ? u"m" : u"M", out);
+  return out;
 }
 
 std::int32_t HourOnDial(std::int32_t hour) {
@@ -98,6 +125,7 @@ class LowBytes {
 };
 
 std::int32_t NumberOf(std::u16string_view piece) {
+  if (const auto number = NumberOfDigits(piece)) return static_cast<std::int32_t>(*number);
   // Any number of zeros may stand in front of the digits that count.
   if (piece.size() > 64) {
     const std::size_t zeros = piece.find_first_not_of(u'0');
@@ -107,6 +135,10 @@ std::int32_t NumberOf(std::u16string_view piece) {
 }
 
 double FractionOf(std::u16string_view piece) {
+  // Both are doubles without an error, so that the quotient is the nearest one.
+  static constexpr std::array<double, 10> kPowers = {1e0, 1e1, 1e2, 1e3, 1e4,
+                                                     1e5, 1e6, 1e7, 1e8, 1e9};
+  if (const auto number = NumberOfDigits(piece)) return *number / kPowers[piece.size()];
   std::array<char, 66> text{'0', '.'};
   const LowBytes digits(piece);
   const std::string_view view = digits.View();
@@ -159,49 +191,63 @@ bool TimeFormatImp::SetPattern(std::u16string_view pattern) {
     if (!IsField(m_tokens[i - 1]) || !IsField(m_tokens[i])) continue;
     if (!IsMark(m_tokens[i])) m_fixedWidth = true;
   }
+  PreparePrinting();
   return true;
 }
 
-WString& TimeFormatImp::Format(WString* text, const TimeRecord& time) {
-  text->clear();
-  text->reserve(kUsualLength);
-  std::size_t pending = 0;  // the first literal that isn't decided on
+void TimeFormatImp::PreparePrinting() {
+  m_steps.clear();
+  std::size_t longest = 0;
+  std::u16string literal;
   for (std::size_t i = 0; i < m_tokens.size(); ++i) {
-    const std::u16string& token = m_tokens[i];
-    if (!IsField(token)) continue;
-    // Literals belong between two fields: a pattern in brackets prints without them.
-    for (; pending < i; ++pending) {
-      if (!text->empty()) text->append(m_tokens[pending]);
+    if (!IsField(m_tokens[i])) {
+      literal += m_tokens[i];
+      continue;
     }
-    pending = i + 1;
+    // Literals belong between two fields: a pattern in brackets prints without them.
+    if (m_steps.empty()) literal.clear();
+    longest += literal.size() + kLongestMark + std::max(m_tokens[i].size() + 1, kLongestNumber);
+    m_steps.push_back({std::move(literal), i});
+    literal.clear();
+  }
+  m_scratch.resize(longest);
+}
+
+WString& TimeFormatImp::Format(WString* text, const TimeRecord& time) {
+  char16_t* const begin = m_scratch.data();
+  char16_t* out = begin;
+  for (const Step& step : m_steps) {
+    const std::u16string& token = m_tokens[step.token];
     const std::size_t width = token.size();
+    out = PutText(step.literal, out);
     switch (token[0]) {
       case u'Y':
-        AppendPadded(width == 2 ? time.year % 100 : time.year, width, text);
+        out = PutNumber(width == 2 ? time.year % 100 : time.year, width, out);
         break;
       case u'M':
-        AppendPadded(time.month, width, text);
+        out = PutNumber(time.month, width, out);
         break;
       case u'D':
-        AppendPadded(time.day, width, text);
+        out = PutNumber(time.day, width, out);
         break;
       case u'h':
-        AppendPadded(m_twelveHour ? HourOnDial(time.hour) : time.hour, width, text);
+        out = PutNumber(m_twelveHour ? HourOnDial(time.hour) : time.hour, width, out);
         break;
       case u'm':
-        AppendPadded(time.minute, width, text);
+        out = PutNumber(time.minute, width, out);
         break;
       case u's':
-        AppendPadded(time.second, width, text);
+        out = PutNumber(time.second, width, out);
         break;
       case u'f':
-        AppendFraction(time.fraction, width, text);
+        out = PutFraction(time.fraction, width, out);
         break;
       default:
-        AppendMark(token, time.hour, text);
+        out = PutMark(token, time.hour, out);
         break;
     }
   }
+  *text = std::u16string_view(begin, static_cast<std::size_t>(out - begin));
   return *text;
 }
 
@@ -239,18 +285,21 @@ void TimeFormatImp::CutFree(std::u16string_view text) {
     };
     const auto* end = std::ranges::find_if_not(text, IsDigit);
     const std::u16string_view number = take(static_cast<std::size_t>(end - text.begin()));
-    if (!number.empty()) m_pieces.push_back(number);
-    if (text.empty()) break;
-    if (!number.empty() && token < m_tokens.size()) ++token;
-    if (m_twelveHour && token < m_tokens.size() && IsMark(m_tokens[token])) {
-      m_pieces.push_back(take(m_tokens[token].size()));
-      ++token;
-      continue;
+    std::u16string_view literal;
+    if (!text.empty()) {
+      if (!number.empty() && token < m_tokens.size()) ++token;
+      if (m_twelveHour && token < m_tokens.size() && IsMark(m_tokens[token])) {
+        literal = take(m_tokens[token].size());
+        ++token;
+      } else {
+        literal = take(std::min(text.find_first_not_of(text[0]), text.size()));
+        // The number belongs to the field before its literal: fields that are left out are those
+        // in front of it.
+        StepBehind(literal, &token);
+      }
     }
-    const std::size_t run = std::min(text.find_first_not_of(text[0]), text.size());
-    const std::u16string_view literal = take(run);
-    StepBehind(literal, &token);
-    m_pieces.push_back(literal);
+    if (!number.empty()) m_pieces.push_back(number);
+    if (!literal.empty()) m_pieces.push_back(literal);
   }
 }
 
@@ -258,7 +307,7 @@ void TimeFormatImp::StepBehind(std::u16string_view literal, std::size_t* token) 
   const std::size_t first = *token;
   while (*token < m_tokens.size() && m_tokens[*token] != literal) ++*token;
   if (*token == m_tokens.size()) return;
-  if (*token > first) m_pieces.resize(*token);
+  m_pieces.resize(m_pieces.size() + (*token - first));
   ++*token;
 }
 

@@ -41,8 +41,9 @@ class ITimeFormat {
   /// Reads `count` characters; null is an empty text. Gives `*time` back.
   virtual TimeRecord& ParseCounted(TimeRecord* time, const char16_t* text, std::size_t count) = 0;
   /// Reads a time; fields that the text doesn't have are 0. A pattern without literals between its
-  /// fields cuts the text by the length of the runs; otherwise fields may have any length and
-  /// missing ones are found by the literals. Gives `*time` back.
+  /// fields cuts the text by the length of the runs; otherwise fields may have any length, and one
+  /// is found by the literal behind it: "10:20" are hour and minute of a date with its time. Gives
+  /// `*time` back.
   virtual TimeRecord& Parse(TimeRecord* time, const WString& text) = 0;
   /// Prints a time. Literals before the first and behind the last field are left out. A run of n
   /// letters f gives n decimals, and one more if that isn't 0. Gives `*text` back.
@@ -73,12 +74,23 @@ class TimeFormatImp final : public tFormatBase<ITimeFormat> {
   /// Cut `text` into pieces, one a token; a token that the text doesn't have gets an empty one.
   void CutFixed(std::u16string_view text);
   void CutFree(std::u16string_view text);
-  /// Moves the current token behind the next one that equals `literal`, and fills up the pieces of
-  /// those between; behind the last one if there is none.
+  /// Moves the current token behind the next one that equals `literal`, and adds an empty piece for
+  /// each one between; behind the last one, and nothing is added, if there is none.
   void StepBehind(std::u16string_view literal, std::size_t* token);
   [[nodiscard]] TimeRecord Interpret() const;
 
+  /// Makes the steps of `Format` from the tokens.
+  void PreparePrinting();
+
+  /// A field, and the literal text that it is printed behind.
+  struct Step {
+    std::u16string literal;
+    std::size_t token = 0;
+  };
+
   std::vector<std::u16string> m_tokens;
+  std::vector<Step> m_steps;
+  std::u16string m_scratch;  // as long as any text that the pattern prints
   bool m_fixedWidth = true;
   bool m_twelveHour = false;
   Pieces m_pieces;  // kept between calls for its memory; views into the text of the call

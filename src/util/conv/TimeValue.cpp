@@ -3,11 +3,11 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cmath>
 #include <cstddef>
 
 #include "util/conv/Calendar.h"
+#include "util/conv/Digits.h"
 #include "util/conv/NumberReader.h"
 
 namespace hv::util::conv {
@@ -67,18 +67,12 @@ std::int64_t SecondsOfFields(const TimeParts& parts) {
   return ((days * 24 + parts.hour) * 60 + parts.minute) * 60 + parts.second - kSecondsOfOrigin;
 }
 
-/// Writes a number with zeros in front, up to `Width` digits: the 1 in front of them is left out.
-template <std::size_t Width>
-char* PutDigits(char* out, std::int32_t value) {
-  constexpr std::int32_t kOne = Width == 2 ? 100 : Width == 3 ? 1'000 : 10'000;
-  std::array<char, Width + 1> digits{};
-  std::to_chars(digits.data(), digits.data() + digits.size(), kOne + value);
-  return std::copy(digits.begin() + 1, digits.end(), out);
-}
-
 /// The group of digits at `start`, if the text is longer than what stands in front of it.
 std::int32_t ReadGroup(std::string_view text, std::size_t start, std::size_t width) {
-  return text.size() > start ? ReadInt32(text.substr(start, width)) : 0;
+  if (text.size() <= start) return 0;
+  const std::string_view group = text.substr(start, width);
+  const auto number = NumberOfDigits(group);
+  return number ? static_cast<std::int32_t>(*number) : ReadInt32(group);
 }
 
 /// Three decimals of a second; what is missing at their end counts as zeros.
@@ -87,7 +81,7 @@ std::int32_t ReadDecimals(std::string_view text, std::size_t start) {
   std::array<char, 3> group{'0', '0', '0'};
   const std::string_view given = text.substr(start, group.size());
   std::copy(given.begin(), given.end(), group.begin());
-  return ReadInt32({group.data(), group.size()});
+  return ReadGroup({group.data(), group.size()}, 0, group.size());
 }
 
 }  // namespace
@@ -108,7 +102,7 @@ TimeValue TimeValue::FromSeconds(double seconds, double fraction) {
 
 TimeValue TimeValue::FromText(std::string_view text) {
   TimeParts parts;
-  parts.year = ReadInt32(text.substr(0, 4));
+  parts.year = ReadGroup(text, 0, 4);
   parts.month = ReadGroup(text, 4, 2);
   parts.day = ReadGroup(text, 6, 2);
   parts.hour = ReadGroup(text, 8, 2);
@@ -120,6 +114,14 @@ TimeValue TimeValue::FromText(std::string_view text) {
   if (parts.month == 0) parts.month = 1;
   if (parts.day == 0) parts.day = 1;
   return FromParts(parts);
+}
+
+TimeValue TimeValue::FromText(std::u16string_view text) {
+  std::array<char, kTimeTextLength> bytes{};
+  text = text.substr(0, bytes.size());
+  std::transform(text.begin(), text.end(), bytes.begin(),
+                 [](char16_t unit) { return unit < 0x80 ? static_cast<char>(unit) : '?'; });
+  return FromText(std::string_view(bytes.data(), text.size()));
 }
 
 double TimeValue::ToSeconds() const { return static_cast<double>(seconds) + FractionOfSecond(); }
@@ -170,13 +172,14 @@ TimeRecord TimeValue::ToRecord() const {
 void TimeValue::ToText(std::string* text, int length) const {
   if (length < 0) return;
   const TimeParts parts = ToParts();
+  const auto field = [](std::int32_t value) { return static_cast<std::uint32_t>(value); };
   std::array<char, kTimeTextLength> digits{};
-  char* out = PutDigits<4>(digits.data(), std::clamp(parts.year, 0, 9'999));
+  char* out = PutFourDigits(digits.data(), field(std::clamp(parts.year, 0, 9'999)));
   for (const std::int32_t pair : {parts.month, parts.day, parts.hour, parts.minute, parts.second}) {
-    out = PutDigits<2>(out, pair);
+    out = PutTwoDigits(out, field(pair));
   }
   for (const std::int32_t triple : {parts.millisecond, parts.microsecond, parts.nanosecond}) {
-    out = PutDigits<3>(out, triple);
+    out = PutThreeDigits(out, field(triple));
   }
   text->assign(digits.data(), static_cast<std::size_t>(std::min(length, kTimeTextLength)));
   text->resize(static_cast<std::size_t>(length), ' ');

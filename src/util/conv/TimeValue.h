@@ -51,6 +51,7 @@ struct TimeValue {
   /// a second make a group; one that is cut has its zeros at the end ("5" is 500). Reads whatever
   /// comes: characters that aren't digits end the number that they stand in.
   static TimeValue FromText(std::string_view text);
+  static TimeValue FromText(std::u16string_view text);
 
   /// False for the default value.
   [[nodiscard]] bool IsTime() const { return *this != TimeValue(); }
