@@ -50,7 +50,8 @@ class IDataStore : public IDispatch {
   /// 8. The element whose instance key a channel carries in its property `InstKey`, without its
   /// bulk values. E_INVALIDARG for an object without one and for a key of no instance.
   virtual Result GetElementByDataChannel(IDispatch* channel, IStoreElement** element) = 0;
-  /// 9. The elements of an entity that an expression selects, in a new list.
+  /// 9. The elements of an entity that an expression selects, in a new list, which is there, empty,
+  /// also where the store refuses the type or the expression.
   /// \param queryExpression  a pattern for names or a list of conditions, see
   ///                         docs/formats/query-expression.md
   /// \param odsConform  converted to a truth value; left out, empty or null counts as false, which

@@ -1,5 +1,6 @@
 // tests/exports/DllInterfaceTest.cpp - the library as an object.
 #include <storefabric/IBrowseConfig.h>
+#include <storefabric/IBrowseSettings.h>
 
 #include "OpenBench.h"
 #include "plugins/TestConfiguration.h"
@@ -62,6 +63,24 @@ struct Arguments {
   IBrowseConfig* config;
   IDataStore* session;
 };
+
+TEST(DllInterface, MakesSettingsOverACopyOfAConfiguration) {
+  const TestConfiguration configuration;
+  const Ref<IDataStoreDllInterface> dll = MakeDll();
+  const Ref<IDataStore> session = test::OpenBench();
+  Ref<IBrowseConfig> config;
+  ASSERT_EQ(S_OK, dll->GetDataStoreBrowseConfig(test::CoreStoreOf<IStore>(*session.Get()).Get(),
+                                                config.Put()));
+  Ref<IBrowseSettings> settings;
+  ASSERT_EQ(S_OK, dll->CreateBrowseSettingsObject(config.Get(), session.Get(), settings.Put()));
+  config->Clear();
+  Ref<IBrowseEntity> root;
+  WString path;
+  ASSERT_EQ(S_OK, settings->get_RootEntity(root.Put()));
+  EXPECT_EQ(S_OK, root->get_ChildPath(&path));
+  EXPECT_TRUE(path.EqualsExact(u"Measurements")) << "the copy is whole";
+  EXPECT_EQ(S_OK, session->SetBrowseSettings(settings.Get()));
+}
 
 struct ArgumentCase {
   const char* name;

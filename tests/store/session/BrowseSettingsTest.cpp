@@ -105,6 +105,17 @@ TEST_P(BrowseSettings, ThoseOfAnotherStoreAreTranslated) {
             Ref<IModel>::Adopt(ConfigOf(taken)->GetModel()));
 }
 
+TEST_P(BrowseSettings, StoreWithoutAPathHasNoTop) {
+  m_store = Open("notest");
+  EXPECT_EQ("250 Unknown error.", Ask("RootElements"));
+  EXPECT_EQ("no object", Ask("BrowseSettings.RootEntity"));
+  EXPECT_EQ("0", Ask("BrowseSettings.RootElements.Count"));
+  EXPECT_EQ("a", Ask("CreateElement('Thing','a').Name"));
+  EXPECT_EQ("no object", Get(Object("BrowseSettings").Get(), u"GetBrowseEntity",
+                             Obj(Object("GetElementList('Thing','a').Item(0)")))
+                             .Shown());
+}
+
 TEST_P(BrowseSettings, OutliveTheirSession) {
   const Ref<IDispatch> settings = Object("BrowseSettings");
   const Ref<IDispatch> level = Object("BrowseSettings.RootEntity.ChildEntity");

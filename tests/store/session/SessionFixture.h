@@ -29,7 +29,9 @@ class CampaignTest : public ::testing::TestWithParam<const char*> {
                ("storefabric-campaign-" + std::to_string(::getpid()));
     std::filesystem::remove_all(m_folder);
     std::filesystem::create_directories(m_folder);
-    for (const char* name : {"browse/campaign", "browse/translated", "store/bench"}) Bring(name);
+    for (const char* name :
+         {"browse/campaign", "browse/notest", "browse/translated", "store/bench"})
+      Bring(name);
     m_store = Open("campaign");
   }
   ~CampaignTest() override {

@@ -173,15 +173,6 @@ TEST_F(Session, MembersCheckTheirArguments) {
              s);
        },
        VEX_E_EMPTY_NAME},
-      {"CreateElementOfAnArray",
-       [](IDataStore& s) {
-         return WithOut<IStoreElement>(
-             [](IDataStore& store, IStoreElement** out) {
-               return store.CreateElement(Variant::Array({}), u"a", out);
-             },
-             s);
-       },
-       E_INVALIDARG},
       {"GetElementByKey", [](IDataStore& s) { return s.GetElementByKey(u"Test:1", nullptr); },
        E_POINTER},
       {"GetElementByNoChannel",
@@ -193,45 +184,12 @@ TEST_F(Session, MembersCheckTheirArguments) {
              s);
        },
        E_INVALIDARG},
-      {"GetElementByAChannelWithoutKey",
-       [](IDataStore& s) {
-         return WithOut<IStoreElement>(
-             [](IDataStore& store, IStoreElement** out) {
-               return store.GetElementByDataChannel(&store, out);
-             },
-             s);
-       },
-       E_INVALIDARG},
-      {"GetElementListWithAnObject",
-       [](IDataStore& s) {
-         return WithOut<IStoreElementList>(
-             [](IDataStore& store, IStoreElementList** out) {
-               return store.GetElementList(u"Test", u"*", Variant::Object(&store), out);
-             },
-             s);
-       },
-       E_INVALIDARG},
       {"CreateQuery", [](IDataStore& s) { return s.CreateQuery(nullptr); }, E_POINTER},
-      {"SaveForeignQuery", [](IDataStore& s) { return s.SaveQuery(&s, u"q"); },
-       VEX_E_NOT_STORE_QUERY},
-      {"SearchForeignQuery", [](IDataStore& s) { return s.Search(&s); }, VEX_E_NOT_STORE_QUERY},
       {"SearchNothing", [](IDataStore& s) { return s.Search(nullptr); }, VEX_E_NOT_STORE_QUERY},
       {"DeleteNothing", [](IDataStore& s) { return s.DeleteElement(nullptr); }, E_UNEXPECTED},
-      {"DeleteForeign", [](IDataStore& s) { return s.DeleteElement(&s); }, E_INVALIDARG},
-      {"CreateElementsOfNoList",
-       [](IDataStore& s) {
-         return WithOut<IStoreElementList>(
-             [](IDataStore& store, IStoreElementList** out) {
-               return store.CreateElementsByInstList(nullptr, out);
-             },
-             s);
-       },
-       E_POINTER},
       {"GetContext", [](IDataStore& s) { return s.GetContext(Variant::I4(1), nullptr); },
        E_POINTER},
       {"SetNoBrowseSettings", [](IDataStore& s) { return s.SetBrowseSettings(nullptr); }, S_OK},
-      {"SetForeignBrowseSettings", [](IDataStore& s) { return s.SetBrowseSettings(&s); },
-       E_INVALIDARG},
       {"IsModified", [](IDataStore& s) { return s.IsModified(nullptr); }, E_POINTER},
       {"IsQuerySupported", [](IDataStore& s) { return s.IsQuerySupported(nullptr); }, E_POINTER},
       {"GetVexStore", [](IDataStore& s) { return s.GetVexStore(nullptr); }, E_POINTER},
