@@ -2,9 +2,12 @@
 #include "automation/conv/ValueOrder.h"
 
 #include <algorithm>
-#include <compare>
+#include <cmath>
+#include <functional>
 #include <limits>
-#include <numeric>
+#include <optional>
+#include <string_view>
+#include <utility>
 
 #include <storefabric/Dispatch.h>
 #include <storefabric/IVexTimeDisp.h>
@@ -12,6 +15,7 @@
 #include "automation/Guards.h"
 #include "automation/conv/AutomationDate.h"
 #include "automation/conv/VexTime.h"
+#include "automation/variant/TextCompare.h"
 
 namespace hv::util::conv {
 
@@ -74,15 +78,114 @@ Result CompareValues(const Variant& a, const Variant& b, VarOrder* order) try {
 }
 HV_CATCH_RETURN()
 
+namespace {
+
+using Positions = std::vector<std::size_t>;
+
+/// Numbers that can be compared as doubles. Up to here every whole number is one.
+constexpr std::int64_t kLastExact = std::int64_t{1} << 53;
+
+std::optional<double> PlainNumber(const Variant& value) {
+  switch (value.Type()) {
+    case VT_R4:
+    case VT_R8:
+      return std::isnan(value.AsDouble()) ? std::nullopt : std::optional(value.AsDouble());
+    case VT_I2:
+    case VT_I4:
+    case VT_I8:
+    case VT_BOOL:
+      if (value.AsInt64() > kLastExact || value.AsInt64() < -kLastExact) return std::nullopt;
+      return static_cast<double>(value.AsInt64());
+    case VT_UI1:
+      return static_cast<double>(value.AsUInt64());
+    default:
+      return std::nullopt;
+  }
+}
+
+template <class Key>
+struct Keyed {
+  Key key;
+  std::size_t position;
+  friend bool operator<(const Keyed& a, const Keyed& b) {
+    return a.key < b.key || (a.key == b.key && a.position < b.position);
+  }
+};
+
+struct TextKey {
+  std::optional<std::uint64_t> prefix;
+  std::u16string_view text;
+  std::size_t position;
+  friend bool operator<(const TextKey& a, const TextKey& b) {
+    if (a.prefix && b.prefix && *a.prefix != *b.prefix) return *a.prefix < *b.prefix;
+    return automation::CompareTextPlatform(a.text, b.text) < 0;
+  }
+};
+
+template <class Key>
+void AppendPositions(const std::vector<Key>& keys, Positions* positions) {
+  for (const Key& key : keys) positions->push_back(key.position);
+}
+
+/// Sorts values that are neither times nor nothing, if all of them are texts and numbers of kinds
+/// that compare as doubles with each other; false, and nothing is done, if they aren't.
+bool AppendPlainOrder(std::span<const Variant> values, const Positions& others,
+                      Positions* positions) {
+  std::vector<Keyed<double>> numbers;
+  std::vector<TextKey> texts;
+  numbers.reserve(others.size());
+  std::size_t floats = 0;
+  for (const std::size_t at : others) {
+    const Variant& value = values[at];
+    if (value.Is(VT_BSTR)) {
+      const std::u16string_view text = value.AsText().view();
+      texts.push_back({automation::WordSortPrefix(text), text, at});
+    } else if (const auto number = PlainNumber(value)) {
+      floats += value.Is(VT_R4) ? 1 : 0;
+      numbers.push_back({*number, at});
+    } else {
+      return false;
+    }
+  }
+  // Beside a float every number is rounded to one.
+  if (floats != 0 && floats != numbers.size()) return false;
+  std::ranges::sort(numbers, std::less<>());
+  std::ranges::stable_sort(texts, std::less<>());
+  AppendPositions(numbers, positions);
+  AppendPositions(texts, positions);
+  return true;
+}
+
+}  // namespace
+
 std::vector<std::size_t> AscendingOrder(std::span<const Variant> values) {
-  // Times are broken down once, not in each of the many comparisons of a sort.
-  const std::vector<OrderedValue> keys(values.begin(), values.end());
-  std::vector<std::size_t> positions(values.size());
-  std::iota(positions.begin(), positions.end(), std::size_t{0});
-  std::ranges::stable_sort(positions, [&keys](std::size_t a, std::size_t b) {
-    VarOrder order = VarOrder::Null;
-    return !Failed(keys[a].Compare(keys[b], &order)) && order == VarOrder::Less;
-  });
+  using Fields = std::array<std::int16_t, 9>;
+  Positions others;
+  std::vector<Keyed<Fields>> times;
+  Positions nothings;
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    // Times are broken down once, not in each of the many comparisons of a sort.
+    const OrderedValue value(values[i]);
+    if (value.IsNothing()) {
+      nothings.push_back(i);
+    } else if (value.IsTime()) {
+      times.push_back({value.Fields(), i});
+    } else {
+      others.push_back(i);
+    }
+  }
+  Positions positions;
+  positions.reserve(values.size());
+  if (!AppendPlainOrder(values, others, &positions)) {
+    std::ranges::stable_sort(others, [values](std::size_t a, std::size_t b) {
+      VarOrder order = VarOrder::Null;
+      return !Failed(CompareVariants(values[a], values[b], &order)) && order == VarOrder::Less;
+    });
+    positions = std::move(others);
+  }
+  std::ranges::sort(times, std::less<>());
+  AppendPositions(times, &positions);
+  positions.insert(positions.end(), nothings.begin(), nothings.end());
   return positions;
 }
 

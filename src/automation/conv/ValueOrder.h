@@ -25,11 +25,16 @@ class OrderedValue {
   /// \return S_OK; E_POINTER; DISP_E_TYPEMISMATCH or DISP_E_BADVARTYPE for types without an order.
   Result Compare(const OrderedValue& other, VarOrder* order) const;
 
+  [[nodiscard]] bool IsNothing() const { return m_kind == Kind::Nothing; }
+  [[nodiscard]] bool IsTime() const { return m_kind == Kind::Time; }
+  /// The nine fields of a time, year first.
+  [[nodiscard]] const std::array<std::int16_t, 9>& Fields() const { return m_fields; }
+
  private:
   enum class Kind : std::uint8_t { Other, Time, Nothing };  // in their order
 
   Kind m_kind = Kind::Other;
-  std::array<std::int16_t, 9> m_fields{};  // of a time, year first
+  std::array<std::int16_t, 9> m_fields{};
   const Variant* m_value = nullptr;
 };
 

@@ -246,4 +246,17 @@ int CompareTextPlatform(std::u16string_view a, std::u16string_view b) {
   return CompareByWeight(a, b, [](char16_t unit) { return static_cast<int>(MinorWeight(unit)); });
 }
 
+std::optional<std::uint64_t> WordSortPrefix(std::u16string_view text) {
+  std::uint64_t prefix = 0;
+  int missing = 8;
+  for (const char16_t unit : text) {
+    if (unit >= 128) return std::nullopt;
+    if (missing == 0 || kRanks[unit] == 0) continue;
+    prefix = prefix << 8 | kRanks[unit];
+    --missing;
+  }
+  // The end of a text comes before every character.
+  return missing == 8 ? 0 : prefix << (8 * missing);
+}
+
 }  // namespace hv::automation

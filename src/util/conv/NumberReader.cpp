@@ -30,8 +30,7 @@ struct SignedText {
 
 /// Takes blanks and one sign off. A zero needs no search: it ends whatever is read behind these.
 SignedText TakeSign(std::string_view text) {
-  const auto* first = std::find_if_not(text.begin(), text.end(), IsBlank);
-  text.remove_prefix(static_cast<std::size_t>(first - text.begin()));
+  while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
   const bool negative = text.starts_with('-');
   if (negative || text.starts_with('+')) text.remove_prefix(1);
   return {negative, text};
@@ -91,7 +90,9 @@ Mantissa TakeMantissa(std::string_view* text) {
 }
 
 bool StartsExponent(std::string_view text) {
-  return !text.empty() && std::string_view("eEdD").find(text.front()) != std::string_view::npos;
+  if (text.empty()) return false;
+  const char letter = text.front();
+  return letter == 'e' || letter == 'E' || letter == 'd' || letter == 'D';
 }
 
 /// Reads the exponent behind its letter; stops as soon as it is absurd.
@@ -133,21 +134,26 @@ double Scale(std::uint64_t mantissa, std::int64_t exponent) {
   return value;
 }
 
-/// The number in front of a text, where the standard library's reader goes by the same rules: it
-/// takes no more digits than count, and meets neither an exponent of another notation nor a limit.
+/// True if a number, as the standard library reads it, has no more digits than count.
+bool HasAllDigitsCounted(std::string_view number) {
+  if (number.size() <= kSignificantDigits) return true;
+  number = number.substr(0, std::min(number.find('e'), number.find('E')));
+  const bool hasPoint = number.find('.') != number.npos;
+  return number.size() <= kSignificantDigits + (hasPoint ? 1 : 0);
+}
+
+/// The number in front of a text, where the standard library's reader goes by the same rules: all
+/// its digits count, and it meets neither an exponent of another notation nor a limit.
 std::optional<double> ReadPlain(std::string_view digits) {
   if (digits.empty() || (!IsDigit(digits.front()) && digits.front() != '.')) return std::nullopt;
   const char* const end = digits.data() + digits.size();
   double value = 0;
   const auto read = std::from_chars(digits.data(), end, value);
-  std::string_view mantissa(digits.data(), static_cast<std::size_t>(read.ptr - digits.data()));
-  mantissa = mantissa.substr(0, mantissa.find_first_of("eE"));
-  const bool isLong =
-      mantissa.size() > kSignificantDigits &&
-      (mantissa.size() > kSignificantDigits + 1 || mantissa.find('.') == mantissa.npos);
-  if (read.ec != std::errc() || isLong) return std::nullopt;
-  const std::string_view behind(read.ptr, static_cast<std::size_t>(end - read.ptr));
-  return StartsExponent(behind) ? std::nullopt : std::optional(value);
+  if (read.ec != std::errc()) return std::nullopt;
+  const auto length = static_cast<std::size_t>(read.ptr - digits.data());
+  if (!HasAllDigitsCounted(digits.substr(0, length))) return std::nullopt;
+  if (StartsExponent(digits.substr(length))) return std::nullopt;
+  return value;
 }
 
 }  // namespace

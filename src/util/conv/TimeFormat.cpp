@@ -23,7 +23,22 @@ constexpr std::size_t kLongestNumber = 11;
 /// The longest mark, "a.m.".
 constexpr std::size_t kLongestMark = 4;
 
-bool IsField(std::u16string_view token) { return kLetters.find(token[0]) != kLetters.npos; }
+bool IsField(std::u16string_view token) {
+  switch (token[0]) {
+    case u'Y':
+    case u'M':
+    case u'D':
+    case u'h':
+    case u'm':
+    case u's':
+    case u'f':
+    case u'p':
+    case u'P':
+      return true;
+    default:
+      return false;
+  }
+}
 bool IsMark(std::u16string_view token) { return token[0] == u'p' || token[0] == u'P'; }
 bool IsDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
 
@@ -257,6 +272,7 @@ TimeRecord& TimeFormatImp::Parse(TimeRecord* time, const WString& text) {
 
 TimeRecord& TimeFormatImp::ParseCounted(TimeRecord* time, const char16_t* text, std::size_t count) {
   const std::u16string_view view = text ? std::u16string_view(text, count) : u"";
+  if (ReadAsPrinted(view, time)) return *time;
   m_pieces.clear();
   if (m_fixedWidth) {
     CutFixed(view);
@@ -266,6 +282,26 @@ TimeRecord& TimeFormatImp::ParseCounted(TimeRecord* time, const char16_t* text, 
   *time = Interpret();
   m_pieces.clear();
   return *time;
+}
+
+bool TimeFormatImp::ReadAsPrinted(std::u16string_view text, TimeRecord* time) const {
+  if (m_fixedWidth || m_twelveHour) return false;
+  TimeRecord read;
+  for (const std::u16string& token : m_tokens) {
+    if (text.empty()) break;
+    std::size_t length = 0;
+    if (IsField(token)) {
+      while (length < text.size() && IsDigit(text[length])) ++length;
+      if (length == 0) return false;
+      ReadField(token, text.substr(0, length), &read);
+    } else {
+      while (length < text.size() && text[length] == token[0]) ++length;
+      if (length != token.size()) return false;
+    }
+    text.remove_prefix(length);
+  }
+  *time = read;
+  return true;
 }
 
 void TimeFormatImp::CutFixed(std::u16string_view text) {
@@ -311,45 +347,47 @@ void TimeFormatImp::StepBehind(std::u16string_view literal, std::size_t* token) 
   ++*token;
 }
 
+void TimeFormatImp::ReadField(std::u16string_view token, std::u16string_view piece,
+                              TimeRecord* time) {
+  switch (token[0]) {
+    case u'Y':
+      time->year = NumberOf(piece);
+      if (token.size() == 2) time->year = YearOfTwoDigits(time->year);
+      break;
+    case u'M':
+      time->month = NumberOf(piece);
+      break;
+    case u'D':
+      time->day = NumberOf(piece);
+      break;
+    case u'h':
+      time->hour = AddHours(time->hour, NumberOf(piece));
+      break;
+    case u'm':
+      time->minute = NumberOf(piece);
+      break;
+    case u's':
+      time->second = NumberOf(piece);
+      break;
+    case u'f':
+      time->fraction = FractionOf(piece);
+      break;
+    default:
+      break;
+  }
+}
+
 TimeRecord TimeFormatImp::Interpret() const {
   TimeRecord time;
   char16_t mark = 0;
   const std::size_t count = std::min(m_pieces.size(), m_tokens.size());
   for (std::size_t i = 0; i < count; ++i) {
     const std::u16string_view piece = m_pieces[i];
-    const std::u16string& token = m_tokens[i];
     if (piece.empty()) continue;
-    switch (token[0]) {
-      case u'Y':
-        time.year = NumberOf(piece);
-        if (token.size() == 2) time.year = YearOfTwoDigits(time.year);
-        break;
-      case u'M':
-        time.month = NumberOf(piece);
-        break;
-      case u'D':
-        time.day = NumberOf(piece);
-        break;
-      case u'h':
-        time.hour = AddHours(time.hour, NumberOf(piece));
-        break;
-      case u'm':
-        time.minute = NumberOf(piece);
-        break;
-      case u's':
-        time.second = NumberOf(piece);
-        break;
-      case u'f':
-        time.fraction = FractionOf(piece);
-        break;
-      case u'p':
-      case u'P':
-        if (std::u16string_view(u"aApP").find(piece[0]) != std::u16string_view::npos) {
-          mark = LetterOfRun(piece[0]);
-        }
-        break;
-      default:
-        break;
+    if (!IsMark(m_tokens[i])) {
+      ReadField(m_tokens[i], piece, &time);
+    } else if (std::u16string_view(u"aApP").find(piece[0]) != std::u16string_view::npos) {
+      mark = LetterOfRun(piece[0]);
     }
   }
   if ((mark == u'a' || mark == u'A') && time.hour == 12) time.hour = 0;

@@ -78,6 +78,11 @@ class TimeFormatImp final : public tFormatBase<ITimeFormat> {
   /// each one between; behind the last one, and nothing is added, if there is none.
   void StepBehind(std::u16string_view literal, std::size_t* token);
   [[nodiscard]] TimeRecord Interpret() const;
+  /// Reads a text that has the pattern's literals, each where it belongs, up to its end; what most
+  /// texts are, and what `CutFree` reads alike. False for any other, with `*time` untouched.
+  bool ReadAsPrinted(std::u16string_view text, TimeRecord* time) const;
+  /// Reads a field's piece. A literal's piece, and a mark's, changes nothing.
+  static void ReadField(std::u16string_view token, std::u16string_view piece, TimeRecord* time);
 
   /// Makes the steps of `Format` from the tokens.
   void PreparePrinting();

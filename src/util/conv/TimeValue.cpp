@@ -35,8 +35,10 @@ std::int64_t ClampedInteger(double value) {
 
 /// What lies below a whole second, in units of 2^-64 seconds.
 std::uint64_t FractionBits(double fraction) {
-  if (!std::isfinite(fraction)) return 0;
-  fraction -= std::floor(fraction);
+  if (!(fraction >= 0 && fraction < 1)) {
+    if (!std::isfinite(fraction)) return 0;
+    fraction -= std::floor(fraction);
+  }
   const double scaled = fraction * kTwoTo64;
   return scaled >= kTwoTo64 ? 0 : static_cast<std::uint64_t>(scaled);
 }

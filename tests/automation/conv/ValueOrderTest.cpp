@@ -3,7 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "automation/conv/VexTime.h"
 
@@ -74,6 +77,57 @@ TEST(ValueOrder, SortsMixedValues) {
   const std::vector<std::size_t> expected = {6, 3, 8, 2, 5, 4, 0, 1, 7};
   EXPECT_EQ(expected, AscendingOrder(values));
   EXPECT_TRUE(AscendingOrder({}).empty());
+}
+
+/// Whatever way a sort takes, neighbours stand as the comparison of the two says, and equal ones as
+/// they stood before.
+TEST(ValueOrder, SortsAsItCompares) {
+  std::mt19937 random(5);
+  const auto below = [&random](std::uint32_t limit) {
+    return static_cast<std::uint32_t>(random() % limit);
+  };
+  const std::u16string_view kUnits = u"abAB019- '.\u00E4\u00DF\0";
+  const auto valueOf = [&](std::uint32_t kind) {
+    const auto number = static_cast<std::int32_t>(below(9)) - 4;
+    std::u16string text(below(11), u' ');
+    // Half of the texts share a beginning that is longer than what is compared at once.
+    for (char16_t& unit : text) unit = kUnits[below(kind == 6 ? 9 : 13)];
+    if (kind == 6 && number > 0) text.insert(0, u"ABABABABAB");
+    switch (kind) {
+      case 0:
+        return Variant();
+      case 1:
+        return Variant::Date(number / 2.0);
+      case 2:
+        return Variant::R8(number / 3.0);
+      case 3:
+        return Variant::I8(number + (std::int64_t{1} << (number > 2 ? 60 : 1)));
+      case 4:
+        return Variant::Bool(number > 0);
+      case 5:
+      case 6:
+        return Variant::Text(text);
+      case 7:
+        return Variant::UI1(static_cast<std::uint8_t>(below(5)));
+      case 8:
+        return Variant::R4(static_cast<float>(number));
+      default:
+        return Variant::Cy(number);
+    }
+  };
+  for (const auto& [first, kinds] : {std::pair{0U, 10U}, {0U, 8U}, {2U, 6U}, {8U, 1U}, {5U, 2U}}) {
+    std::vector<Variant> values;
+    for (int i = 0; i < 400; ++i) values.push_back(valueOf(first + below(kinds)));
+    const std::vector<std::size_t> positions = AscendingOrder(values);
+    ASSERT_EQ(values.size(), positions.size());
+    for (std::size_t i = 1; i < positions.size(); ++i) {
+      VarOrder order = VarOrder::Null;
+      ASSERT_EQ(S_OK, CompareValues(values[positions[i - 1]], values[positions[i]], &order));
+      ASSERT_TRUE(order == VarOrder::Less ||
+                  (order == VarOrder::Equal && positions[i - 1] < positions[i]))
+          << first << ' ' << i;
+    }
+  }
 }
 
 }  // namespace
