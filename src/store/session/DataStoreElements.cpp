@@ -2,6 +2,7 @@
 #include <utility>
 
 #include "automation/Guards.h"
+#include "browse/RepresentedByParts.h"
 #include "store/core/IContainer.h"
 #include "store/core/IEntity.h"
 #include "store/core/IInstList.h"
@@ -110,13 +111,20 @@ Result CDataStoreImpl::AppendHits(IStoreQuery& query, std::u16string_view text,
                                   IStoreElementListImpl& list) {
   const auto hits = Ref<IInstList>::Adopt(query.Execute(text));
   HV_RETURN_IF_FAILED(list.Reserve(static_cast<std::int32_t>(hits->GetCount())));
-  while (const auto instance = Ref<IInstance>::Adopt(hits->Next())) {
+  // All names with one question. Hits of several entities, as a base entity has them, and stores
+  // that read nothing in bulk leave that to the elements.
+  DisplayNameTable table;
+  const auto noParts = MakeRef<CRepresentedByPartsImpl>();
+  if (Failed(ReadDisplayNames(m_store.Get(), hits.Get(), noParts.Get(), &table))) table = {};
+  for (std::size_t row = 0;; ++row) {
+    const auto instance = Ref<IInstance>::Adopt(hits->Next());
+    if (!instance) return S_OK;
     Ref<IStoreElementImpl> element;
     // One that can't be made is left out.
     if (Failed(m_simplified->GetElement(instance.Get(), element.Put()))) continue;
+    if (row < table.names.size()) element->SetCachedName(std::move(table.names[row]));
     HV_RETURN_IF_FAILED(list.Append(element.Get()));
   }
-  return S_OK;
 }
 
 Result CDataStoreImpl::CreateElementsByInstList(IInstList* instList,
