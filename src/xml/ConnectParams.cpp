@@ -1,6 +1,7 @@
 // xml/ConnectParams.cpp - writing tags of connection parameters, and forgetting passwords.
 #include "xml/ConnectParams.h"
 
+#include "xml/Escape.h"
 #include "xml/TagCursor.h"
 
 #include <unicode/uchar.h>
@@ -48,8 +49,8 @@ void AppendTag(ConnectParams& parameters, std::u16string_view tagName, std::u16s
 }
 
 void AppendFilenameTag(ConnectParams& parameters, std::u16string_view fileName) {
-  WString escaped(fileName);
-  escaped.ReplaceAll(u"&", u"&amp;").ReplaceAll(u"<", u"&lt;").ReplaceAll(u">", u"&gt;");
+  WString escaped;
+  AppendEscaped(escaped, fileName, u"&<>");
   AppendTag(parameters, u"filename", escaped);
 }
 

@@ -79,7 +79,7 @@ class IAdvancedQueryImpl : public IQueryImpl {
   [[nodiscard]] virtual std::uint32_t GetFailedCondition() = 0;
   /// Unbinds the query from its store.
   virtual Result Detach() = 0;
-  /// The name of the query's store; empty without one.
+  /// The name of the store that the query is bound to, or was last; empty if there never was one.
   [[nodiscard]] virtual WString GetStoreName() = 0;
 
   // The steps of an expression, each on its own. Texts are appended.
