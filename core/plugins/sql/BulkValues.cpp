@@ -45,6 +45,19 @@ bool IsNumber(OdsType type) {
   return kind == StorageKind::Integer || kind == StorageKind::Real;
 }
 
+/// Databases may come from anywhere.
+[[noreturn]] void FailDamaged() {
+  Fail(errc::kBadFile, {u"the stored values of a column don't fit together"});
+}
+
+/// True if a segment with that many elements may be of that size.
+bool IsSize(OdsType type, std::int64_t count, std::int64_t size) {
+  const auto width =
+      static_cast<std::int64_t>(IsNumber(type) ? WidthOf(type) : sizeof(std::uint32_t));
+  if (count < 0 || count > size / width) return false;
+  return !IsNumber(type) || count * width == size;
+}
+
 /// What a segment is made of while it is collected.
 class SegmentBuffer final {
  public:
@@ -96,6 +109,7 @@ class SegmentWriter final {
     m_segment = last->Integer(1) + 1;
     m_first = last->Integer(2) + last->Integer(3);
     const std::span<const std::byte> data = last->Bytes(4);
+    if (!IsSize(type, last->Integer(3), static_cast<std::int64_t>(data.size()))) FailDamaged();
     if (data.size() > kSmallSegment) return;
     m_replaced = last->Integer(0);
     m_segment = last->Integer(1);
@@ -155,6 +169,7 @@ class BulkSource final : public ValueSource {
     std::int64_t row;
     std::uint64_t first;
     std::uint64_t count;
+    std::uint64_t size;  // bytes
   };
   BulkSource(std::shared_ptr<Connection> connection, OdsType type, std::vector<Segment> segments)
       : m_connection(std::move(connection)), m_type(type), m_segments(std::move(segments)) {}
@@ -262,6 +277,9 @@ class BulkSource final : public ValueSource {
       ends.assign(part + 1, 0);
       m_blob->Read((offset - skipped) * sizeof(std::uint32_t),
                    std::as_writable_bytes(std::span(ends).subspan(1 - skipped)));
+      if (!std::is_sorted(ends.begin(), ends.end()) || ends.back() > segment.size - head) {
+        FailDamaged();
+      }
       data.resize(ends.back() - ends.front());
       m_blob->Read(head + ends.front(), data);
       for (std::size_t i = 0; i < part; ++i) {
@@ -349,13 +367,22 @@ std::unique_ptr<ValueSource> OpenBulk(std::shared_ptr<Connection> connection, co
   auto type = OdsType::Unknown;
   {
     Run run(*connection,
-            "SELECT SEQ, FIRST, NVAL, TYPE FROM SF_BULK WHERE AID=? AND IID=? AND PART=?"
-            " ORDER BY SEG");
+            "SELECT SEQ, FIRST, NVAL, TYPE, length(DATA), typeof(DATA) FROM SF_BULK"
+            " WHERE AID=? AND IID=? AND PART=? ORDER BY SEG");
     run.Add(key.aid).Add(key.id).Add(static_cast<std::int64_t>(key.part));
+    std::int64_t next = 0;
     while (run->Step()) {
-      segments.push_back({run->Integer(0), static_cast<std::uint64_t>(run->Integer(1)),
-                          static_cast<std::uint64_t>(run->Integer(2))});
-      type = static_cast<OdsType>(run->Integer(3));
+      const std::int64_t number = run->Integer(3);
+      const std::int64_t count = run->Integer(2);
+      const std::int64_t size = run->Integer(4);
+      if (segments.empty()) type = static_cast<OdsType>(number);
+      if (SeamTypeOf(type) == 0 || number != static_cast<std::int64_t>(type) ||
+          run->Integer(1) != next || run->Text(5) != "blob" || !IsSize(type, count, size)) {
+        FailDamaged();
+      }
+      segments.push_back({run->Integer(0), static_cast<std::uint64_t>(next),
+                          static_cast<std::uint64_t>(count), static_cast<std::uint64_t>(size)});
+      next += count;
     }
   }
   if (segments.empty()) return nullptr;
