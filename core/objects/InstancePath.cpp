@@ -142,10 +142,35 @@ RecordRuns Filtered(const RecordStore& store, RecordRuns records,
   return kept;
 }
 
-RecordRuns AllOfEntity(const RecordStore& store, EntityId entity) {
+/// The condition as a query, which a store may answer from an index; nothing for values that are no
+/// texts.
+std::optional<BoundQuery> QueryOf(const Model& model, EntityId entity, const Filter& filter) {
+  const std::int32_t attribute = model.At(entity).FindAttribute(filter.attribute);
+  if (attribute == kNone) return std::nullopt;
+  const Attribute& definition = model.At(entity).attributes[static_cast<std::size_t>(attribute)];
+  if (definition.type != OdsType::String || definition.sequence) return std::nullopt;
+  BoundQuery query;
+  query.entity = entity;
+  query.hasCondition = true;
+  query.condition.kind = BoundNode::Kind::Compare;
+  query.condition.op = QueryOp::Equal;
+  query.condition.path.target = entity;
+  query.condition.path.attribute = attribute;
+  query.condition.constant.text = FoldCase(filter.value);
+  query.condition.constant.ignoreCase = true;
+  return query;
+}
+
+RecordRuns AllOfEntity(const RecordStore& store, EntityId entity,
+                       const std::optional<Filter>& filter) {
   RecordRuns records;
   for (const EntityId id : store.GetModel()->ApplicationEntitiesOf(entity)) {
-    records.Append(id, store.AllOf(id));
+    const auto query = filter ? QueryOf(*store.GetModel(), id, *filter) : std::nullopt;
+    if (query) {
+      records.Append(id, store.Select(*query));
+    } else {
+      records.Append(id, filter ? Keep(store, id, store.AllOf(id), *filter) : store.AllOf(id));
+    }
   }
   return records;
 }
@@ -156,6 +181,8 @@ struct RecordHash {
   }
 };
 
+/// What the references that the parts name from `at` on lead to, and what of that meets the
+/// condition behind them.
 RecordRuns Step(const RecordStore& store, const RecordRuns& from, const std::vector<Part>& parts,
                 std::size_t at, std::size_t* used, std::u16string_view path) {
   RecordRuns reached;
@@ -174,6 +201,15 @@ RecordRuns Step(const RecordStore& store, const RecordRuns& from, const std::vec
           WString(u"path \"" + std::u16string(path) + u"\": the entity \"" + entity.name +
                   u"\" has no reference \"" + std::u16string(parts[at].text) + u"\""));
     }
+    const std::optional<Filter>& filter = parts[at + *used - 1].filter;
+    const EntityId target = entity.relations[static_cast<std::size_t>(*relation)].target;
+    if (filter && from.Size() == 1 && !store.GetModel()->At(target).isBase) {
+      if (auto query = QueryOf(*store.GetModel(), target, *filter)) {
+        query->start = BoundStart{run.entity, *relation, run.ids.front()};
+        reached.Append(target, store.Select(*query));
+        return reached;
+      }
+    }
     const std::vector<Link> links = store.Follow(run.entity, *relation, run.ids);
     // One record's targets can't repeat; those of several may.
     const bool mayRepeat = from.Size() > 1;
@@ -181,7 +217,7 @@ RecordRuns Step(const RecordStore& store, const RecordRuns& from, const std::vec
       if (!mayRepeat || seen.insert(link.target).second) reached.Append(link.target);
     }
   }
-  return reached;
+  return Filtered(store, std::move(reached), parts[at + *used - 1].filter);
 }
 
 }  // namespace
@@ -209,7 +245,7 @@ RecordRuns FollowPath(const RecordStore& store, std::optional<RecordRef> start,
       throw Exception(errc::kUnknownName,
                       WString(u"path \"" + std::u16string(path) + u"\": there is no such entity"));
     }
-    records = Filtered(store, AllOfEntity(store, entity->id), parts[used - 1].filter);
+    records = AllOfEntity(store, entity->id, parts[used - 1].filter);
     at = used;
   } else {
     if (!start) ThrowBadPath(path, u"an absolute path begins with /# or /##");
@@ -218,8 +254,7 @@ RecordRuns FollowPath(const RecordStore& store, std::optional<RecordRef> start,
     records.Append(*start);
   }
   while (at < parts.size()) {
-    RecordRuns next = Step(store, records, parts, at, &used, path);
-    records = Filtered(store, std::move(next), parts[at + used - 1].filter);
+    records = Step(store, records, parts, at, &used, path);
     at += used;
   }
   return records;

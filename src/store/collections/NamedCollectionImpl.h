@@ -93,10 +93,16 @@ class tNamedCollectionImpl : public tCollectionImpl<Face, MoreFaces...> {
   ///         E_OUTOFMEMORY
   Result Add(Item* item, std::u16string_view requested, WString* unique = nullptr) try {
     HV_RETURN_IF_NULL(item);
-    const WString wanted = requested.empty() ? DefaultName() : WString(requested);
+    const WString defaultName = requested.empty() ? DefaultName() : WString();
+    const std::u16string_view wanted = requested.empty() ? defaultName.view() : requested;
     HV_RETURN_CODE_IF(wanted.empty(), E_FAIL);
-    WString name = MakeUnique(wanted);
-    const auto entry = m_members.emplace(name, nullptr).first;
+    // A free name takes one look into the map.
+    auto entry = m_members.lower_bound(wanted);
+    if (entry == m_members.end() || entry->first.view() != wanted) {
+      entry = m_members.emplace_hint(entry, wanted, nullptr);
+    } else {
+      entry = m_members.emplace(MakeUnique(wanted), nullptr).first;
+    }
     try {
       entry->second = &this->AppendNode(*item);
     } catch (...) {
@@ -104,11 +110,11 @@ class tNamedCollectionImpl : public tCollectionImpl<Face, MoreFaces...> {
       throw;
     }
     entry->second->name = &entry->first;
-    if (const Result told = OnNamed(*item, name); Failed(told)) {
-      (void)this->RemoveByName(name);
+    if (const Result told = OnNamed(*item, entry->first); Failed(told)) {
+      (void)this->RemoveByName(WString(entry->first));
       return told;
     }
-    if (unique) *unique = std::move(name);
+    if (unique) *unique = entry->first;
     return S_OK;
   }
   HV_CATCH_RETURN()
