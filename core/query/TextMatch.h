@@ -22,6 +22,9 @@ std::u16string FoldCase(std::u16string_view text);
 /// `buffer`.
 std::u16string_view FoldCase(std::u16string_view text, std::u16string& buffer);
 
+/// The words of a free text, folded: at blanks, phrases between double quotes.
+std::vector<std::u16string> SearchWords(std::u16string_view text);
+
 /// A text with wildcards: "?" is exactly one code point, "*" any number of them, none included.
 /// There is no escape character. To ignore case, give a pattern and texts folded by `FoldCase`,
 /// which keeps the wildcard characters; "?" then stands for one code point of the folded text.

@@ -126,21 +126,12 @@ class RecordStore {
   /// targets of one source in the order in which they were linked.
   [[nodiscard]] virtual std::vector<Link> Follow(EntityId entity, std::int32_t relation,
                                                  std::span<const RecordId> ids) const = 0;
-  [[nodiscard]] virtual std::vector<InstanceAttribute> InstanceAttributesOf(
-      RecordRef record) const = 0;
-  /// The same for many records, grouped by record in the order asked. Ids that don't exist give
-  /// none.
+  /// Attributes of many records that the model doesn't have, grouped by record in the order asked.
+  /// Ids that don't exist give none.
   [[nodiscard]] virtual std::vector<RecordInstanceAttribute> ReadInstanceAttributes(
-      EntityId entity, std::span<const RecordId> ids) const {
-    std::vector<RecordInstanceAttribute> all;
-    for (std::size_t i = 0; i < ids.size(); ++i) {
-      if (!Exists({entity, ids[i]})) continue;
-      for (InstanceAttribute& attribute : InstanceAttributesOf({entity, ids[i]})) {
-        all.push_back({static_cast<std::uint32_t>(i), std::move(attribute)});
-      }
-    }
-    return all;
-  }
+      EntityId entity, std::span<const RecordId> ids) const = 0;
+  /// The same for one record; throws kInstanceGone if it doesn't exist.
+  [[nodiscard]] std::vector<InstanceAttribute> InstanceAttributesOf(RecordRef record) const;
   /// The stored values of a local column, external components resolved. Null if it has none.
   /// Throws kBadFile if a component file is missing, or too short to hold even one value.
   [[nodiscard]] virtual std::unique_ptr<ValueSource> OpenValues(RecordRef localColumn) const = 0;

@@ -22,21 +22,6 @@ void BindAll(Run& run, const Fragment& fragment) {
   }
 }
 
-std::vector<std::u16string> SearchWords(std::u16string_view text) {
-  constexpr std::u16string_view kBlanks = u" \t\r\n";
-  std::vector<std::u16string> words;
-  for (std::size_t at = 0; at < text.size();) {
-    const bool isPhrase = text[at] == u'"';
-    if (isPhrase) ++at;
-    std::size_t end = isPhrase ? text.find(u'"', at) : text.find_first_of(u" \t\r\n\"", at);
-    end = std::min(end, text.size());
-    if (end > at) words.push_back(FoldCase(text.substr(at, end - at)));
-    at = isPhrase ? end + 1 : end;
-    at = std::min(text.find_first_not_of(kBlanks, at), text.size());
-  }
-  return words;
-}
-
 Fragment QueryCompiler::Compile(const BoundQuery& query, const QueryPlan& plan) {
   m_query = &query;
   m_plan = &plan;

@@ -152,7 +152,4 @@ class QueryCompiler final {
 /// The conditions that must all hold.
 std::vector<const BoundNode*> Conjuncts(const BoundQuery& query);
 
-/// The words of a free text, folded: at blanks, phrases between double quotes.
-std::vector<std::u16string> SearchWords(std::u16string_view text);
-
 }  // namespace hv::vex::engine::sql

@@ -40,38 +40,13 @@ const EntityPlace& SqlStore::Place(EntityId entity) const {
   return place;
 }
 
-const Attribute& SqlStore::AttributeAt(EntityId entity, std::int32_t attribute) const {
-  const Entity& declared = m_schema.model->At(entity);
-  if (attribute < 0 || static_cast<std::size_t>(attribute) >= declared.attributes.size()) {
-    Fail(errc::kUnknownName,
-         {declared.name, u" has no attribute with the index ", DecimalText(attribute)});
-  }
-  return declared.attributes[static_cast<std::size_t>(attribute)];
-}
-
-const Relation& SqlStore::RelationAt(EntityId entity, std::int32_t relation) const {
-  const Entity& declared = m_schema.model->At(entity);
-  if (relation < 0 || static_cast<std::size_t>(relation) >= declared.relations.size()) {
-    Fail(errc::kUnknownName,
-         {declared.name, u" has no relation with the index ", DecimalText(relation)});
-  }
-  return declared.relations[static_cast<std::size_t>(relation)];
-}
-
-void SqlStore::FailAt(RecordRef record, std::int32_t code,
-                      std::initializer_list<std::u16string_view> parts) const {
-  std::u16string text;
-  for (const std::u16string_view part : parts) text += part;
-  Fail(code, {m_schema.model->At(record.entity).name, u":", DecimalText(record.id), u": ", text});
-}
-
 void SqlStore::MustExist(RecordRef record) const {
   (void)Place(record.entity);
-  if (!Exists(record)) FailAt(record, errc::kInstanceGone, {u"there is no such record"});
+  if (!Exists(record)) FailAt(*this, record, errc::kInstanceGone, {u"there is no such record"});
 }
 
 void SqlStore::MustBeScalar(EntityId entity, std::int32_t attribute) const {
-  const Attribute& declared = AttributeAt(entity, attribute);
+  const Attribute& declared = AttributeOf(*m_schema.model, entity, attribute);
   const AttributePlace& place = Place(entity).attributes[static_cast<std::size_t>(attribute)];
   const bool isColumn =
       place.kind == AttributePlace::Kind::Column || place.kind == AttributePlace::Kind::Id;
@@ -114,7 +89,7 @@ std::vector<RecordId> SqlStore::Select(const BoundQuery& query) const {
   (void)Place(query.entity);
   if (query.start) {
     (void)Place(query.start->entity);
-    (void)RelationAt(query.start->entity, query.start->relation);
+    (void)RelationOf(*m_schema.model, query.start->entity, query.start->relation);
   }
   if (!query.freeText.empty()) IndexTexts();
   const Fragment select = Compile(query);
@@ -159,7 +134,7 @@ ColumnBlock SqlStore::Distinct(EntityId entity, std::int32_t attribute,
                                const BoundQuery* restriction, std::size_t limit) const {
   const EntityPlace& place = Place(entity);
   MustBeScalar(entity, attribute);
-  const Attribute& declared = AttributeAt(entity, attribute);
+  const Attribute& declared = AttributeOf(*m_schema.model, entity, attribute);
   const Dialect& dialect = m_connection->GetDialect();
   const std::string column = "v." + place.attributes[static_cast<std::size_t>(attribute)].column;
   QueryCompiler compiler(*m_schema.model, m_schema.layout, dialect);
@@ -187,7 +162,7 @@ Bounds SqlStore::BoundsOf(EntityId entity, std::int32_t attribute,
                           const BoundQuery* restriction) const {
   const EntityPlace& place = Place(entity);
   MustBeScalar(entity, attribute);
-  const Attribute& declared = AttributeAt(entity, attribute);
+  const Attribute& declared = AttributeOf(*m_schema.model, entity, attribute);
   const Dialect& dialect = m_connection->GetDialect();
   const std::string column = "v." + place.attributes[static_cast<std::size_t>(attribute)].column;
   const bool isText = StorageKindOf(declared.type) == StorageKind::Text;

@@ -10,7 +10,7 @@
 #include "core/plugins/sql/BulkValues.h"
 #include "core/plugins/sql/Layout.h"
 #include "core/plugins/sql/QueryCompiler.h"
-#include "core/store/RecordStore.h"
+#include "core/store/RecordAccess.h"
 
 namespace hv::vex::engine::sql {
 
@@ -51,8 +51,6 @@ class SqlStore final : public RecordStore {
   [[nodiscard]] Value ReadValue(RecordRef record, std::int32_t attribute) const override;
   [[nodiscard]] std::vector<Link> Follow(EntityId entity, std::int32_t relation,
                                          std::span<const RecordId> ids) const override;
-  [[nodiscard]] std::vector<InstanceAttribute> InstanceAttributesOf(
-      RecordRef record) const override;
   [[nodiscard]] std::vector<RecordInstanceAttribute> ReadInstanceAttributes(
       EntityId entity, std::span<const RecordId> ids) const override;
   [[nodiscard]] std::unique_ptr<ValueSource> OpenValues(RecordRef localColumn) const override;
@@ -76,11 +74,7 @@ class SqlStore final : public RecordStore {
  private:
   friend class Change;
   const EntityPlace& Place(EntityId entity) const;
-  const Attribute& AttributeAt(EntityId entity, std::int32_t attribute) const;
-  const Relation& RelationAt(EntityId entity, std::int32_t relation) const;
   void MustExist(RecordRef record) const;
-  [[noreturn]] void FailAt(RecordRef record, std::int32_t code,
-                           std::initializer_list<std::u16string_view> parts) const;
   void MustBeScalar(EntityId entity, std::int32_t attribute) const;
   /// The query as one statement, planned.
   Fragment Compile(const BoundQuery& query) const;
@@ -89,7 +83,6 @@ class SqlStore final : public RecordStore {
                      ColumnBlock& block) const;
   std::string FollowStatement(EntityId entity, std::int32_t relation, bool* isForward) const;
   std::vector<Link> FollowOne(EntityId entity, std::int32_t relation, RecordId id) const;
-  std::unique_ptr<ValueSource> OpenParameters(RecordRef localColumn) const;
   /// Where values are read: by the session that changes them, or beside its other work.
   const std::shared_ptr<Connection>& BulkConnection() const;
   BulkKey KeyOf(RecordRef localColumn, BulkPart part) const;

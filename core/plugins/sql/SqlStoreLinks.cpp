@@ -6,9 +6,9 @@ namespace hv::vex::engine::sql {
 
 void SqlStore::CheckEnds(RecordRef record, std::int32_t relation, RecordRef target) const {
   MustExist(record);
-  const Relation& declared = RelationAt(record.entity, relation);
+  const Relation& declared = RelationOf(*m_schema.model, record.entity, relation);
   if (target.entity != declared.target) {
-    FailAt(record, errc::kWrongType,
+    FailAt(*this, record, errc::kWrongType,
            {u"relation ", declared.name, u" leads to ", m_schema.model->At(declared.target).name});
   }
   MustExist(target);
@@ -29,7 +29,7 @@ bool SqlStore::HasLink(EntityId entity, std::int32_t relation, RecordId from, Re
   const EntityPlace& source = Place(entity);
   const RelationPlace& place = source.relations[static_cast<std::size_t>(relation)];
   if (place.kind == RelationPlace::Kind::Other) {
-    return HasLink(RelationAt(entity, relation).target, place.inverse, to, from);
+    return HasLink(RelationOf(*m_schema.model, entity, relation).target, place.inverse, to, from);
   }
   const bool isPairs = place.kind == RelationPlace::Kind::Pairs;
   Run run(*m_connection, isPairs ? "SELECT 1 FROM " + place.table + " WHERE " + place.column +
@@ -44,7 +44,7 @@ void SqlStore::AddLink(EntityId entity, std::int32_t relation, RecordId from, Re
   const EntityPlace& source = Place(entity);
   const RelationPlace& place = source.relations[static_cast<std::size_t>(relation)];
   if (place.kind == RelationPlace::Kind::Other) {
-    return AddLink(RelationAt(entity, relation).target, place.inverse, to, from);
+    return AddLink(RelationOf(*m_schema.model, entity, relation).target, place.inverse, to, from);
   }
   if (place.kind == RelationPlace::Kind::Pairs) {
     // Behind what either record has, in its own order.
@@ -83,7 +83,8 @@ void SqlStore::RemoveLink(EntityId entity, std::int32_t relation, RecordId from,
   const EntityPlace& source = Place(entity);
   const RelationPlace& place = source.relations[static_cast<std::size_t>(relation)];
   if (place.kind == RelationPlace::Kind::Other) {
-    return RemoveLink(RelationAt(entity, relation).target, place.inverse, to, from);
+    return RemoveLink(RelationOf(*m_schema.model, entity, relation).target, place.inverse, to,
+                      from);
   }
   std::string sql;
   if (place.kind == RelationPlace::Kind::Pairs) {
@@ -99,14 +100,14 @@ void SqlStore::RemoveLink(EntityId entity, std::int32_t relation, RecordId from,
 
 /// Lets go of the partners that a to-one side can't keep beside a new one.
 void SqlStore::MakeRoom(EntityId entity, std::int32_t relation, RecordId from, RecordId to) {
-  const Relation& forward = RelationAt(entity, relation);
+  const Relation& forward = RelationOf(*m_schema.model, entity, relation);
   const std::int32_t inverse = Place(entity).relations[static_cast<std::size_t>(relation)].inverse;
   const auto letGo = [&](EntityId side, std::int32_t along, RecordId id) {
     const RecordId ids[] = {id};
     for (const Link& link : Follow(side, along, ids)) RemoveLink(side, along, id, link.target.id);
   };
   if (!forward.ToMany()) letGo(entity, relation, from);
-  if (inverse != kNone && !RelationAt(forward.target, inverse).ToMany()) {
+  if (inverse != kNone && !RelationOf(*m_schema.model, forward.target, inverse).ToMany()) {
     letGo(forward.target, inverse, to);
   }
 }

@@ -16,7 +16,7 @@ std::vector<ColumnBlock> SqlStore::ReadColumns(EntityId entity, std::span<const 
   std::vector<std::size_t> inTable;
   std::string columns;
   for (std::size_t i = 0; i < attributes.size(); ++i) {
-    const Attribute& declared = AttributeAt(entity, attributes[i]);
+    const Attribute& declared = AttributeOf(*m_schema.model, entity, attributes[i]);
     blocks[i].type = declared.type;
     const AttributePlace& at = place.attributes[static_cast<std::size_t>(attributes[i])];
     if (at.kind == AttributePlace::Kind::Column || at.kind == AttributePlace::Kind::Id) {
@@ -94,7 +94,7 @@ Value EmptyOf(std::int64_t number) {
 
 void SqlStore::ReadSequences(EntityId entity, std::int32_t attribute, std::span<const RecordId> ids,
                              ColumnBlock& block) const {
-  const Attribute& declared = AttributeAt(entity, attribute);
+  const Attribute& declared = AttributeOf(*m_schema.model, entity, attribute);
   const EntityPlace& place = Place(entity);
   std::vector<Value> values(ids.size(), Value::Unset(declared.type, declared.sequence));
   const bool isStored =
@@ -130,7 +130,7 @@ void SqlStore::ReadSequences(EntityId entity, std::int32_t attribute, std::span<
 
 Value SqlStore::ReadValue(RecordRef record, std::int32_t attribute) const {
   MustExist(record);
-  const Attribute& declared = AttributeAt(record.entity, attribute);
+  const Attribute& declared = AttributeOf(*m_schema.model, record.entity, attribute);
   const std::int32_t asked[] = {attribute};
   const RecordId ids[] = {record.id};
   const ColumnBlock block = std::move(ReadColumns(record.entity, ids, asked).front());
@@ -146,7 +146,7 @@ std::string SqlStore::FollowStatement(EntityId entity, std::int32_t relation,
                                       bool* isForward) const {
   const EntityPlace& source = Place(entity);
   const RelationPlace& place = source.relations[static_cast<std::size_t>(relation)];
-  const EntityPlace& target = Place(RelationAt(entity, relation).target);
+  const EntityPlace& target = Place(RelationOf(*m_schema.model, entity, relation).target);
   const Dialect& dialect = m_connection->GetDialect();
   const std::string ids = " FROM " + dialect.IdList("i") + std::string(dialect.OrderedJoin());
   *isForward = place.kind == RelationPlace::Kind::Own;
@@ -171,7 +171,7 @@ std::string SqlStore::FollowStatement(EntityId entity, std::int32_t relation,
 
 /// The many targets of one record: nothing but their ids is fetched, in the order of the index.
 std::vector<Link> SqlStore::FollowOne(EntityId entity, std::int32_t relation, RecordId id) const {
-  const EntityId target = RelationAt(entity, relation).target;
+  const EntityId target = RelationOf(*m_schema.model, entity, relation).target;
   const EntityPlace& there = Place(target);
   const RelationPlace& place = Place(entity).relations[static_cast<std::size_t>(relation)];
   const bool isColumn = place.kind == RelationPlace::Kind::Other;
@@ -191,7 +191,7 @@ std::vector<Link> SqlStore::FollowOne(EntityId entity, std::int32_t relation, Re
 std::vector<Link> SqlStore::Follow(EntityId entity, std::int32_t relation,
                                    std::span<const RecordId> ids) const {
   (void)Place(entity);
-  const EntityId target = RelationAt(entity, relation).target;
+  const EntityId target = RelationOf(*m_schema.model, entity, relation).target;
   const RelationPlace& place = Place(entity).relations[static_cast<std::size_t>(relation)];
   const bool isToMany =
       place.kind == RelationPlace::Kind::Other || place.kind == RelationPlace::Kind::Pairs;
@@ -230,16 +230,6 @@ std::vector<Link> SqlStore::Follow(EntityId entity, std::int32_t relation,
 
 // --- instance attributes and values --------------------------------------------------------------
 
-std::vector<InstanceAttribute> SqlStore::InstanceAttributesOf(RecordRef record) const {
-  MustExist(record);
-  std::vector<InstanceAttribute> attributes;
-  const RecordId ids[] = {record.id};
-  for (RecordInstanceAttribute& one : ReadInstanceAttributes(record.entity, ids)) {
-    attributes.push_back(std::move(one.attribute));
-  }
-  return attributes;
-}
-
 std::vector<RecordInstanceAttribute> SqlStore::ReadInstanceAttributes(
     EntityId entity, std::span<const RecordId> ids) const {
   const EntityPlace& place = Place(entity);
@@ -268,23 +258,6 @@ BulkKey SqlStore::KeyOf(RecordRef localColumn, BulkPart part) const {
   return {Place(localColumn.entity).aid, localColumn.id, part};
 }
 
-/// The generation parameters of an implicit local column, or null.
-std::unique_ptr<ValueSource> SqlStore::OpenParameters(RecordRef localColumn) const {
-  const Entity& entity = m_schema.model->At(localColumn.entity);
-  if (m_schema.model->BaseNameOf(localColumn.entity) != u"aolocalcolumn") return nullptr;
-  const std::int32_t representation = entity.FindBaseAttribute(u"sequence_representation");
-  const std::int32_t parameters = entity.FindBaseAttribute(u"generation_parameters");
-  if (representation == kNone || parameters == kNone) return nullptr;
-  const Value kind = ReadValue(localColumn, representation);
-  const auto* number = std::get_if<Value::Integers>(&kind.data);
-  // Constant, linear and saw.
-  if (number == nullptr || number->empty() || number->front() < 1 || number->front() > 3) {
-    return nullptr;
-  }
-  const Value value = ReadValue(localColumn, parameters);
-  return value.IsSet() ? InMemoryValues::Open(InMemoryValues::FromValue(value)) : nullptr;
-}
-
 const std::shared_ptr<Connection>& SqlStore::BulkConnection() const {
   if (m_isWriting) return m_connection;
   if (m_bulkReader == nullptr) {
@@ -300,7 +273,7 @@ std::unique_ptr<ValueSource> SqlStore::OpenValues(RecordRef localColumn) const {
     if (auto source = OpenBulk(BulkConnection(), KeyOf(localColumn, BulkPart::Values)))
       return source;
   }
-  return OpenParameters(localColumn);
+  return OpenParameters(*this, localColumn);
 }
 
 std::unique_ptr<ValueSource> SqlStore::OpenFlags(RecordRef localColumn) const {

@@ -65,23 +65,24 @@ void SqlStore::Write(RecordRef record, std::int32_t attribute, const Value& valu
   (void)Place(record.entity);
   Change change(*this);
   MustExist(record);
-  const Attribute& declared = AttributeAt(record.entity, attribute);
+  const Attribute& declared = AttributeOf(*m_schema.model, record.entity, attribute);
   const AttributePlace& place =
       Place(record.entity).attributes[static_cast<std::size_t>(attribute)];
   if (place.kind == AttributePlace::Kind::Id) {
     if (value == Value::Integer(declared.type, record.id)) return;
-    FailAt(record, errc::kInvalidArgument, {u"the id of a record can't be changed"});
+    FailAt(*this, record, errc::kInvalidArgument, {u"the id of a record can't be changed"});
   }
   if (place.kind == AttributePlace::Kind::Bulk) {
     const BulkPart part = declared.baseName == u"flags" ? BulkPart::Flags : BulkPart::Values;
     if (part == BulkPart::Flags && value.IsSet() && value.type != OdsType::Short) {
-      FailAt(record, errc::kWrongType, {u"flags are of type ", NameOfType(OdsType::Short, true)});
+      FailAt(*this, record, errc::kWrongType,
+             {u"flags are of type ", NameOfType(OdsType::Short, true)});
     }
     if (value.IsSet()) (void)InMemoryValues::FromValue(value);
     DeleteBulk(*m_connection, KeyOf(record, part));
     if (value.IsSet()) AppendBulk(*m_connection, KeyOf(record, part), value);
   } else if (!Fits(declared, value)) {
-    FailAt(record, errc::kWrongType,
+    FailAt(*this, record, errc::kWrongType,
            {u"the value doesn't fit attribute ", declared.name, u" of type ",
             NameOfType(declared.type, declared.sequence)});
   } else if (place.kind == AttributePlace::Kind::Column) {
@@ -217,10 +218,10 @@ void SqlStore::SetInstanceAttribute(RecordRef record, const InstanceAttribute& a
   Change change(*this);
   MustExist(record);
   if (attribute.name.empty()) {
-    FailAt(record, errc::kInvalidArgument, {u"an instance attribute needs a name"});
+    FailAt(*this, record, errc::kInvalidArgument, {u"an instance attribute needs a name"});
   }
   if (!FitsInstanceAttribute(attribute.value)) {
-    FailAt(record, errc::kWrongType,
+    FailAt(*this, record, errc::kWrongType,
            {u"instance attribute ", attribute.name, u" can't have this value"});
   }
   WriteInstanceAttribute(*m_connection, Place(record.entity).aid, record.id, attribute);
@@ -248,10 +249,10 @@ void SqlStore::WriteValues(RecordRef localColumn, const Value& values,
   Change change(*this);
   MustExist(localColumn);
   if (m_schema.model->BaseNameOf(localColumn.entity) != u"aolocalcolumn") {
-    FailAt(localColumn, errc::kNotSupported, {u"only local columns have values"});
+    FailAt(*this, localColumn, errc::kNotSupported, {u"only local columns have values"});
   }
   if (!flags.empty() && flags.size() != values.Count()) {
-    FailAt(localColumn, errc::kInvalidArgument, {u"there must be one flag for each value"});
+    FailAt(*this, localColumn, errc::kInvalidArgument, {u"there must be one flag for each value"});
   }
   if (append && !values.IsSet()) return;
   if (values.IsSet()) (void)InMemoryValues::FromValue(values);
@@ -262,7 +263,7 @@ void SqlStore::WriteValues(RecordRef localColumn, const Value& values,
   if (append) {
     old = CountBulk(*m_connection, valueKey, &type);
     if (old != 0 && type != values.type) {
-      FailAt(localColumn, errc::kWrongType,
+      FailAt(*this, localColumn, errc::kWrongType,
              {u"the values there are of type ", NameOfType(type, true)});
     }
   } else {

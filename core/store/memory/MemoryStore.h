@@ -76,8 +76,6 @@ class MemoryStore final : public RecordStore {
   [[nodiscard]] Value ReadValue(RecordRef record, std::int32_t attribute) const override;
   [[nodiscard]] std::vector<Link> Follow(EntityId entity, std::int32_t relation,
                                          std::span<const RecordId> ids) const override;
-  [[nodiscard]] std::vector<InstanceAttribute> InstanceAttributesOf(
-      RecordRef record) const override;
   [[nodiscard]] std::vector<RecordInstanceAttribute> ReadInstanceAttributes(
       EntityId entity, std::span<const RecordId> ids) const override;
   [[nodiscard]] std::unique_ptr<ValueSource> OpenValues(RecordRef localColumn) const override;

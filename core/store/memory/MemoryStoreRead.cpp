@@ -11,35 +11,10 @@
 
 namespace hv::vex::engine {
 
-void FailAt(const MemoryStore& store, RecordRef record, std::int32_t code,
-            std::initializer_list<std::u16string_view> parts) {
-  std::u16string text;
-  for (const std::u16string_view part : parts) text += part;
-  Fail(code, {store.GetModel()->At(record.entity).name, u":", DecimalText(record.id), u": ", text});
-}
-
 Row RowOf(const MemoryStore& store, RecordRef record) {
   const Row row = store.Table(record.entity).Find(record.id);
   if (row == kNoRow) FailAt(store, record, errc::kInstanceGone, {u"there is no such record"});
   return row;
-}
-
-const Attribute& AttributeOf(const Model& model, EntityId entity, std::int32_t attribute) {
-  const auto& attributes = model.At(entity).attributes;
-  if (attribute < 0 || static_cast<std::size_t>(attribute) >= attributes.size()) {
-    Fail(errc::kUnknownName,
-         {model.At(entity).name, u" has no attribute with the index ", DecimalText(attribute)});
-  }
-  return attributes[static_cast<std::size_t>(attribute)];
-}
-
-const Relation& RelationOf(const Model& model, EntityId entity, std::int32_t relation) {
-  const auto& relations = model.At(entity).relations;
-  if (relation < 0 || static_cast<std::size_t>(relation) >= relations.size()) {
-    Fail(errc::kUnknownName,
-         {model.At(entity).name, u" has no relation with the index ", DecimalText(relation)});
-  }
-  return relations[static_cast<std::size_t>(relation)];
 }
 
 LongAttribute LongAttributeOf(const Model& model, EntityId entity, std::int32_t attribute) {
@@ -174,10 +149,6 @@ std::vector<Link> MemoryStore::Follow(EntityId entity, std::int32_t relation,
   return links;
 }
 
-std::vector<InstanceAttribute> MemoryStore::InstanceAttributesOf(RecordRef record) const {
-  return Table(record.entity).InstanceValues().Of(RowOf(*this, record));
-}
-
 std::vector<RecordInstanceAttribute> MemoryStore::ReadInstanceAttributes(
     EntityId entity, std::span<const RecordId> ids) const {
   const MemoryTable& table = Table(entity);
@@ -193,32 +164,11 @@ std::vector<RecordInstanceAttribute> MemoryStore::ReadInstanceAttributes(
   return all;
 }
 
-namespace {
-
-/// The generation parameters of an implicit local column, or null.
-std::unique_ptr<ValueSource> OpenParameters(const MemoryStore& store, RecordRef record, Row row) {
-  const Entity& entity = store.GetModel()->At(record.entity);
-  if (store.GetModel()->BaseNameOf(record.entity) != u"aolocalcolumn") return nullptr;
-  const std::int32_t representation = entity.FindBaseAttribute(u"sequence_representation");
-  const std::int32_t parameters = entity.FindBaseAttribute(u"generation_parameters");
-  if (representation == kNone || parameters == kNone) return nullptr;
-  const MemoryTable& table = store.Table(record.entity);
-  const Value kind = table.At(representation).Read(row);
-  const auto* number = std::get_if<Value::Integers>(&kind.data);
-  // Constant, linear and saw.
-  if (number == nullptr || number->front() < 1 || number->front() > 3) return nullptr;
-  const Value* const value = table.At(parameters).ValueAt(row);
-  if (value == nullptr) return nullptr;
-  return InMemoryValues::Open(InMemoryValues::FromValue(*value));
-}
-
-}  // namespace
-
 std::unique_ptr<ValueSource> MemoryStore::OpenValues(RecordRef localColumn) const {
   const Row row = RowOf(*this, localColumn);
   const LocalColumn* const column = Table(localColumn.entity).LocalColumnAt(row);
   if (column != nullptr && column->values.IsSet()) return column->values.Open();
-  return OpenParameters(*this, localColumn, row);
+  return OpenParameters(*this, localColumn);
 }
 
 std::unique_ptr<ValueSource> MemoryStore::OpenFlags(RecordRef localColumn) const {

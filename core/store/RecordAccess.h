@@ -1,0 +1,23 @@
+// core/store/RecordAccess.h - checks and rules that every kind of storage takes over as they are.
+#pragma once
+
+#include <initializer_list>
+#include <memory>
+#include <string_view>
+
+#include "core/store/RecordStore.h"
+
+namespace hv::vex::engine {
+
+/// Throws with a message that begins with the record.
+[[noreturn]] void FailAt(const RecordStore& store, RecordRef record, std::int32_t code,
+                         std::initializer_list<std::u16string_view> parts);
+/// Throw kUnknownName if the index isn't one of the entity's members.
+const Attribute& AttributeOf(const Model& model, EntityId entity, std::int32_t attribute);
+const Relation& RelationOf(const Model& model, EntityId entity, std::int32_t relation);
+
+/// What an implicit local column (constant, linear, saw) without values of its own gives: its
+/// generation parameters; null if it has none. The record must exist.
+std::unique_ptr<ValueSource> OpenParameters(const RecordStore& store, RecordRef localColumn);
+
+}  // namespace hv::vex::engine
