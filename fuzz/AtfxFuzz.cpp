@@ -73,9 +73,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   static const auto* const runtime = new hv::xml::XmlRuntime;
   static_cast<void>(runtime);
   static const std::filesystem::path& folder = *new std::filesystem::path(MakeFolder());
+  atfx::ReadOptions options;
+  if (size % 2 == 0) options.spoolFolder = folder;  // the other way for inline values
   try {
     const auto store =
-        atfx::ReadAtfxBytes(std::as_bytes(std::span(data, size)), "fuzz.atfx", folder, {});
+        atfx::ReadAtfxBytes(std::as_bytes(std::span(data, size)), "fuzz.atfx", folder, options);
     for (const Entity& entity : store->GetModel()->Entities()) {
       if (entity.isBase) continue;
       for (const RecordId id : store->AllOf(entity.id)) {
