@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 #include "core/plugins/sql/TextKey.h"
 #include "core/query/TextMatch.h"
@@ -112,7 +113,7 @@ std::string QueryCompiler::JoinOnce(const std::string& alias, const PathStep& st
   }
   const EntityId target =
       m_model.At(step.source).relations[static_cast<std::size_t>(step.relation)].target;
-  const std::string made = NewAlias();
+  std::string made = NewAlias();
   m_joins += m_plan->isOrdered ? m_dialect.OrderedJoin() : " JOIN ";
   m_joins += Place(target).table + " AS " + made + " ON " + made + "." + Place(target).id + "=" +
              alias + "." + Place(step).column;
@@ -123,63 +124,59 @@ std::string QueryCompiler::JoinOnce(const std::string& alias, const PathStep& st
 QueryCompiler::Chain QueryCompiler::FollowChain(const std::vector<PathStep>& steps,
                                                 std::size_t first, const std::string& alias) {
   Chain chain;
-  std::string source = alias;
-  for (std::size_t i = first; i < steps.size(); ++i) {
-    const RelationPlace& place = Place(steps[i]);
-    const EntityId targetEntity =
-        m_model.At(steps[i].source).relations[static_cast<std::size_t>(steps[i].relation)].target;
-    const EntityPlace& target = Place(targetEntity);
-    const std::string sourceId = source + "." + Place(steps[i].source).id;
-    const std::string made = NewAlias();
-    const std::string id = made + "." + target.id;
-    std::string inner = id;
-    std::string outer = sourceId;
-    Fragment table;
-    table += target.table + " AS " + made;
-    switch (place.kind) {
-      case RelationPlace::Kind::Own:
-        outer = source + "." + place.column;
-        break;
-      case RelationPlace::Kind::Other:
-        inner = made + "." + place.column;
-        break;
-      case RelationPlace::Kind::Pairs: {
-        const std::string pairs = NewAlias();
-        inner = pairs + "." + place.column;
-        table = {};
-        table += place.table + " AS " + pairs + " JOIN " + target.table + " AS " + made + " ON " +
-                 id + "=" + pairs + "." + place.there;
-        if (!place.name.empty()) {
-          table += " AND " + pairs + ".REFNAME=";
-          table.Value(place.name);
-        }
-        break;
-      }
-      case RelationPlace::Kind::Nowhere:
-        table = {};
-        table +=
-            "(SELECT 0 AS x WHERE 0) AS nothing" + made + " JOIN " + target.table + " AS " + made;
-        break;
-    }
-    if (i == first) {
-      chain.from = std::move(table);
-      chain.inner = inner;
-      chain.outer = outer;
-    } else {
-      chain.from += " JOIN ";
-      if (place.kind == RelationPlace::Kind::Own || place.kind == RelationPlace::Kind::Other) {
-        chain.from += std::move(table);
-        chain.from += " ON " + inner + "=" + outer;
-      } else {
-        // The pair comes first, so that its condition can name the record before it.
-        chain.link += (chain.link.text.empty() ? "" : " AND ") + inner + "=" + outer;
-        chain.from += std::move(table);
-      }
-    }
-    source = made;
-  }
-  chain.last = source;
+  chain.last = alias;
+  for (std::size_t i = first; i < steps.size(); ++i) AddStep(chain, steps[i]);
   return chain;
+}
+
+void QueryCompiler::AddStep(Chain& chain, const PathStep& step) {
+  const RelationPlace& place = Place(step);
+  const EntityPlace& target =
+      Place(m_model.At(step.source).relations[static_cast<std::size_t>(step.relation)].target);
+  const std::string source = std::exchange(chain.last, NewAlias());
+  const std::string& made = chain.last;
+  const std::string id = made + "." + target.id;
+  std::string inner = id;
+  std::string outer = source + "." + Place(step.source).id;
+  Fragment table;
+  switch (place.kind) {
+    case RelationPlace::Kind::Own:
+      outer = source + "." + place.column;
+      break;
+    case RelationPlace::Kind::Other:
+      inner = made + "." + place.column;
+      break;
+    case RelationPlace::Kind::Pairs: {
+      const std::string pairs = NewAlias();
+      inner = pairs + "." + place.column;
+      table += place.table + " AS " + pairs + " JOIN " + target.table + " AS " + made + " ON " +
+               id + "=" + pairs + "." + place.there;
+      if (!place.name.empty()) {
+        table += " AND " + pairs + ".REFNAME=";
+        table.Value(place.name);
+      }
+      break;
+    }
+    case RelationPlace::Kind::Nowhere:
+      table +=
+          "(SELECT 0 AS x WHERE 0) AS nothing" + made + " JOIN " + target.table + " AS " + made;
+      break;
+  }
+  if (table.text.empty()) table += target.table + " AS " + made;
+  if (chain.from.text.empty()) {
+    chain.from = std::move(table);
+    chain.inner = inner;
+    chain.outer = outer;
+    return;
+  }
+  chain.from += " JOIN ";
+  chain.from += std::move(table);
+  if (place.kind == RelationPlace::Kind::Own || place.kind == RelationPlace::Kind::Other) {
+    chain.from += " ON " + inner + "=" + outer;
+  } else {
+    // The pair comes first, so that its condition can name the record before it.
+    chain.link += (chain.link.text.empty() ? "" : " AND ") + inner + "=" + outer;
+  }
 }
 
 Fragment QueryCompiler::Through(const BoundNode& node, std::size_t firstStep,

@@ -109,6 +109,7 @@ class QueryCompiler final {
   std::string JoinOnce(const std::string& alias, const PathStep& step);
   Chain FollowChain(const std::vector<PathStep>& steps, std::size_t first,
                     const std::string& alias);
+  void AddStep(Chain& chain, const PathStep& step);
   [[nodiscard]] std::string HintOf(const ConditionGroup& group) const;
   Fragment Driver(const ConditionGroup& group);
   Fragment AllAt(const std::vector<const BoundNode*>& nodes, const std::string& alias);
