@@ -56,19 +56,14 @@ IAttribute* StoreObject::GetWarnings() {
 
 // --- instances --------------------------------------------------------------------------------
 
+RecordRef StoreObject::ByRecord::KeyOf(const InstanceObject& instance) { return instance.Record(); }
+
 IInstance* StoreObject::InstanceOf(RecordRef record, RecordKnowledge seen) {
-  const auto [place, isNew] = m_instances.try_emplace(record, nullptr);
-  Ref<InstanceObject> instance;
-  if (isNew) {
-    try {
-      instance = MakeRef<InstanceObject>(Ref<StoreObject>::Share(this), record);
-    } catch (...) {
-      m_instances.erase(place);
-      throw;
-    }
-    place->second = instance.Get();
-  } else {
-    instance = Ref<InstanceObject>::Share(place->second);
+  auto instance = Ref<InstanceObject>::Share(m_instances.Find(record));
+  if (!instance) {
+    m_instances.Reserve(m_instances.Size() + 1);
+    instance = MakeRef<InstanceObject>(Ref<StoreObject>::Share(this), record);
+    m_instances.Insert(*instance);
   }
   if (seen == m_now) instance->Confirm(m_now.looks);
   return instance.Detach();
@@ -77,11 +72,10 @@ IInstance* StoreObject::InstanceOf(RecordRef record, RecordKnowledge seen) {
 void StoreObject::DeleteRecord(RecordRef record) {
   m_records->Delete(record);
   ++m_now.deletions;
-  const auto found = m_instances.find(record);
-  if (found != m_instances.end()) found->second->Confirm(0);
+  if (InstanceObject* const living = m_instances.Find(record)) living->Confirm(0);
 }
 
-void StoreObject::ForgetInstance(RecordRef record) { m_instances.erase(record); }
+void StoreObject::ForgetInstance(RecordRef record) { m_instances.Erase(record); }
 
 std::optional<RecordRef> StoreObject::OwnRecord(IInstance* instance) {
   if (!instance) return std::nullopt;

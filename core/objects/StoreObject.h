@@ -4,9 +4,9 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <unordered_map>
 
 #include "cor/Counted.h"
+#include "cor/ObjectTable.h"
 #include "core/objects/ModelObjects.h"
 #include "core/objects/RecordRuns.h"
 #include "core/store/RecordStore.h"
@@ -75,6 +75,8 @@ class StoreObject final : public cor::Counted<IStore, IStoreQuery, IBulkReader> 
   [[nodiscard]] RecordStore& Records() { return *m_records; }
   [[nodiscard]] const Model& GetCoreModel() const { return m_model->Get(); }
   [[nodiscard]] ModelObject& GetModelObject() { return *m_model; }
+  /// Makes room for that many living instances more.
+  void Expect(std::size_t count) { m_instances.Reserve(m_instances.Size() + count); }
   [[nodiscard]] RecordKnowledge Now() const { return m_now; }
   /// The one living object of a record, made if there is none; with a reference for the caller.
   /// \param seen  when the record was read from the store; default: not known to exist
@@ -93,9 +95,11 @@ class StoreObject final : public cor::Counted<IStore, IStoreQuery, IBulkReader> 
   void LookAnew() { ++m_now.looks; }
   /// The records of a list of this store's instances; throws kInvalidArgument for others.
   RecordRuns RecordsOf(IInstList& instances);
-  struct RecordHash {
-    std::size_t operator()(const RecordRef& record) const {
-      return std::hash<RecordId>()(record.id) * 0x9E3779B97F4A7C15ULL + record.entity;
+  struct ByRecord {
+    using Key = RecordRef;
+    static RecordRef KeyOf(const InstanceObject& instance);
+    static std::uint64_t HashOf(const RecordRef& record) {
+      return static_cast<std::uint64_t>(record.id) + (std::uint64_t{record.entity} << 40);
     }
   };
   std::unique_ptr<RecordStore> m_records;
@@ -103,7 +107,7 @@ class StoreObject final : public cor::Counted<IStore, IStoreQuery, IBulkReader> 
   Ref<IEnvironment> m_environment;
   Ref<ModelObject> m_model;
   RecordKnowledge m_now{1, 0};
-  std::unordered_map<RecordRef, InstanceObject*, RecordHash> m_instances;
+  cor::ObjectTable<InstanceObject, ByRecord> m_instances;
 };
 
 }  // namespace hv::vex::engine

@@ -31,11 +31,11 @@ Ref<IContainer> AttributeList(const std::vector<WString>& names) {
 }
 
 /// \param read  asks the store for the columns of a list of attributes
-template <class Read>
-Result ReadTable(IStore* store, IRepresentedByPartsImpl* parts, DisplayNameTable* table,
-                 Read read) try {
-  HV_RETURN_IF_NULL(table);
-  *table = {};
+/// \param take  `Result(IValueTable&, row, name, displayName)`, whose failure ends it; the texts
+/// are
+///              good until it returns
+template <class Read, class Take>
+Result ReadTable(IStore* store, IRepresentedByPartsImpl* parts, Read read, Take take) {
   HV_RETURN_CODE_IF(!store || !parts, E_POINTER);
   const auto bulkReader = QueryRef<IBulkReader>(store);
   HV_RETURN_CODE_IF(!bulkReader, E_NOTIMPL);
@@ -54,15 +54,33 @@ Result ReadTable(IStore* store, IRepresentedByPartsImpl* parts, DisplayNameTable
   const FormatSteps steps(*parts, columns);
   const DisplayFormat format(ReadTimeFormat(*store));
   const std::uint64_t rows = values->GetRowCount();
-  table->names.reserve(rows);
-  table->displayNames.reserve(rows);
+  WString text;  // one for all rows: what is kept of it is copied at its right size
   for (std::uint64_t row = 0; row < rows; ++row) {
-    table->names.emplace_back(values->GetText(row, kNameIndex));
-    WString text;
+    text.clear();
     steps.Append(row, format, text);
-    table->displayNames.push_back(std::move(text));
+    HV_RETURN_IF_FAILED(take(*values, row, values->GetText(row, kNameIndex), text.view()));
   }
-  table->values = values;
+  return S_OK;
+}
+
+template <class Read>
+Result FillTable(IStore* store, IRepresentedByPartsImpl* parts, DisplayNameTable* table,
+                 Read read) try {
+  HV_RETURN_IF_NULL(table);
+  *table = {};
+  DisplayNameTable filled;
+  const auto readAndKeep = [&](IBulkReader& reader, IContainer* attributes) {
+    filled.values = Ref<IValueTable>::Adopt(read(reader, attributes));
+    return Ref<IValueTable>(filled.values).Detach();
+  };
+  HV_RETURN_IF_FAILED(ReadTable(
+      store, parts, readAndKeep,
+      [&](IValueTable&, std::uint64_t, std::u16string_view name, std::u16string_view displayName) {
+        filled.names.emplace_back(name);
+        filled.displayNames.emplace_back(displayName);
+        return S_OK;
+      }));
+  *table = std::move(filled);
   return S_OK;
 }
 HV_CATCH_RETURN()
@@ -106,7 +124,7 @@ void FormatSteps::Append(std::uint64_t row, const DisplayFormat& format, WString
 Result ReadDisplayNames(IStore* store, IInstance* start, std::u16string_view reference,
                         std::u16string_view filter, IRepresentedByPartsImpl* parts,
                         DisplayNameTable* table) {
-  return ReadTable(store, parts, table, [&](IBulkReader& reader, IContainer* attributes) {
+  return FillTable(store, parts, table, [&](IBulkReader& reader, IContainer* attributes) {
     return reader.ReadRelated(start, reference, filter, attributes);
   });
 }
@@ -115,9 +133,24 @@ Result ReadDisplayNames(IStore* store, IInstList* instances, IRepresentedByParts
                         DisplayNameTable* table) {
   if (table) *table = {};
   HV_RETURN_IF_NULL(instances);
-  return ReadTable(store, parts, table, [&](IBulkReader& reader, IContainer* attributes) {
+  return FillTable(store, parts, table, [&](IBulkReader& reader, IContainer* attributes) {
     return reader.ReadInstances(instances, attributes);
   });
 }
+
+Result VisitDisplayNames(IStore* store, IInstance* start, std::u16string_view reference,
+                         std::u16string_view filter, IRepresentedByPartsImpl* parts,
+                         IDisplayNameVisitor& visitor) try {
+  return ReadTable(
+      store, parts,
+      [&](IBulkReader& reader, IContainer* attributes) {
+        return reader.ReadRelated(start, reference, filter, attributes);
+      },
+      [&](IValueTable& values, std::uint64_t row, std::u16string_view name,
+          std::u16string_view displayName) {
+        return visitor.OnRow(values, row, name, displayName);
+      });
+}
+HV_CATCH_RETURN()
 
 }  // namespace hv::vex

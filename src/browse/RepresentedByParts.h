@@ -113,4 +113,23 @@ Result ReadDisplayNames(IStore* store, IInstance* start, std::u16string_view ref
 Result ReadDisplayNames(IStore* store, IInstList* instances, IRepresentedByPartsImpl* parts,
                         DisplayNameTable* table);
 
+/// Takes the rows of `VisitDisplayNames`.
+class IDisplayNameVisitor {
+ public:
+  /// \param values  row for row the instances; the same table at each call
+  /// \param name, displayName  good until the call returns
+  /// \return a failure ends the visit
+  virtual Result OnRow(IValueTable& values, std::uint64_t row, std::u16string_view name,
+                       std::u16string_view displayName) = 0;
+
+ protected:
+  ~IDisplayNameVisitor() = default;
+};
+
+/// As the first `ReadDisplayNames`, handing each row on as it is made.
+/// \return those codes, and what the visitor returned
+Result VisitDisplayNames(IStore* store, IInstance* start, std::u16string_view reference,
+                         std::u16string_view filter, IRepresentedByPartsImpl* parts,
+                         IDisplayNameVisitor& visitor);
+
 }  // namespace hv::vex

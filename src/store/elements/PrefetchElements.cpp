@@ -2,17 +2,50 @@
 // engine.
 #include <cstdint>
 #include <limits>
-#include <utility>
+#include <string_view>
 
 #include "automation/Guards.h"
 #include "browse/IBrowseConfigEntityIntern.h"
 #include "browse/RepresentedByParts.h"
+#include "store/core/IBulkReader.h"
 #include "store/core/IInstance.h"
 #include "store/elements/IStoreElementsImpl.h"
 #include "store/elements/StoreElementFactory.h"
 #include "store/elements/StoreElementImpl.h"
 
 namespace hv::vex {
+
+namespace {
+
+class ElementMaker final : public IDisplayNameVisitor {
+ public:
+  ElementMaker(CSimplifiedDataStoreImpl& provider, IStoreElementListImpl& list)
+      : m_provider(provider), m_list(list) {}
+
+  Result OnRow(IValueTable& values, std::uint64_t row, std::u16string_view name,
+               std::u16string_view displayName) override {
+    if (row == 0) HV_RETURN_IF_FAILED(Expect(values.GetRowCount()));
+    const auto instance = Ref<IInstance>::Adopt(values.GetInstance(row));
+    if (!instance) return S_OK;
+    const Ref<CStoreElementImpl> element = m_provider.ElementOf(*instance, m_kind);
+    element->SetCachedName(name);
+    if (!displayName.empty()) element->SetCachedDisplayName(displayName);
+    return m_list.Append(element.Get());
+  }
+
+ private:
+  Result Expect(std::uint64_t rows) {
+    HV_RETURN_CODE_IF(rows > std::numeric_limits<std::int32_t>::max(), E_OUTOFMEMORY);
+    m_provider.Expect(rows);
+    return m_list.Reserve(static_cast<std::int32_t>(rows));
+  }
+
+  CSimplifiedDataStoreImpl& m_provider;
+  IStoreElementListImpl& m_list;
+  ElementKind m_kind;
+};
+
+}  // namespace
 
 Result PrefetchElements(easyImpl::ISimplifiedStoreImpl& provider, IInstance* start,
                         std::u16string_view reference, std::u16string_view filter,
@@ -24,28 +57,9 @@ Result PrefetchElements(easyImpl::ISimplifiedStoreImpl& provider, IInstance* sta
     HV_RETURN_IF_FAILED(shown->GetRepresentedByParts(parts.Put()));
   }
   if (!parts) parts = MakeRef<CRepresentedByPartsImpl>();  // no display names
-
-  DisplayNameTable table;
-  const Result rc = ReadDisplayNames(&own->Store(), start, reference, filter, parts.Get(), &table);
-  HV_RETURN_CODE_IF(rc == E_NOTIMPL, E_UNEXPECTED);
-  HV_RETURN_IF_FAILED(rc);
-
-  const std::size_t rows = table.names.size();
-  HV_RETURN_CODE_IF(rows > std::numeric_limits<std::int32_t>::max(), E_OUTOFMEMORY);
-  HV_RETURN_IF_FAILED(list.Reserve(static_cast<std::int32_t>(rows)));
-  own->Expect(rows);
-  ElementKind kind;
-  for (std::size_t row = 0; row < rows; ++row) {
-    const auto instance = Ref<IInstance>::Adopt(table.values->GetInstance(row));
-    if (!instance) continue;
-    const Ref<CStoreElementImpl> element = own->ElementOf(*instance, kind);
-    element->SetCachedName(std::move(table.names[row]));
-    if (!table.displayNames[row].empty()) {
-      element->SetCachedDisplayName(std::move(table.displayNames[row]));
-    }
-    HV_RETURN_IF_FAILED(list.Append(element.Get()));
-  }
-  return S_OK;
+  ElementMaker maker(*own, list);
+  const Result rc = VisitDisplayNames(&own->Store(), start, reference, filter, parts.Get(), maker);
+  return rc == E_NOTIMPL ? E_UNEXPECTED : rc;
 }
 HV_CATCH_RETURN()
 

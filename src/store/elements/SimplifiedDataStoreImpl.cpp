@@ -183,21 +183,25 @@ ElementKind CSimplifiedDataStoreImpl::KindOf(Ref<IEntity> entity) const {
   return kind;
 }
 
+const IInstance* CSimplifiedDataStoreImpl::ByInstance::KeyOf(const CStoreElementImpl& element) {
+  return element.Key();
+}
+
 Ref<CStoreElementImpl> CSimplifiedDataStoreImpl::ElementOf(IInstance& instance, ElementKind& kind) {
-  const auto [place, isNew] = m_elements.try_emplace(&instance, nullptr);
-  if (!isNew) return Ref<CStoreElementImpl>::Share(place->second);
-  try {
-    auto entity = Ref<IEntity>::Adopt(m_model->GetEntityOf(&instance));
-    if (!kind.entity || kind.entity != entity) kind = KindOf(std::move(entity));
-    auto element = kind.isColumn ? Ref<CStoreElementImpl>(MakeRef<CStoreElementWithBulkImpl>(
-                                       *this, instance, kind.level.Get()))
-                                 : MakeRef<CStoreElementImpl>(*this, instance, kind.level.Get());
-    place->second = element.Get();
-    return element;
-  } catch (...) {
-    m_elements.erase(&instance);
-    throw;
+  if (CStoreElementImpl* const living = m_elements.Find(&instance)) {
+    return Ref<CStoreElementImpl>::Share(living);
   }
+  auto entity = Ref<IEntity>::Adopt(m_model->GetEntityOf(&instance));
+  if (!kind.entity || kind.entity != entity) kind = KindOf(std::move(entity));
+  m_elements.Reserve(m_elements.Size() + 1);
+  Ref<CStoreElementImpl> element;
+  if (kind.isColumn) {
+    element = MakeRef<CStoreElementWithBulkImpl>(*this, instance, kind.level.Get());
+  } else {
+    element = MakeRef<CStoreElementImpl>(*this, instance, kind.level.Get());
+  }
+  m_elements.Insert(*element);
+  return element;
 }
 
 Result CSimplifiedDataStoreImpl::GetDisplayText(IEntity* entity, WString* text) try {
@@ -292,7 +296,7 @@ Result CSimplifiedDataStoreImpl::GetIcon(ISymbolImage** icon) {
 }
 
 Result CSimplifiedDataStoreImpl::ResetBrowseData() {
-  for (const auto& [instance, element] : m_elements) element->ResetBrowseData();
+  m_elements.ForEach([](CStoreElementImpl& element) { element.ResetBrowseData(); });
   return S_OK;
 }
 

@@ -1,14 +1,16 @@
 // store/elements/SimplifiedDataStoreImpl.h - the provider of a store's elements.
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <string_view>
-#include <unordered_map>
 
 #include <storefabric/Ref.h>
 
 #include "browse/BrowseConfigImpl.h"
 #include "browse/SymbolImage.h"
 #include "cor/Counted.h"
+#include "cor/ObjectTable.h"
 #include "store/core/CoreBinding.h"
 #include "store/core/IModel.h"
 #include "store/core/IStore.h"
@@ -52,7 +54,7 @@ class CSimplifiedDataStoreImpl final : private CoreBinding,
   Result GetElement(IInstance* instance, IStoreElementImpl** element) override;
   Result GetDisplayText(IEntity* entity, WString* text) override;
   Result GetDisplayTextFor(IEntity* entity, std::u16string_view format, WString* text) override;
-  void ForgetElement(IInstance* instance) override { m_elements.erase(instance); }
+  void ForgetElement(IInstance* instance) override { m_elements.Erase(instance); }
   Result GetStore(IStore** store) override;
   Result GetBrowseConfig(IBrowseConfig** config) override;
   Result GetModel(IModel** model) override;
@@ -72,10 +74,19 @@ class CSimplifiedDataStoreImpl final : private CoreBinding,
   /// entity.
   Ref<CStoreElementImpl> ElementOf(IInstance& instance, ElementKind& kind);
   /// Makes room for that many living elements more.
-  void Expect(std::size_t count) { m_elements.reserve(m_elements.size() + count); }
+  void Expect(std::size_t count) { m_elements.Reserve(m_elements.Size() + count); }
 
  private:
   ~CSimplifiedDataStoreImpl() override;
+
+  /// Living elements by the instance that they hold.
+  struct ByInstance {
+    using Key = const IInstance*;
+    static Key KeyOf(const CStoreElementImpl& element);
+    static std::uint64_t HashOf(Key instance) {
+      return reinterpret_cast<std::uintptr_t>(instance) >> 4;
+    }
+  };
 
   void* FindFace(const Iid& iid) override;
   /// The file that the configured stores name for this kind of store; empty for none.
@@ -86,7 +97,7 @@ class CSimplifiedDataStoreImpl final : private CoreBinding,
   Ref<CDataStoreBrowseConfigImpl> m_browseConfig;
   bool m_hasIcon = false;  // it has been looked for
   Ref<ISymbolImage> m_icon;
-  std::unordered_map<IInstance*, CStoreElementImpl*> m_elements;
+  cor::ObjectTable<CStoreElementImpl, ByInstance> m_elements;
 };
 
 /// The body of a provider, if it is this library's; otherwise null.

@@ -63,6 +63,9 @@ class CStoreElementImpl
   }
   void ResetBrowseData() override { m_configStamp = kNoStamp; }
 
+  /// What the provider finds it by.
+  [[nodiscard]] const IInstance* Key() const { return &Instance(); }
+
  protected:
   ~CStoreElementImpl() override;
 
