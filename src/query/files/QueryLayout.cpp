@@ -61,10 +61,10 @@ void SaveCondition(IConditionCollImpl& conditions, IConditionImpl& condition, II
 
 /// The name under which a stored condition is added; empty if it needs a new one.
 WString NameFor(IConditionCollImpl& conditions, WString stored) {
-  std::int32_t index = 0;
-  const bool isUsable =
-      stored != kNoName && IsLogicName(stored) && Failed(conditions.GetIndexOfName(stored, &index));
-  return isUsable ? stored : WString();
+  if (stored == kNoName || !IsLogicName(stored)) return {};
+  bool isTaken = false;
+  Require(!Failed(conditions.Exists(stored, &isTaken)));
+  return isTaken ? WString() : stored;
 }
 
 WString TextAt(IContainer& values, std::u16string_view name) {
