@@ -2,26 +2,46 @@
 #include "core/model/Model.h"
 
 #include <algorithm>
-#include <map>
-#include <tuple>
+#include <compare>
+#include <limits>
 
 namespace hv::vex::engine {
 namespace {
 
 std::size_t Pos(std::int32_t index) { return static_cast<std::size_t>(index); }
 
-/// How an entity was reached in a search for a path.
-struct Way {
-  std::uint32_t otherSteps = 0;  ///< steps that are neither father nor child
-  std::vector<std::int32_t> relations;
-  friend bool operator<(const Way& a, const Way& b) {
-    return std::tie(a.otherSteps, a.relations) < std::tie(b.otherSteps, b.relations);
-  }
+/// How a path came to an entity, which decides what the next step costs.
+enum class Direction : std::uint8_t { Other, Up, Down };
+constexpr std::size_t kDirections = 3;
+
+Direction DirectionOf(Relationship relationship) {
+  if (relationship == Relationship::Father) return Direction::Up;
+  return relationship == Relationship::Child ? Direction::Down : Direction::Other;
+}
+
+/// The cost of a path: first how far it strays, then its length, then how many of its relations the
+/// base model doesn't know.
+struct Cost {
+  std::uint32_t stray = std::numeric_limits<std::uint32_t>::max();
+  std::uint32_t length = 0;
+  std::uint32_t own = 0;
+  friend auto operator<=>(const Cost&, const Cost&) = default;
 };
 
-bool IsHierarchy(Relationship relationship) {
-  return relationship == Relationship::Father || relationship == Relationship::Child;
+/// A step across the hierarchy strays by one; up to a father and down again to all of its children
+/// by two, since of those only one is related.
+std::uint32_t StrayOf(Direction before, Direction step) {
+  if (step == Direction::Other) return 1;
+  return before == Direction::Up && step == Direction::Down ? 2 : 0;
 }
+
+/// The best way to an entity in a direction, as far as it is known.
+struct Reached {
+  Cost cost;
+  bool isFinal = false;
+  std::size_t before = 0;      ///< the place that the last step came from
+  std::int32_t relation = -1;  ///< the last step
+};
 
 }  // namespace
 
@@ -143,38 +163,41 @@ std::optional<ResolvedPath> Model::FindPath(EntityId from, EntityId to) const {
   ResolvedPath path;
   path.target = from;
   if (IsKindOf(from, to)) return path;
-  std::vector<bool> isReached(m_entities.size(), false);
-  isReached[from] = true;
-  std::map<EntityId, Way> front{{from, {}}};
-  while (!front.empty()) {
-    std::map<EntityId, Way> next;
-    for (const auto& [id, way] : front) {
-      const Entity& entity = m_entities[id];
-      for (std::size_t i = 0; i < entity.relations.size(); ++i) {
-        const Relation& relation = entity.relations[i];
-        if (isReached[relation.target]) continue;
-        Way longer = way;
-        longer.otherSteps += IsHierarchy(relation.relationship) ? 0 : 1;
-        longer.relations.push_back(static_cast<std::int32_t>(i));
-        const auto [known, isNew] = next.try_emplace(relation.target, longer);
-        if (!isNew && longer < known->second) known->second = std::move(longer);
-      }
+  // Models have some dozens of entities: looking for the best place takes no heap.
+  std::vector<Reached> places(m_entities.size() * kDirections);
+  places[Pos(from) * kDirections].cost = {0, 0, 0};
+  while (true) {
+    std::size_t best = places.size();
+    for (std::size_t i = 0; i < places.size(); ++i) {
+      if (places[i].isFinal || places[i].cost == Cost{}) continue;
+      if (best == places.size() || places[i].cost < places[best].cost) best = i;
     }
-    const Way* best = nullptr;
-    for (const auto& [id, way] : next) {
-      isReached[id] = true;
-      if (IsKindOf(id, to) && (best == nullptr || way < *best)) best = &way;
-    }
-    if (best != nullptr) {
-      for (const std::int32_t relation : best->relations) {
-        path.steps.push_back({path.target, relation});
-        path.target = m_entities[path.target].relations[Pos(relation)].target;
+    if (best == places.size()) return std::nullopt;
+    const auto entity = static_cast<EntityId>(best / kDirections);
+    if (IsKindOf(entity, to)) {
+      path.target = entity;
+      for (; places[best].relation >= 0; best = places[best].before) {
+        const auto source = static_cast<EntityId>(places[best].before / kDirections);
+        path.steps.push_back({source, places[best].relation});
       }
+      std::reverse(path.steps.begin(), path.steps.end());
       return path;
     }
-    front = std::move(next);
+    places[best].isFinal = true;
+    const auto before = static_cast<Direction>(best % kDirections);
+    const std::vector<Relation>& relations = m_entities[Pos(entity)].relations;
+    for (std::size_t i = 0; i < relations.size(); ++i) {
+      const Direction step = DirectionOf(relations[i].relationship);
+      Reached& next =
+          places[Pos(relations[i].target) * kDirections + static_cast<std::size_t>(step)];
+      const Cost cost = {places[best].cost.stray + StrayOf(before, step),
+                         places[best].cost.length + 1,
+                         places[best].cost.own + (relations[i].baseName.empty() ? 1 : 0)};
+      if (!next.isFinal && cost < next.cost) {
+        next = {cost, false, best, static_cast<std::int32_t>(i)};
+      }
+    }
   }
-  return std::nullopt;
 }
 
 }  // namespace hv::vex::engine

@@ -159,9 +159,10 @@ class Model {
   /// No way back is tried: a longer name that leads nowhere hides a shorter one.
   [[nodiscard]] std::optional<ResolvedPath> Resolve(EntityId start, std::u16string_view path,
                                                     bool wantAttribute) const;
-  /// The way along the fewest relations from one entity to another, or to any entity derived from
-  /// it. Of several equally short ones the one with the most father and child relations, and of
-  /// those the one whose relations stand first. Empty steps from an entity to itself. Nothing if
+  /// The way from one entity to another, or to any entity derived from it, that people mean: along
+  /// fathers and children as far as possible, since those say what belongs to what. Of several such
+  /// ways the shortest, and of those the one that the base model knows. Going up and then down
+  /// again counts as two steps that are neither. Empty steps from an entity to itself. Nothing if
   /// there is no way.
   [[nodiscard]] std::optional<ResolvedPath> FindPath(EntityId from, EntityId to) const;
 

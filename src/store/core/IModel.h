@@ -35,8 +35,9 @@ class IModel : public IUnknown {
   /// The application entity that stands on a base entity (lower-case name); the first in the
   /// model's order where there are several; null if there is none.
   virtual IEntity* GetApplicationEntityOfBase(std::u16string_view baseName) = 0;
-  /// The dotted path of reference names from one entity to another by the shortest way. Non-zero if
-  /// there is one; an entity reaches itself by the empty path.
+  /// The dotted path of reference names from one entity to another: along fathers and children as
+  /// far as possible, and of such ways the shortest. Non-zero if there is one; an entity reaches
+  /// itself by the empty path.
   virtual std::int32_t FindPath(IEntity* from, IEntity* to, WString& path) = 0;
   /// Grows with every change of the model.
   virtual std::uint64_t GetChangeCounter() = 0;

@@ -21,12 +21,12 @@ constexpr const char* kBench =
     "rel mea.next to=series inverse=mea.previous max=1\n"
     "rel mea.previous to=series inverse=mea.next max=1\n"
     "element mea AoMeasurement\nattr mea_iid base=id\nattr mea_name base=name\n"
-    "rel audi.fahrzeug to=uut base=units_under_test inverse=mea\n"
+    "rel werk.fahrzeug to=uut base=units_under_test inverse=mea\n"
     "rel quantities to=meq base=measurement_quantities inverse=mea\n"
     "rel matrices to=sm base=submatrices inverse=mea\n"
     "rel series to=series base=test inverse=mea\n"
     "element uut AoUnitUnderTest\nattr name base=name\nattr motor.typ type=DT_STRING\n"
-    "rel mea to=mea base=measurement inverse=audi.fahrzeug\n"
+    "rel mea to=mea base=measurement inverse=werk.fahrzeug\n"
     "rel env to=env base=environment inverse=uuts\n"
     "element meq AoMeasurementQuantity\nattr lc_iid base=name\n"
     "rel mea to=mea base=measurement inverse=quantities\n"
@@ -83,8 +83,8 @@ TEST(ModelPaths, ResolveToTheLongestNames) {
       {"test", "children.name", true, "test/tstser_iid series:ser.name"},
       {"test", "tstser_iid.ser.name", true, "test/tstser_iid series:ser.name"},
       {"test", "tstser_iid.name.of.owner", true, "test/tstser_iid series:name.of.owner"},
-      {"mea", "audi.fahrzeug.motor.typ", true, "mea/audi.fahrzeug uut:motor.typ"},
-      {"mea", "units_under_test.name", true, "mea/audi.fahrzeug uut:name"},
+      {"mea", "werk.fahrzeug.motor.typ", true, "mea/werk.fahrzeug uut:motor.typ"},
+      {"mea", "units_under_test.name", true, "mea/werk.fahrzeug uut:name"},
       {"series", "mea.mea_name", true, "series/mea mea:mea_name"},
       {"series", "mea.next.mea.id", true, "series/mea.next series/mea mea:mea_iid"},
       {"series", "MEA.NEXT.mea", false, "series/mea.next series/mea mea"},
@@ -133,7 +133,7 @@ struct SearchCase {
   const char* expected;
 };
 
-TEST(ModelPaths, AreFoundByLengthThenHierarchyThenOrder) {
+TEST(ModelPaths, FollowTheHierarchyAsFarAsTheyCan) {
   const auto model = Bench();
   ASSERT_TRUE(model);
   const SearchCase cases[] = {
@@ -147,8 +147,8 @@ TEST(ModelPaths, AreFoundByLengthThenHierarchyThenOrder) {
       {"mea", "lc", "mea/matrices sm/lcs lc"},
       {"meq", "unit", "meq/unit unit"},
       {"unit", "mea", "unit/meqs meq/mea mea"},
-      // Two steps by the environment are shorter than three by the measurements.
-      {"test", "uut", "test/env env/uuts uut"},
+      // The environment has all units under test, the measurements those of the test.
+      {"test", "uut", "test/tstser_iid series/mea mea/werk.fahrzeug uut"},
       {"uut", "aosubtest", "uut/mea mea/series series"},
       {"test", "alone", "none"},
       {"alone", "test", "none"},
