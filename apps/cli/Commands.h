@@ -28,6 +28,35 @@ struct QueryOptions {
 };
 void RunQuery(const QueryOptions& options);
 
+struct SearchOptions {
+  std::string store;
+  std::string type;
+  std::vector<std::string> where;    ///< "Entity.Property OP value"
+  std::string logic;                 ///< empty: all conditions
+  std::vector<std::string> columns;  ///< as for a query
+  int limit = 200;                   ///< 0: all hits
+  Format format = Format::Table;
+  bool warnings = false;
+};
+void RunSearch(const SearchOptions& options);
+
+struct TreeOptions {
+  std::string store;
+  std::string key;  ///< empty: from the top
+  int depth = 1;    ///< levels; 0 for all
+  Format format = Format::Table;
+  bool warnings = false;
+};
+void RunTree(const TreeOptions& options);
+
+struct ShowOptions {
+  std::string store;
+  std::string key;
+  Format format = Format::Table;
+  bool warnings = false;
+};
+void RunShow(const ShowOptions& options);
+
 struct ExportOptions {
   std::string store;
   std::string target;

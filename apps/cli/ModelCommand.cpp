@@ -4,32 +4,13 @@
 #include "apps/cli/Commands.h"
 #include "apps/cli/RowWriter.h"
 #include "apps/cli/StoreAccess.h"
+#include "apps/cli/Values.h"
 
 namespace hv::cli {
 
 using namespace hv::vex;
 
 namespace {
-
-constexpr std::int32_t kReferenceType = 40;
-
-struct TypeText {
-  std::int32_t code;
-  const char* text;
-};
-constexpr TypeText kTypes[] = {
-    {2, "short"},  {3, "long"},      {4, "longlong"},           {5, "byte"},
-    {9, "float"},  {10, "double"},   {11, "boolean"},           {23, "string"},
-    {24, "enum"},  {30, "date"},     {41, "externalreference"}, {101, "bytestring"},
-    {102, "blob"}, {103, "complex"}, {104, "dcomplex"},         {0, "any"},
-};
-
-std::string TypeName(std::int32_t code) {
-  for (const TypeText& type : kTypes) {
-    if (type.code == code) return type.text;
-  }
-  return std::to_string(code);
-}
 
 template <class Object>
 std::string NameOf(Object& object) {

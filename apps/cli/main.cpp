@@ -42,6 +42,9 @@ void AddFormat(CLI::App& command, Options& options) {
 struct Arguments {
   hv::cli::ModelOptions model;
   hv::cli::QueryOptions query;
+  hv::cli::SearchOptions search;
+  hv::cli::TreeOptions tree;
+  hv::cli::ShowOptions show;
   hv::cli::ExportOptions exporting;
   hv::cli::ImportOptions importing;
   hv::cli::DemoOptions demo;
@@ -78,6 +81,41 @@ void AddVerbs(CLI::App& app, Arguments& arguments) {
                    "More columns: attributes or paths, joined by commas")
       ->delimiter(',');
   AddFormat(*command, arguments.query);
+
+  command = add("search", "Elements of a type that meet conditions", arguments.search,
+                &hv::cli::RunSearch);
+  AddCommon(*command, arguments.search);
+  command
+      ->add_option("TYPE", arguments.search.type, "What is searched for: an entity, or a base name")
+      ->required();
+  command
+      ->add_option("-w,--where", arguments.search.where,
+                   "A condition \"Entity.Property OP value\"; may come several times")
+      ->allow_extra_args(false);
+  command->add_option("--logic", arguments.search.logic,
+                      "How they are joined: \"(C1 AND C2) OR C3\" (all with AND)");
+  command
+      ->add_option("--columns", arguments.search.columns,
+                   "More columns: attributes or paths, joined by commas")
+      ->delimiter(',');
+  command->add_option("--limit", arguments.search.limit, "Most hits to show (200); 0 for all")
+      ->check(CLI::NonNegativeNumber);
+  AddFormat(*command, arguments.search);
+
+  command = add("tree", "The browse path from the top, or below an element", arguments.tree,
+                &hv::cli::RunTree);
+  AddCommon(*command, arguments.tree);
+  command->add_option("KEY", arguments.tree.key, "The element's key, as other verbs print it");
+  command->add_option("--depth", arguments.tree.depth, "How many levels (1); 0 for all")
+      ->check(CLI::NonNegativeNumber);
+  AddFormat(*command, arguments.tree);
+
+  command =
+      add("show", "One element: its properties and references", arguments.show, &hv::cli::RunShow);
+  AddCommon(*command, arguments.show);
+  command->add_option("KEY", arguments.show.key, "The element's key, as other verbs print it")
+      ->required();
+  AddFormat(*command, arguments.show);
 
   command = add("export", "The whole store as an exchange file", arguments.exporting,
                 &hv::cli::RunExport);

@@ -38,6 +38,14 @@ def demo():
     return file
 
 
+def stores():
+    """The demonstration as an exchange file and as a database."""
+    database = folder / "demo.sqlite"
+    if not database.exists():
+        output("import", demo(), database)
+    return [demo(), database]
+
+
 def expression(entity, conditions="", order=""):
     """A query text. `conditions` are functions without their prefix "q:"."""
     text = f'<query><entity name="{entity}">{order}<expression>{conditions}</expression></entity></query>'

@@ -32,7 +32,7 @@ class Usage(unittest.TestCase):
         code, out, err = run("--help")
         self.assertEqual((0, ""), (code, err))
         verbs = [line.split()[0] for line in out.partition("Verbs:")[2].splitlines() if line.strip()]
-        self.assertEqual(["model", "query", "export", "import", "demo"], verbs)
+        self.assertEqual(["model", "query", "search", "tree", "show", "export", "import", "demo"], verbs)
         for verb in verbs:
             self.assertEqual(0, run(verb, "--help")[0])
         self.assertRegex(run("--version")[1], r"^storefabric \d+\.\d+\.\d+\n$")

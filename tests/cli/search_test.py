@@ -1,0 +1,113 @@
+"""The verb "search": conditions in one line, the same hits from every kind of store."""
+import csv
+import io
+import json
+import unittest
+
+from program import demo, instances, leaf, output, parse, run, stores
+
+
+class Search(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.all = instances(parse(demo()))
+
+    def up(self, element, *relations):
+        entities = {"Operator": "User", "Day": "Day", "Variant": "Variant", "Test": "Test"}
+        for relation in relations:
+            element = self.all[entities[relation]][int(leaf(element, relation).split()[0])]
+        return element
+
+    def test_the_same_hits_as_a_search_by_hand(self):
+        def test_name(m):
+            return leaf(self.up(m, "Day", "Variant", "Test"), "Name")
+
+        begin = "Measurement.Begin"
+        cases = [
+            (["Status = failed"], None, lambda m: leaf(m, "Status") == "failed"),
+            (["Measurement.Status=failed OR aborted"], None,
+             lambda m: leaf(m, "Status") in ("failed", "aborted")),
+            (["AmbientTemperature < 0"], None, lambda m: float(leaf(m, "AmbientTemperature")) < 0),
+            (["AmbientTemperature >= 25.5", "Status <> passed"], None,
+             lambda m: float(leaf(m, "AmbientTemperature")) >= 25.5
+             and leaf(m, "Status") != "passed"),
+            (["Test.Name = GEARBOX*"], None, lambda m: test_name(m).startswith("Gearbox")),
+            (["AoTest.Name = GEARBOX*"], None, lambda m: test_name(m).startswith("Gearbox")),
+            (["Test.Name = 変速機*"], None, lambda m: test_name(m).startswith("変速機")),
+            (["Name = *?*"], None, lambda m: True),
+            (["Test.Name = Gearbox*", "Status = failed", "Status = aborted"], "C1 AND (C2 OR C3)",
+             lambda m: test_name(m).startswith("Gearbox")
+             and leaf(m, "Status") in ("failed", "aborted")),
+            (["Status = failed", "Status = aborted"], "c1 or c2",
+             lambda m: leaf(m, "Status") in ("failed", "aborted")),
+            ([f"{begin} >= 2025-09-01"], None, lambda m: leaf(m, "Begin") >= "20250901"),
+            ([f"{begin} <= 2025-04-30 12:00"], None, lambda m: leaf(m, "Begin") <= "20250430120000"),
+            ([f"{begin} # LastSevenDays"], None, lambda m: False),
+            ([], None, lambda m: True),
+        ]
+        for where, logic, keep in cases:
+            expected = [f"Measurement:{number}" for number, m in self.all["Measurement"].items()
+                        if keep(m)]
+            arguments = [x for text in where for x in ("-w", text)]
+            arguments += ["--logic", logic] if logic else []
+            for store in stores():
+                with self.subTest(where=where, store=store.suffix):
+                    found = output("search", store, "Measurement", *arguments, "--limit", 0,
+                                   "--format", "lines")
+                    self.assertEqual(expected, [line.split("\t")[0] for line in found.splitlines()])
+
+    def test_a_day_is_a_whole_day(self):
+        day = leaf(next(iter(self.all["Measurement"].values())), "Begin")[:8]
+        expected = [number for number, m in self.all["Measurement"].items()
+                    if leaf(m, "Begin").startswith(day)]
+        for written in (f"{day[:4]}-{day[4:6]}-{day[6:]}", day):
+            rows = json.loads(output("search", demo(), "AoMeasurement", "-w", f"Begin={written}",
+                                     "--format", "json"))
+            self.assertEqual([f"Measurement:{n}" for n in expected], [row["Key"] for row in rows])
+
+    def test_columns_follow_references(self):
+        for store in stores():
+            rows = list(csv.DictReader(io.StringIO(output(
+                "search", store, "Measurement", "-w", "Status = failed", "--columns",
+                "Begin,Operator.FullName,Day.Variant.Test.Name", "--format", "csv"))))
+            self.assertTrue(rows)
+            for row in rows:
+                m = self.all["Measurement"][int(row["Key"].split(":")[1])]
+                self.assertEqual((leaf(m, "Name"), leaf(m, "Begin"),
+                                  leaf(self.up(m, "Operator"), "FullName")),
+                                 (row["Name"], row["Begin"], row["Operator.FullName"]))
+
+    def test_the_limit_is_told(self):
+        count = len(self.all["Test"])
+        for limit, shown, told in ((count, count, ""), (count - 1, count - 1, "more than"),
+                                   (0, count, ""), (count + 1, count, "")):
+            code, out, err = run("search", demo(), "Test", "--limit", limit, "--format", "lines")
+            self.assertEqual((0, shown), (code, len(out.splitlines())))
+            self.assertEqual(bool(told), told in err and bool(err), (limit, err))
+
+    def test_refused_searches(self):
+        cases = [
+            (["Weather"], 'no entity "Weather"'),
+            (["Test", "-w", "Mood = fine"], "Test.Mood"),
+            (["Test", "-w", "Name"], "no operator"),
+            (["Test", "-w", "= x"], "no property"),
+            (["Test", "-w", "Name ! x"], '"!" alone'),
+            (["Measurement", "-w", "Begin = someday"], '"someday" is no value'),
+            (["Measurement", "-w", "Begin = 2025-13-01"], '"2025-13-01" is no value'),
+            (["Measurement", "-w", "Begin # Someday"], '"Someday" is no value'),
+            (["Test", "-w", "Name < a OR b"], "Test.Name doesn't take the operator <"),
+            (["Measurement", "-w", "AmbientTemperature < 1 OR 2"], "only = takes several values"),
+            (["Test", "-w", "Name = a", "--logic", "C1 AND"], 'the logic "C1 AND"'),
+            (["Test", "-w", "Name = a", "--logic", "C2"], 'the logic "C2"'),
+            (["Test", "--columns", "Mood"], "Mood"),
+        ]
+        for arguments, reason in cases:
+            with self.subTest(arguments):
+                code, out, err = run("search", demo(), *arguments)
+                self.assertEqual((1, ""), (code, out))
+                self.assertRegex(err, r"^storefabric: [^\n]+\n$")
+                self.assertIn(reason, err)
+
+
+if __name__ == "__main__":
+    unittest.main()
