@@ -55,6 +55,10 @@ const Entity& InstanceObject::EntityOf() const {
   return m_store->GetCoreModel().At(m_record.entity);
 }
 
+const Attribute& InstanceObject::AttributeAt(std::int32_t index) const {
+  return EntityOf().attributes[static_cast<std::size_t>(index)];
+}
+
 void InstanceObject::CheckValid() const {
   if (!m_store->Records().Exists(m_record)) {
     throw Exception(errc::kInstanceGone, u"the instance was deleted");
@@ -117,7 +121,7 @@ OdsType InstanceObject::QuantityType() const {
 }
 
 Ref<IAttribute> InstanceObject::ModelAttribute(std::int32_t index) {
-  const Attribute& attribute = EntityOf().attributes[static_cast<std::size_t>(index)];
+  const Attribute& attribute = AttributeAt(index);
   StoreObject* const store = m_store.Get();
   const RecordRef record = m_record;
   // Attributes keep their store alive, since they read and write through it.
@@ -188,8 +192,11 @@ Ref<IAttribute> InstanceObject::InstanceAttributeNamed(std::u16string_view name)
 
 IAttribute* InstanceObject::GetAttributeValue(std::u16string_view name) {
   return Seam([&]() -> IAttribute* {
-    CheckValid();
     const Member member = FindMember(EntityOf(), name);
+    // Reading a value of a record that is gone fails by itself, and saves a look at the store.
+    if (member.kind != Member::Kind::Attribute || IsColumnMember(AttributeAt(member.index))) {
+      CheckValid();
+    }
     switch (member.kind) {
       case Member::Kind::Attribute:
         return ModelAttribute(member.index).Detach();

@@ -60,6 +60,7 @@ class InstanceObject final : public cor::Counted<IInstance, IContainer> {
   ~InstanceObject() override;
   [[nodiscard]] const Entity& EntityOf() const;
   /// Throws kInstanceGone if the record was deleted.
+  [[nodiscard]] const Attribute& AttributeAt(std::int32_t index) const;
   void CheckValid() const;
   /// The value behind a name, which must exist (kUnknownName).
   Ref<IAttribute> Require(std::u16string_view name);

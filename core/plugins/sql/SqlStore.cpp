@@ -42,7 +42,11 @@ const EntityPlace& SqlStore::Place(EntityId entity) const {
 
 void SqlStore::MustExist(RecordRef record) const {
   (void)Place(record.entity);
-  if (!Exists(record)) FailAt(*this, record, errc::kInstanceGone, {u"there is no such record"});
+  if (!Exists(record)) NoSuchRecord(record);
+}
+
+void SqlStore::NoSuchRecord(RecordRef record) const {
+  FailAt(*this, record, errc::kInstanceGone, {u"there is no such record"});
 }
 
 void SqlStore::MustBeScalar(EntityId entity, std::int32_t attribute) const {

@@ -75,6 +75,7 @@ class SqlStore final : public RecordStore {
   friend class Change;
   const EntityPlace& Place(EntityId entity) const;
   void MustExist(RecordRef record) const;
+  [[noreturn]] void NoSuchRecord(RecordRef record) const;
   void MustBeScalar(EntityId entity, std::int32_t attribute) const;
   /// The query as one statement, planned.
   Fragment Compile(const BoundQuery& query) const;

@@ -129,15 +129,29 @@ void SqlStore::ReadSequences(EntityId entity, std::int32_t attribute, std::span<
 }
 
 Value SqlStore::ReadValue(RecordRef record, std::int32_t attribute) const {
-  MustExist(record);
   const Attribute& declared = AttributeOf(*m_schema.model, record.entity, attribute);
-  const std::int32_t asked[] = {attribute};
-  const RecordId ids[] = {record.id};
-  const ColumnBlock block = std::move(ReadColumns(record.entity, ids, asked).front());
-  if (block.isNull.empty() || block.isNull[0] != 0) {
+  const EntityPlace& place = Place(record.entity);
+  const AttributePlace& at = place.attributes[static_cast<std::size_t>(attribute)];
+  std::vector<ColumnBlock> blocks(1);
+  ColumnBlock& block = blocks.front();
+  if (at.kind == AttributePlace::Kind::Column || at.kind == AttributePlace::Kind::Id) {
+    // One look tells the value and whether there is such a record.
+    Run run(*m_connection,
+            "SELECT " + at.column + " FROM " + place.table + " WHERE " + place.id + "=?");
+    run.Add(record.id);
+    if (!run->Step()) NoSuchRecord(record);
+    block.type = declared.type;
+    AppendCell(*run, 0, !m_schema.layout.isOwn, block);
+  } else {
+    MustExist(record);
+    const std::int32_t asked[] = {attribute};
+    const RecordId ids[] = {record.id};
+    blocks = ReadColumns(record.entity, ids, asked);
+  }
+  if (blocks.front().isNull.empty() || blocks.front().isNull[0] != 0) {
     return Value::Unset(declared.type, declared.sequence);
   }
-  return ValueAt(block, 0);
+  return ValueAt(blocks.front(), 0);
 }
 
 // --- links ---------------------------------------------------------------------------------------
