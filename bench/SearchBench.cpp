@@ -1,0 +1,172 @@
+// bench/SearchBench.cpp - a search by name from its conditions to the last hit's name and four
+// properties, beside hand-written SQL through the bare interface that fetches the same. Usage:
+// search_bench [runs] [rounds] [folder]. With a folder the database stays there for the next time.
+#include <sqlite3.h>
+#include <time.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include <storefabric/Object.h>
+
+#include "BenchDatabase.h"
+#include "store/core/Seam.h"
+
+namespace {
+
+using hv::Object;
+using hv::Ref;
+namespace vex = hv::vex;
+
+constexpr int kLimit = 10'000;
+
+void Require(bool holds, const char* what) {
+  if (holds) return;
+  std::fprintf(stderr, "search_bench: %s\n", what);
+  std::exit(1);
+}
+
+/// Of the processor, so that what else the machine does counts less.
+template <class Work>
+double Milliseconds(const Work& work) {
+  const auto now = [] {
+    timespec time{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
+  };
+  const double begin = now();
+  work();
+  return now() - begin;
+}
+
+double Median(std::vector<double> values) {
+  std::sort(values.begin(), values.end());
+  return values[values.size() / 2];
+}
+
+/// What both sides fetch, folded into one number each, so that they can be compared.
+struct Fetched {
+  std::size_t hits = 0;
+  std::size_t names = 0;  ///< characters
+  double numbers = 0;
+  friend bool operator==(const Fetched&, const Fetched&) = default;
+};
+
+Object MakeQuery(const Object& store) {
+  const Object query = store.Call("CreateQuery");
+  query.Set("ReturnType", "Run");
+  const Object conditions = query.Call("Conditions");
+  conditions.Call("Add", "Test", "Name", "=", "test 1*");
+  conditions.Call("Add", "Run", "Load", ">=", 50);
+  conditions.Call("Add", "Run", "State", "=", 2);
+  return query;
+}
+
+Fetched FetchByName(const Object& store) {
+  Fetched fetched;
+  const Object query = MakeQuery(store);
+  store.Call("Results").Set("MaxCount", kLimit);
+  store.Call("Search", query);
+  for (const Object& hit : store.Call("Results")) {
+    ++fetched.hits;
+    fetched.names += hit.Text("Name").size();
+    const Object properties = hit.Call("Properties");
+    for (const char* property : {"Id", "Load", "State"}) {
+      fetched.numbers += properties.Call("Item", property).Number("Value");
+    }
+    fetched.numbers += properties.Call("Item", "Begun").Number("Value");
+  }
+  return fetched;
+}
+
+/// The search alone, with no hit looked at.
+std::size_t SearchByName(const Object& store) {
+  const Object query = MakeQuery(store);
+  store.Call("Results").Set("MaxCount", kLimit);
+  store.Call("Search", query);
+  return static_cast<std::size_t>(store.Call("Results").Integer("Count"));
+}
+
+/// Days since 1899-12-30 at noon, of dates as the bench database has them.
+double DayNumber(const unsigned char* digits) {
+  const auto part = [&](int from, int count) {
+    int value = 0;
+    for (int i = from; i < from + count; ++i) value = value * 10 + (digits[i] - '0');
+    return value;
+  };
+  static constexpr int kBefore[] = {0, 31, 60, 91, 121, 152, 182, 213, 244, 274, 305, 335};
+  return 45292.0 + kBefore[part(4, 2) - 1] + part(6, 2) - 1 + 0.5;  // 2024 alone
+}
+
+Fetched FetchByHand(sqlite3* database) {
+  Fetched fetched;
+  sqlite3_stmt* statement = nullptr;
+  sqlite3_prepare_v2(database,
+                     "SELECT r.RUN_ID, r.NAME, r.LOAD, r.STATE, r.BEGUN FROM RUN r JOIN TEST t ON"
+                     " t.TEST_ID=r.TEST WHERE coalesce(t.NAME_F,t.NAME)>=?1 AND"
+                     " coalesce(t.NAME_F,t.NAME)<?2 AND r.LOAD>=?3 AND r.STATE=?4"
+                     " ORDER BY r.RUN_ID LIMIT ?5",
+                     -1, &statement, nullptr);
+  Require(statement != nullptr, sqlite3_errmsg(database));
+  sqlite3_bind_text(statement, 1, "test 1", -1, SQLITE_STATIC);
+  sqlite3_bind_text(statement, 2, "test 2", -1, SQLITE_STATIC);
+  sqlite3_bind_double(statement, 3, 50);
+  sqlite3_bind_int(statement, 4, 2);
+  sqlite3_bind_int(statement, 5, kLimit);
+  while (sqlite3_step(statement) == SQLITE_ROW) {
+    ++fetched.hits;
+    const std::string name = reinterpret_cast<const char*>(sqlite3_column_text(statement, 1));
+    fetched.names += name.size();
+    fetched.numbers += static_cast<double>(sqlite3_column_int64(statement, 0)) +
+                       sqlite3_column_double(statement, 2) + sqlite3_column_double(statement, 3);
+    fetched.numbers += DayNumber(sqlite3_column_text(statement, 4));
+  }
+  sqlite3_finalize(statement);
+  return fetched;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const std::int64_t runs = argc > 1 ? std::atoll(argv[1]) : 100'000;
+  const int rounds = argc > 2 ? std::atoi(argv[2]) : 7;
+  const std::filesystem::path folder =
+      argc > 3 ? std::filesystem::path(argv[3]) : std::filesystem::temp_directory_path();
+  const std::filesystem::path path = folder / ("sql_bench_" + std::to_string(runs) + ".sqlite");
+  if (!std::filesystem::exists(path)) MakeBenchDatabase(path, runs);
+
+  const Object environment = Object::Create("VEX.DataStoreEnvironment");
+  const Object store = environment.Call("ConnectDataStoreByParameter", "SQL",
+                                        "<filename>" + path.string() + "</filename>");
+  Require(bool(store), "no session");
+  sqlite3* raw = nullptr;
+  sqlite3_open(path.c_str(), &raw);
+  sqlite3_exec(raw, "PRAGMA cache_size=-65536", nullptr, nullptr, nullptr);
+
+  std::vector<double> all, search, hand;
+  Fetched ours, theirs;
+  for (int i = 0; i <= rounds; ++i) {
+    const double fetching = Milliseconds([&] { ours = FetchByName(store); });
+    const double searching =
+        Milliseconds([&] { Require(SearchByName(store) == ours.hits, "the searches differ"); });
+    const double byHand = Milliseconds([&] { theirs = FetchByHand(raw); });
+    Require(ours == theirs && ours.hits > 0, "the hits differ");
+    if (i == 0) continue;  // fills the caches of both
+    all.push_back(fetching);
+    search.push_back(searching);
+    hand.push_back(byHand);
+  }
+  std::printf("%zu hits of %lld runs, limit %d\n", ours.hits, static_cast<long long>(runs), kLimit);
+  std::printf("  search to last property  %8.1f ms\n", Median(all));
+  std::printf("  of that the search       %8.1f ms\n", Median(search));
+  std::printf("  by hand                  %8.1f ms\n", Median(hand));
+  std::printf("  ratio                    %8.2f\n", Median(all) / Median(hand));
+  std::printf("  per hit                  %8.1f us\n",
+              (Median(all) - Median(search)) * 1e3 / static_cast<double>(ours.hits));
+  sqlite3_close(raw);
+  if (argc <= 3) std::filesystem::remove(path);
+}
