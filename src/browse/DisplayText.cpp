@@ -1,12 +1,12 @@
 // browse/DisplayText.cpp - values as the texts that display names are made of.
 #include "browse/DisplayText.h"
 
-#include <algorithm>
-#include <cmath>
 #include <string>
 
 #include <storefabric/DataType.h>
 
+#include "automation/conv/AutomationDate.h"
+#include "automation/conv/ValueText.h"
 #include "automation/variant/PlatformNumbers.h"
 #include "store/core/IAttribute.h"
 #include "store/core/IBulkReader.h"
@@ -35,25 +35,6 @@ void AppendReal(double value, WString& text) { AppendAscii(automation::FormatGcv
 
 bool IsIntegerType(std::int32_t typeCode) {
   return (typeCode >= eI8 && typeCode <= eU64) || typeCode == kTypeBoolean;
-}
-
-/// 1904-01-01, from which time values count, as an automation date.
-constexpr double kDateOf1904 = 1462;
-constexpr double kSecondsPerDay = 86400;
-/// A millisecond as a fraction of a second times 2^64, less than one unit too small.
-constexpr std::uint64_t kMillisecond = 18446744073709551;
-
-/// The moment of an automation date, to the millisecond: finer, such dates only hold noise.
-util::conv::TimeValue TimeOfDate(double date) {
-  const double day = std::trunc(date);
-  const double milliseconds = std::round(std::abs(date - day) * kSecondsPerDay * 1000);
-  const auto whole = static_cast<std::int64_t>(milliseconds);
-  util::conv::TimeValue time;
-  time.seconds = static_cast<std::int64_t>(day - kDateOf1904) * 86400 + whole / 1000;
-  // Rounded up, so that a time that is cut to its decimals again shows the same millisecond.
-  const auto parts = static_cast<std::uint64_t>(whole % 1000);
-  if (parts > 0) time.fraction = parts * kMillisecond + 1000;
-  return time;
 }
 
 }  // namespace
@@ -99,7 +80,7 @@ void DisplayFormat::AppendTime(const util::conv::TimeValue& time, WString& text)
 }
 
 void DisplayFormat::AppendDigits(std::u16string_view digits, WString& text) const {
-  if (!digits.empty()) AppendTime(util::conv::TimeValue::FromText(cor::ToUtf8(digits)), text);
+  if (!digits.empty()) AppendTime(util::conv::TimeValue::FromText(digits), text);
 }
 
 bool DisplayFormat::AppendCell(IValueTable& table, std::uint64_t row, std::uint64_t column,
@@ -141,34 +122,18 @@ bool DisplayFormat::AppendAttribute(IAttribute& attribute, WString& text) const 
 
 bool DisplayFormat::AppendVariant(const Variant& value, WString& text) const {
   const Variant& source = value.Dereferenced();
-  switch (source.Type()) {
-    case VT_EMPTY:
-    case VT_NULL:
-      return true;
-    case VT_I2:
-    case VT_I4:
-    case VT_I8:
-      AppendInteger(source.AsInt64(), eI64, text);
-      return true;
-    case VT_UI1:
-      AppendInteger(static_cast<std::int64_t>(source.AsUInt64()), eByte, text);
-      return true;
-    case VT_BOOL:
-      AppendInteger(source.AsInt64(), kTypeBoolean, text);
-      return true;
-    case VT_R4:
-    case VT_R8:
-      AppendReal(source.AsDouble(), text);
-      return true;
-    case VT_DATE:
-      AppendTime(TimeOfDate(source.AsDouble()), text);
-      return true;
-    case VT_BSTR:
-      text += source.AsText();
-      return true;
-    default:
-      return false;
+  if (source.Is(VT_DATE)) {
+    AppendTime(util::conv::MomentOfDate(source.AsDouble()), text);
+    return true;
   }
+  if (source.Is(VT_I8)) {
+    AppendInteger(source.AsInt64(), eI64, text);
+    return true;
+  }
+  WString stored;
+  if (source.Is(VT_DISPATCH) || Failed(util::conv::TextOfVariant(source, &stored))) return false;
+  text += stored;
+  return true;
 }
 
 }  // namespace hv::vex

@@ -3,7 +3,7 @@
 
 #include <storefabric/Ref.h>
 
-#include "elements/DateDigits.h"
+#include "automation/conv/ValueOrder.h"
 #include "elements/IPropertyImpl.h"
 #include "elements/IVEXElementImpl.h"
 
@@ -30,17 +30,11 @@ Variant SortValue(IVEXElementImpl& element, std::u16string_view property) {
   return value;
 }
 
-bool IsSortedBefore(const Variant& a, const Variant& b) {
-  const auto rank = [](const Variant& value) {
-    return value.IsEmpty() || value.Is(VT_NULL) ? 2 : value.Is(VT_DATE);
-  };
-  const int rankA = rank(a);
-  const int rankB = rank(b);
-  if (rankA != rankB || rankA == 2) return rankA < rankB;
-  // Dates before day 0 count their time backwards, so the plain numbers don't order them.
-  if (rankA == 1) return DigitsOfDate(a.AsDouble()) < DigitsOfDate(b.AsDouble());
-  VarOrder order = VarOrder::Equal;
-  return !Failed(CompareVariants(a, b, &order)) && order == VarOrder::Less;
+std::vector<std::size_t> SortedPositions(const std::vector<Variant>& keys, bool ascending,
+                                         ByValue) {
+  std::vector<std::size_t> order = util::conv::AscendingOrder(keys);
+  if (!ascending) std::ranges::reverse(order);
+  return order;
 }
 
 }  // namespace hv::vex::easyImpl

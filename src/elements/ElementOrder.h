@@ -18,9 +18,6 @@ class IVEXElementImpl;
 WString QualifiedName(IVEXElementImpl& element);
 /// The value of a property; null if it can't be read, which is no failure.
 Variant SortValue(IVEXElementImpl& element, std::u16string_view property);
-/// True if `a` stands before `b`. Empty and null stand behind all others, dates behind all other
-/// values; the rest as variants are compared.
-bool IsSortedBefore(const Variant& a, const Variant& b);
 
 /// The positions of the keys in their order. Keys that can't be told apart stay as they are;
 /// descending is the ascending order from its end, so that they turn round.
@@ -33,5 +30,9 @@ std::vector<std::size_t> SortedPositions(const std::vector<Key>& keys, bool asce
   if (!ascending) std::ranges::reverse(order);
   return order;
 }
+
+/// The order of values of any type, as `util::conv::AscendingOrder` has it.
+struct ByValue {};
+std::vector<std::size_t> SortedPositions(const std::vector<Variant>& keys, bool ascending, ByValue);
 
 }  // namespace hv::vex::easyImpl

@@ -115,7 +115,7 @@ class tElementsCollectionImpl : public cor::Counted<Face> {
   HV_CATCH_RETURN()
   Result SortByProperty(std::u16string_view property, bool ascending) override try {
     SortBy(KeysOf<Variant>([&](IVEXElementImpl& element) { return SortValue(element, property); }),
-           ascending, IsSortedBefore);
+           ascending, ByValue());
     return S_OK;
   }
   HV_CATCH_RETURN()

@@ -84,28 +84,9 @@ Result CPropertiesInt::AddProperties(IProperties* properties, const WString& pre
 
 const DispatchMap& CPropertyInt::Map() { return kPropertyMap; }
 
-Result CPropertyInt::get_Name(WString* name) { return m_logic->GetName(name); }
-Result CPropertyInt::get_Default(std::int32_t* isDefault) {
-  return m_logic->GetIsDefault(isDefault);
-}
-Result CPropertyInt::get_Value(Variant* value) { return m_logic->GetValue(value); }
-Result CPropertyInt::put_Value(const Variant& value) {
-  return m_logic->SetValue(value.Dereferenced());
-}
-Result CPropertyInt::get_DisplayName(WString* name) { return m_logic->GetDisplayName(name); }
-Result CPropertyInt::get_Values(std::int32_t index, Variant* value) {
-  return m_logic->GetValueAt(index, value);
-}
-Result CPropertyInt::put_Values(std::int32_t index, const Variant& value) {
-  return m_logic->SetValueAt(index, value.Dereferenced());
-}
-Result CPropertyInt::get_Size(std::int32_t* size) { return m_logic->GetSize(size); }
-Result CPropertyInt::get_DataType(enumDataType* dataType) { return m_logic->GetDataType(dataType); }
-Result CPropertyInt::get_Hidden(std::int32_t* isHidden) { return m_logic->GetIsHidden(isHidden); }
-
 WString CPropertyInt::TextForMessage(automation::ObjectTextId /*id*/) const {
   WString name;
-  (void)m_logic->GetName(&name);
+  (void)Logic().GetName(&name);
   return name;
 }
 

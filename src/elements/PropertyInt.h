@@ -8,37 +8,23 @@
 #include <storefabric/Ref.h>
 
 #include "automation/DispatchImpl.h"
-#include "elements/IPropertyImpl.h"
 #include "elements/LogicOf.h"
+#include "elements/PropertyBase.h"
 #include "elements/WrapObject.h"
 
 namespace hv::vex::easyImpl {
 
 /// A value or a list of values under a name.
-class CPropertyInt final : public automation::DispatchImpl<CPropertyInt, IProperty> {
+class CPropertyInt final : public tPropertyInt<CPropertyInt, IProperty> {
  public:
-  explicit CPropertyInt(Ref<IPropertyImpl> logic) : m_logic(std::move(logic)) {}
+  using tPropertyInt::tPropertyInt;
   static const automation::DispatchMap& Map();
-
-  // IProperty
-  Result get_Name(WString* name) override;
-  Result get_Default(std::int32_t* isDefault) override;
-  Result get_Value(Variant* value) override;
-  Result put_Value(const Variant& value) override;
-  Result get_DisplayName(WString* name) override;
-  Result get_Values(std::int32_t index, Variant* value) override;
-  Result put_Values(std::int32_t index, const Variant& value) override;
-  Result get_Size(std::int32_t* size) override;
-  Result get_DataType(enumDataType* dataType) override;
-  Result get_Hidden(std::int32_t* isHidden) override;
 
   /// The property's name, for messages.
   WString TextForMessage(automation::ObjectTextId id) const;
 
  private:
   ~CPropertyInt() override = default;
-
-  Ref<IPropertyImpl> m_logic;
 };
 
 /// The properties of an element.

@@ -1,15 +1,13 @@
 // elements/ValueVariant.cpp - values of the engine as variants, and back.
 #include "elements/ValueVariant.h"
 
-#include <array>
-#include <cstdio>
 #include <limits>
 #include <optional>
 
 #include <storefabric/DataType.h>
-#include <storefabric/Dispatch.h>
 
-#include "elements/DateDigits.h"
+#include "automation/conv/AutomationDate.h"
+#include "automation/conv/ValueText.h"
 #include "store/core/IAttribute.h"
 
 namespace hv::vex::easyImpl {
@@ -42,56 +40,19 @@ Variant IntegerVariant(std::int32_t typeCode, std::int64_t number) {
              : Variant::I8(number);
 }
 
-/// A number that an object gives under a name.
-std::optional<std::int32_t> NumberOfObject(IDispatch& object, std::u16string_view name) {
-  std::int32_t id = kDispIdUnknown;
-  Variant value;
-  if (Failed(object.GetIdOfName(name, &id)) ||
-      Failed(object.Invoke(id, CallKind::Get, {}, &value, nullptr)) ||
-      Failed(value.ChangeType(VT_I4, &value))) {
-    return std::nullopt;
-  }
-  return static_cast<std::int32_t>(value.AsInt64());
-}
-
-/// The digits of a time object, which shows its parts under these names.
-std::optional<WString> DigitsOfTimeObject(IDispatch& object) {
-  struct Part {
-    std::u16string_view name;
-    int width;
-    std::int32_t greatest;
-  };
-  static constexpr std::array<Part, 9> kParts{{{u"Year", 4, 9999},
-                                               {u"Month", 2, 12},
-                                               {u"Day", 2, 31},
-                                               {u"Hour", 2, 23},
-                                               {u"Minute", 2, 59},
-                                               {u"Second", 2, 59},
-                                               {u"Millisecond", 3, 999},
-                                               {u"Microsecond", 3, 999},
-                                               {u"Nanosecond", 3, 999}}};
-  WString digits;
-  for (const Part& part : kParts) {
-    const std::optional<std::int32_t> number = NumberOfObject(object, part.name);
-    if (!number || *number < 0 || *number > part.greatest) return std::nullopt;
-    std::array<char, 12> text{};
-    const int length = std::snprintf(text.data(), text.size(), "%0*d", part.width, *number);
-    digits += cor::FromUtf8({text.data(), static_cast<std::size_t>(length)});
-  }
-  return digits;
-}
-
+/// The digits of a date, or of an object that shows a time.
 std::optional<WString> DigitsOfVariant(const Variant& value) {
-  if (value.Is(VT_DISPATCH)) {
-    return value.AsObject() ? DigitsOfTimeObject(*value.AsObject()) : std::nullopt;
-  }
-  if (value.Is(VT_UNKNOWN)) {
-    const auto object = QueryRef<IDispatch>(value.AsUnknown());
-    return object ? DigitsOfTimeObject(*object) : std::nullopt;
+  if (value.Is(VT_DISPATCH) || value.Is(VT_UNKNOWN)) {
+    util::conv::TimeValue time;
+    if (Failed(util::conv::TimeOfVariant(value, &time)) || !time.IsTime()) return std::nullopt;
+    constexpr std::int32_t kLastYear = 9999;  // that four digits hold
+    const std::int32_t year = time.ToParts().year;
+    if (year < 0 || year > kLastYear) return std::nullopt;
+    return cor::FromUtf8(time.ToText());
   }
   Variant date;
   if (Failed(value.ChangeType(VT_DATE, &date))) return std::nullopt;
-  return DigitsOfDate(date.AsDouble());
+  return util::conv::DigitsOfDate(date.AsDouble());
 }
 
 /// Converts the value into what the attribute takes, and writes it.
@@ -211,7 +172,7 @@ Result ReadValue(IAttribute& attribute, std::int32_t typeCode, std::uint64_t ind
       return S_OK;
     case eTime: {
       attribute.GetText(index, text);
-      const std::optional<double> date = DateOfDigits(text);
+      const std::optional<double> date = util::conv::DateOfDigits(text);
       if (!date) return DISP_E_TYPEMISMATCH;
       *value = Variant::Date(*date);
       return S_OK;

@@ -179,7 +179,7 @@ HV_CATCH_RETURN()
 Result CDataStoreResultCollectionImpl::SortByProperty(std::u16string_view property,
                                                       bool ascending) try {
   SortBy(KeysOf<Variant>([&](Item& element) { return easyImpl::SortValue(element, property); }),
-         ascending, easyImpl::IsSortedBefore);
+         ascending, easyImpl::ByValue());
   return S_OK;
 }
 HV_CATCH_RETURN()

@@ -95,7 +95,7 @@ Result CStorePropertiesImpl::MakeProperty(const WString& name, bool isApplicatio
   HV_RETURN_CODE_IF(!value, E_FAIL);
   const auto size = static_cast<std::uint32_t>(value->GetCount());
   const auto type = static_cast<enumDataType>(value->GetDataType());
-  *made = MakeRef<CStorePropertyImpl>(*m_instance, *value, name, type, size, isApplicationProperty);
+  *made = MakeRef<CStorePropertyImpl>(*m_instance, *value, name, type, isApplicationProperty, size);
   return S_OK;
 }
 

@@ -3,30 +3,17 @@
 
 #include <array>
 
-#include "automation/Guards.h"
 #include "elements/ValueVariant.h"
-#include "store/core/IEntity.h"
 
 namespace hv::vex {
 
 namespace {
 
-constexpr std::array kReadFailures{CodeRow{errc::kInstanceGone, VEX_E_OBJECT_GONE}};
 constexpr std::array kWriteFailures{
     CodeRow{errc::kWriteProtected, E_ACCESSDENIED}, CodeRow{errc::kWrongType, VEX_E_VALUE_TYPE},
     CodeRow{errc::kInvalidArgument, E_INVALIDARG}, CodeRow{errc::kInstanceGone, VEX_E_OBJECT_GONE}};
 
 }  // namespace
-
-CStorePropertyImpl::CStorePropertyImpl(IInstance& instance, IAttribute& value,
-                                       std::u16string_view name, enumDataType dataType,
-                                       std::uint32_t size, bool isApplicationProperty)
-    : m_instance(Ref<IInstance>::Share(&instance)),
-      m_name(name),
-      m_size(size),
-      m_isApplicationProperty(isApplicationProperty),
-      m_dataType(dataType),
-      m_value(Ref<IAttribute>::Share(&value)) {}
 
 void* CStorePropertyImpl::FindFace(const Iid& iid) {
   if (iid == easyImpl::IPropertyImpl::kIid) return static_cast<easyImpl::IPropertyImpl*>(this);
@@ -41,12 +28,6 @@ Result CStorePropertyImpl::Reread() {
   return S_OK;
 }
 
-Result CStorePropertyImpl::GetName(WString* name) {
-  HV_RETURN_IF_NULL(name);
-  *name = m_name;
-  return S_OK;
-}
-
 Result CStorePropertyImpl::GetIsDefault(std::int32_t* isDefault) try {
   HV_RETURN_IF_NULL(isDefault);
   *isDefault = 0;
@@ -54,7 +35,7 @@ Result CStorePropertyImpl::GetIsDefault(std::int32_t* isDefault) try {
   *isDefault = m_size == 0 ? 1 : 0;
   return S_OK;
 }
-HV_CATCH_RETURN_AS(E_FAIL, kReadFailures)
+HV_CATCH_RETURN_AS(E_FAIL, easyImpl::kPropertyReadFailures)
 
 Result CStorePropertyImpl::GetValue(Variant* value) try {
   HV_RETURN_IF_NULL(value);
@@ -66,19 +47,7 @@ Result CStorePropertyImpl::GetValue(Variant* value) try {
   }
   return easyImpl::ReadValue(*m_value, m_dataType, 0, value);
 }
-HV_CATCH_RETURN_AS(E_FAIL, kReadFailures)
-
-Result CStorePropertyImpl::SetValueText(std::u16string_view text) {
-  return SetValue(Variant::Text(text));
-}
-
-Result CStorePropertyImpl::SetValue(const Variant& value) { return SetValueAt(0, value); }
-
-Result CStorePropertyImpl::GetDataType(enumDataType* dataType) {
-  HV_RETURN_IF_NULL(dataType);
-  *dataType = m_dataType;
-  return S_OK;
-}
+HV_CATCH_RETURN_AS(E_FAIL, easyImpl::kPropertyReadFailures)
 
 Result CStorePropertyImpl::GetValueAt(std::int32_t index, Variant* value) try {
   HV_RETURN_IF_NULL(value);
@@ -90,7 +59,7 @@ Result CStorePropertyImpl::GetValueAt(std::int32_t index, Variant* value) try {
   HV_RETURN_CODE_IF(position >= m_size, E_INVALIDARG);
   return easyImpl::ReadValue(*m_value, m_dataType, position, value);
 }
-HV_CATCH_RETURN_AS(E_FAIL, kReadFailures)
+HV_CATCH_RETURN_AS(E_FAIL, easyImpl::kPropertyReadFailures)
 
 Result CStorePropertyImpl::GetSize(std::int32_t* size) try {
   HV_RETURN_IF_NULL(size);
@@ -99,26 +68,7 @@ Result CStorePropertyImpl::GetSize(std::int32_t* size) try {
   *size = static_cast<std::int32_t>(m_size);
   return S_OK;
 }
-HV_CATCH_RETURN_AS(E_FAIL, kReadFailures)
-
-Result CStorePropertyImpl::GetBaseName(WString* baseName) try {
-  HV_RETURN_IF_NULL(baseName);
-  baseName->clear();
-  if (m_isApplicationProperty) {
-    const auto entity = Ref<IEntity>::Adopt(m_instance->GetEntity());
-    if (entity) entity->GetAttributeBaseName(*baseName, m_name);
-  }
-  return baseName->empty() ? VEX_E_NOT_BASE_PROPERTY : S_OK;
-}
-HV_CATCH_RETURN_AS(E_FAIL, kReadFailures)
-
-Result CStorePropertyImpl::IsInstanceProperty(std::int32_t* isInstanceProperty) {
-  HV_RETURN_IF_NULL(isInstanceProperty);
-  *isInstanceProperty = m_isApplicationProperty ? 0 : 1;
-  return S_OK;
-}
-
-Result CStorePropertyImpl::GetDisplayName(WString* name) { return GetName(name); }
+HV_CATCH_RETURN_AS(E_FAIL, easyImpl::kPropertyReadFailures)
 
 Result CStorePropertyImpl::SetValueAt(std::int32_t index, const Variant& value) try {
   HV_RETURN_CODE_IF(index < 0, E_INVALIDARG);
@@ -135,11 +85,5 @@ Result CStorePropertyImpl::SetValueAt(std::int32_t index, const Variant& value) 
   return rc == DISP_E_TYPEMISMATCH ? VEX_E_VALUE_TYPE : rc;
 }
 HV_CATCH_RETURN_AS(E_FAIL, kWriteFailures)
-
-Result CStorePropertyImpl::GetIsHidden(std::int32_t* isHidden) {
-  HV_RETURN_IF_NULL(isHidden);
-  *isHidden = IsPropertyType(m_dataType) ? 0 : 1;
-  return S_OK;
-}
 
 }  // namespace hv::vex

@@ -33,29 +33,9 @@ constexpr automation::DispatchMap kMap =
 
 const automation::DispatchMap& CStorePropertyInt::Map() { return kMap; }
 
-Result CStorePropertyInt::get_Name(WString* name) { return m_logic->GetName(name); }
-Result CStorePropertyInt::get_Default(std::int32_t* isDefault) {
-  return m_logic->GetIsDefault(isDefault);
-}
-Result CStorePropertyInt::get_Value(Variant* value) { return m_logic->GetValue(value); }
-Result CStorePropertyInt::put_Value(const Variant& value) { return m_logic->SetValue(value); }
-Result CStorePropertyInt::get_DisplayName(WString* name) { return m_logic->GetDisplayName(name); }
-Result CStorePropertyInt::get_Values(std::int32_t index, Variant* value) {
-  return m_logic->GetValueAt(index, value);
-}
-Result CStorePropertyInt::put_Values(std::int32_t index, const Variant& value) {
-  return m_logic->SetValueAt(index, value);
-}
-Result CStorePropertyInt::get_Size(std::int32_t* size) { return m_logic->GetSize(size); }
-Result CStorePropertyInt::get_DataType(enumDataType* dataType) {
-  return m_logic->GetDataType(dataType);
-}
-Result CStorePropertyInt::get_Hidden(std::int32_t* isHidden) {
-  return m_logic->GetIsHidden(isHidden);
-}
-Result CStorePropertyInt::get_BaseName(WString* baseName) { return m_logic->GetBaseName(baseName); }
+Result CStorePropertyInt::get_BaseName(WString* baseName) { return Logic().GetBaseName(baseName); }
 Result CStorePropertyInt::get_IsInstanceProperty(std::int32_t* isInstanceProperty) {
-  return m_logic->IsInstanceProperty(isInstanceProperty);
+  return Logic().IsInstanceProperty(isInstanceProperty);
 }
 
 }  // namespace hv::vex

@@ -119,6 +119,22 @@ char16_t* PutMark(std::u16string_view token, std::int32_t hour, char16_t* out) {
   return out;
 }
 
+/// The field that a letter prints and reads as it stands; null for all others.
+std::int32_t TimeRecord::*PlainField(char16_t letter) {
+  switch (letter) {
+    case u'M':
+      return &TimeRecord::month;
+    case u'D':
+      return &TimeRecord::day;
+    case u'm':
+      return &TimeRecord::minute;
+    case u's':
+      return &TimeRecord::second;
+    default:
+      return nullptr;
+  }
+}
+
 std::int32_t HourOnDial(std::int32_t hour) {
   if (hour == 0) return 12;
   return hour > 12 ? hour % 12 : hour;
@@ -235,24 +251,16 @@ WString& TimeFormatImp::Format(WString* text, const TimeRecord& time) {
     const std::u16string& token = m_tokens[step.token];
     const std::size_t width = token.size();
     out = PutText(step.literal, out);
+    if (const auto field = PlainField(token[0])) {
+      out = PutNumber(time.*field, width, out);
+      continue;
+    }
     switch (token[0]) {
       case u'Y':
         out = PutNumber(width == 2 ? time.year % 100 : time.year, width, out);
         break;
-      case u'M':
-        out = PutNumber(time.month, width, out);
-        break;
-      case u'D':
-        out = PutNumber(time.day, width, out);
-        break;
       case u'h':
         out = PutNumber(m_twelveHour ? HourOnDial(time.hour) : time.hour, width, out);
-        break;
-      case u'm':
-        out = PutNumber(time.minute, width, out);
-        break;
-      case u's':
-        out = PutNumber(time.second, width, out);
         break;
       case u'f':
         out = PutFraction(time.fraction, width, out);
@@ -349,25 +357,17 @@ void TimeFormatImp::StepBehind(std::u16string_view literal, std::size_t* token) 
 
 void TimeFormatImp::ReadField(std::u16string_view token, std::u16string_view piece,
                               TimeRecord* time) {
+  if (const auto field = PlainField(token[0])) {
+    time->*field = NumberOf(piece);
+    return;
+  }
   switch (token[0]) {
     case u'Y':
       time->year = NumberOf(piece);
       if (token.size() == 2) time->year = YearOfTwoDigits(time->year);
       break;
-    case u'M':
-      time->month = NumberOf(piece);
-      break;
-    case u'D':
-      time->day = NumberOf(piece);
-      break;
     case u'h':
       time->hour = AddHours(time->hour, NumberOf(piece));
-      break;
-    case u'm':
-      time->minute = NumberOf(piece);
-      break;
-    case u's':
-      time->second = NumberOf(piece);
       break;
     case u'f':
       time->fraction = FractionOf(piece);

@@ -130,6 +130,11 @@ double TimeValue::ToSeconds() const { return static_cast<double>(seconds) + Frac
 
 double TimeValue::FractionOfSecond() const { return static_cast<double>(fraction) / kTwoTo64; }
 
+std::int32_t TimeValue::MillisecondOfSecond() const {
+  // The highest fractions are 1.0 as a double, which is no millisecond of this second any more.
+  return static_cast<std::int32_t>(std::min(Nanoseconds(fraction) / 1'000'000, 999U));
+}
+
 void TimeValue::SplitDay(std::int64_t* dayNumber, std::int32_t* secondOfDay) const {
   std::int64_t sinceDay0 = 0;
   // Behind the last moment that can be counted from day 0 the seconds are taken as they are.
@@ -149,7 +154,6 @@ TimeParts TimeValue::ToParts() const {
   std::int32_t rest = 0;
   SplitDay(&dayNumber, &rest);
   const CalendarDate date = DateOfDayNumber(dayNumber);
-  // The highest fractions are 1.0 as a double, which is no millisecond of this second any more.
   const std::uint32_t nanoseconds = Nanoseconds(fraction);
   TimeParts parts;
   parts.year =
@@ -159,7 +163,7 @@ TimeParts TimeValue::ToParts() const {
   parts.hour = rest / 3600;
   parts.minute = rest / 60 % 60;
   parts.second = rest % 60;
-  parts.millisecond = static_cast<std::int32_t>(std::min(nanoseconds / 1'000'000, 999U));
+  parts.millisecond = MillisecondOfSecond();
   parts.microsecond = static_cast<std::int32_t>(nanoseconds % 1'000'000 / 1'000);
   parts.nanosecond = static_cast<std::int32_t>(nanoseconds % 1'000);
   return parts;

@@ -60,6 +60,8 @@ struct TimeValue {
   [[nodiscard]] double ToSeconds() const;
   /// Fraction of a second, as a double.
   [[nodiscard]] double FractionOfSecond() const;
+  /// Whole milliseconds of the second, 0 to 999.
+  [[nodiscard]] std::int32_t MillisecondOfSecond() const;
 
   /// The calendar fields, cut to whole nanoseconds. A year beyond 32 bits stops at their limits.
   [[nodiscard]] TimeParts ToParts() const;

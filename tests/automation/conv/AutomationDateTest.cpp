@@ -96,5 +96,79 @@ TEST(AutomationDate, AgreesWithTheCalendarOfTheAutomationLayer) {
   }
 }
 
+struct ReadCase {
+  const char* name;
+  std::u16string_view digits;
+  double date;  ///< NaN: refused
+};
+constexpr double kRefused = std::numeric_limits<double>::quiet_NaN();
+constexpr ReadCase kReadCases[] = {
+    {"DayZero", u"18991230", 0},
+    {"YearAlone", u"2001", 36892},
+    {"YearAndMonth", u"200102", 36923},
+    {"ZeroMonthAndDay", u"20010000", 36892},
+    {"Noon", u"18991231120000", 1.5},
+    {"BeforeDayZero", u"18991229060000", -1.25},
+    {"MillisecondsCount", u"18991231000000500", 1 + 500 * kMillisecond},
+    {"OneDecimalIsATenth", u"189912310000005", 1 + 500 * kMillisecond},
+    {"BelowMillisecondsIsDropped", u"18991231000000007999999", 1 + 7 * kMillisecond},
+    {"TwoFigureYear", u"00450701", -677341},
+    {"YearHundred", u"01000101", -657434},
+    {"LastDay", u"99991231235959", 2958465.999988426},
+    {"FirstDayOfYearZeroIsATime", u"00000101180000", 0.75},
+    {"HoursRunOverBeforeDayZero", u"1899122830", -1.25},
+    {"FirstDayOfYearOne", u"00010101", -693593},
+    {"TooShort", u"200", kRefused},
+    {"Empty", u"", kRefused},
+    {"TooLong", u"200102030405060070080091", kRefused},
+    {"NotADigit", u"2001020x", kRefused},
+    {"MonthThirteen", u"20011301", kRefused},
+    {"DayThirtyTwo", u"20010132", kRefused},
+};
+
+TEST(DateOfDigits, ReadsOrRefuses) {
+  for (const ReadCase& c : kReadCases) {
+    const std::optional<double> date = DateOfDigits(c.digits);
+    ASSERT_EQ(!std::isnan(c.date), date.has_value()) << c.name;
+    if (date) {
+      EXPECT_NEAR(c.date, *date, kMillisecond / 4) << c.name;
+    }
+  }
+}
+
+struct WriteCase {
+  const char* name;
+  double date;
+  const char* digits;  ///< empty: refused
+};
+constexpr WriteCase kWriteCases[] = {
+    {"DayZero", 0, "18991230000000"},
+    {"Noon", 1.5, "18991231120000"},
+    {"BeforeDayZero", -1.25, "18991229060000"},
+    {"AlmostMidnight", 1 - kMillisecond / 8, "18991231000000"},
+    {"Milliseconds", 1 + 7 * kMillisecond, "18991231000000007"},
+    {"FirstYear", -657434, "01000101000000"},
+    {"BeforeFirstYear", -657435, ""},
+    {"BehindLastYear", 2958466, ""},
+    {"NotANumber", kRefused, ""},
+    {"Infinite", std::numeric_limits<double>::infinity(), ""},
+};
+
+TEST(DigitsOfDate, WritesOrRefuses) {
+  for (const WriteCase& c : kWriteCases) {
+    const std::optional<WString> digits = DigitsOfDate(c.date);
+    EXPECT_EQ(c.digits, digits ? cor::ToUtf8(*digits) : "") << c.name;
+  }
+}
+
+TEST(DateOfDigits, GivesBackWhatIsWritten) {
+  for (const std::u16string_view digits :
+       {u"20240229235959", u"20010203040506007", u"18000101000001", u"01000301120000"}) {
+    const std::optional<double> date = DateOfDigits(digits);
+    ASSERT_TRUE(date);
+    EXPECT_EQ(cor::ToUtf8(digits), cor::ToUtf8(*DigitsOfDate(*date)));
+  }
+}
+
 }  // namespace
 }  // namespace hv::util::conv
