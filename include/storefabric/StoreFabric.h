@@ -16,6 +16,8 @@
 #include <storefabric/IGUIInitializeContainer.h>
 #include <storefabric/IQueryInfoSet.h>
 #include <storefabric/ITextStream.h>
+#include <storefabric/IVexTimeDisp.h>
+#include <storefabric/IVexTimeFactory.h>
 #include <storefabric/Ref.h>
 #include <storefabric/Result.h>
 #include <storefabric/Variant.h>
@@ -84,7 +86,11 @@ HV_API hv::Result InitializeDataStoreGUI(hv::vex::IGUIInitializeContainer* conta
 HV_API hv::Result GetDataStoreDllInterface(
     hv::vex::datastore::IDataStoreDllInterface** dllInterface);
 
-/// Makes an automation object by its ProgID, without regard to case: "VEX.DataStoreEnvironment".
+/// What makes time objects, which properties of dates take. E_OUTOFMEMORY with `*factory` null.
+HV_API hv::Result GetVexTimeFactory(hv::vex::IVexTimeFactory** factory);
+
+/// Makes an automation object by its ProgID, without regard to case: "VEX.DataStoreEnvironment",
+/// "VEX.DataStoreQuery" or "VEX.TimeFactory".
 /// \return S_OK; CLASS_E_CLASSNOTAVAILABLE for a name that this build doesn't have. `*object` is
 ///         null on failure.
 HV_API hv::Result CreateStoreFabricObject(const char16_t* progId, hv::IDispatch** object);

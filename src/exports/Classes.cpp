@@ -1,6 +1,7 @@
 // exports/Classes.cpp - the classes that can be created by name.
 #include "exports/Classes.h"
 
+#include "automation/conv/VexTimeFactory.h"
 #include "exports/SessionParts.h"
 #include "query/objects/QueryInt.h"
 #include "store/session/DataStoreEnvironmentInt.h"
@@ -21,6 +22,7 @@ Result CreateEnvironment(IDispatch** environment) {
 constexpr automation::ClassEntry kClasses[] = {
     {u"VEX.DataStoreEnvironment", &CreateEnvironment},
     {u"VEX.DataStoreQuery", &CDataStoreQueryInt::Create},
+    {u"VEX.TimeFactory", &CVexTimeFactoryInt::CreateObject},
 };
 #ifndef __SANITIZE_ADDRESS__  // g++ can't compare addresses in constants when it sanitizes
 static_assert(automation::IsSound(kClasses));

@@ -1,6 +1,7 @@
 // exports/Exports.cpp - the functions that the library exports.
 #include <storefabric/StoreFabric.h>
 
+#include "automation/conv/VexTimeFactory.h"
 #include "exports/Classes.h"
 #include "exports/Operations.h"
 #include "store/core/CoreLibrary.h"
@@ -51,6 +52,10 @@ hv::Result InitializeDataStoreGUI(hv::vex::IGUIInitializeContainer* container) {
 
 hv::Result GetDataStoreDllInterface(datastore::IDataStoreDllInterface** dllInterface) {
   return datastore::MakeDllInterface(dllInterface);
+}
+
+hv::Result GetVexTimeFactory(hv::vex::IVexTimeFactory** factory) {
+  return hv::vex::CVexTimeFactoryInt::Create(factory);
 }
 
 hv::Result CreateStoreFabricObject(const char16_t* progId, hv::IDispatch** object) {

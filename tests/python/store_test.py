@@ -1,4 +1,5 @@
 """The module over the library and its engine: sessions, models and their failures."""
+import datetime
 import gc
 import os
 import pathlib
@@ -21,6 +22,12 @@ class StoreTest(unittest.TestCase):
         with self.assertRaises(storefabric.DispatchError) as caught:
             use()
         self.assertEqual((caught.exception.number, str(caught.exception)), (number, text))
+
+
+    def number_raised(self, use):
+        with self.assertRaises(storefabric.DispatchError) as caught:
+            use()
+        return caught.exception.number
 
 
 class Sessions(StoreTest):
@@ -73,6 +80,48 @@ class Sessions(StoreTest):
             store.Search(5)  # no object at all
         with self.assertRaises(AttributeError):
             store.Name = "other"
+
+
+class Times(StoreTest):
+    def setUp(self):
+        self.times = storefabric.CreateObject("VEX.TimeFactory")
+
+    def test_fields(self):
+        time = self.times.CreateTime(2001, 2, 3, 4, 5, 6, 7, 8, 9)
+        names = ["Year", "Month", "Day", "Hour", "Minute", "Second", "Millisecond", "Microsecond", "Nanosecond"]
+        self.assertEqual([getattr(time, name) for name in names], [2001, 2, 3, 4, 5, 6, 7, 8, 9])
+        time.Month = 13  # counts as January
+        time.Minute = 65
+        self.assertEqual((time.Month, time.Hour, time.Minute), (1, 5, 5))
+        time.VariantDate = 45000.5
+        self.assertEqual((time.Year, time.Hour, time.Nanosecond, time.VariantDate), (2023, 12, 0, 45000.5))
+
+    def test_messages(self):
+        self.assert_raises_message(
+            60008, 'The only argument to the method "CreateTime" which may be negative is the argument "Year".',
+            lambda: self.times.CreateTime(2001, 1, storefabric.Missing, -1))
+        time = self.times.CreateTime(-5)
+        self.assertEqual((time.Year, time.Month, time.Day), (-5, 1, 1))
+        for name in "Month", "Day", "Hour", "Minute", "Second", "Millisecond", "Microsecond", "Nanosecond":
+            self.assert_raises_message(
+                208, f"The value -2 is out of the valid range of arguments for the property {name}.",
+                lambda: setattr(time, name, -2))
+        for use in lambda: time.VariantDate, lambda: setattr(time, "VariantDate", 3e6):
+            self.assertEqual(self.number_raised(use), 374)
+        with self.assertRaises(OverflowError):
+            self.times.CreateTime(40000)
+        with self.assertRaises(TypeError):
+            self.times.CreateTime()
+
+    def test_a_property_takes_a_time(self):
+        store = connect(DATA / "store" / "properties" / "rig.atfx")
+        built = store.GetElementByKey("Rig:1").Properties("Built")
+        built.Value = self.times.CreateTime(1850, 2, 3, 4, 5, 6, 7, 8, 9)
+        self.assertEqual(built.Value, datetime.datetime(1850, 2, 3, 4, 5, 6, 7000))
+        for refused in self.times.CreateTime(10000), self.times, store:
+            with self.assertRaises(storefabric.DispatchError):
+                built.Value = refused
+        self.assertEqual(built.Value.year, 1850)
 
 
 class Models(StoreTest):

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <limits>
+#include <mutex>
 
 #include "automation/Guards.h"
 #include "automation/conv/AutomationDate.h"
@@ -65,6 +66,11 @@ constexpr auto kRows = MakeRows(
     Put<&IVexTimeDisp::put_VariantDate>(u"VariantDate", kVariantDateId, kVariantDate));
 constexpr DispatchMap kMap = DispatchMap(u"VexTime", kRows).WithDefault(kVariantDateId);
 
+/// One for all time objects: hosts read and write them on threads of their own.
+constinit std::mutex g_lock;
+
+using Lock = std::lock_guard<std::mutex>;
+
 }  // namespace
 
 const DispatchMap& CVexTimeInt::Map() { return kMap; }
@@ -72,6 +78,7 @@ const DispatchMap& CVexTimeInt::Map() { return kMap; }
 Result CVexTimeInt::GetField(Field field, std::int16_t* value) const {
   using Limits = std::numeric_limits<std::int16_t>;
   HV_RETURN_IF_NULL(value);
+  const Lock lock(g_lock);
   const std::int32_t wide = m_time.ToParts().*field;
   *value = static_cast<std::int16_t>(std::clamp<std::int32_t>(wide, Limits::min(), Limits::max()));
   return S_OK;
@@ -79,6 +86,7 @@ Result CVexTimeInt::GetField(Field field, std::int16_t* value) const {
 
 Result CVexTimeInt::PutField(Field field, std::int16_t value) {
   HV_RETURN_CODE_IF(value < 0 && field != &TimeParts::year, E_INVALIDARG);
+  const Lock lock(g_lock);
   TimeParts parts = m_time.ToParts();
   parts.*field = value;
   m_time = TimeValue::FromParts(parts);
@@ -122,12 +130,14 @@ Result CVexTimeInt::put_Nanosecond(std::int16_t nanosecond) {
 
 Result CVexTimeInt::get_VariantDate(double* date) {
   HV_RETURN_IF_NULL(date);
+  const Lock lock(g_lock);
   *date = util::conv::ToAutomationDate(m_time);
   return util::conv::IsAutomationDate(*date) ? S_OK : E_INVALIDARG;
 }
 
 Result CVexTimeInt::put_VariantDate(double date) {
   HV_RETURN_CODE_IF(!util::conv::IsAutomationDate(date), E_INVALIDARG);
+  const Lock lock(g_lock);
   m_time = util::conv::FromAutomationDate(date);
   return S_OK;
 }

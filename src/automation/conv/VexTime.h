@@ -25,7 +25,8 @@ class IVexTimeIntern : public IUnknown {
   ~IVexTimeIntern() = default;
 };
 
-/// The automation object of one time value.
+/// The automation object of one time value. Its properties may be used by several threads at once:
+/// every read and write runs by itself, one at a time in the process.
 class CVexTimeInt final
     : public automation::DispatchImpl<CVexTimeInt, IVexTimeDisp, IVexTimeIntern> {
  public:
@@ -74,10 +75,6 @@ class CVexTimeInt final
 /// \param time  receives the object with a reference for the caller; null on failure
 /// \return S_OK; E_POINTER; E_INVALIDARG for a negative field other than the year.
 Result CreateTime(const util::conv::TimeParts& parts, IVexTimeDisp** time);
-
-/// The message of `CreateTime`, for the member of that name that offers it to scripts.
-inline constexpr auto kCreateTimeErrors =
-    automation::Errors(u"CreateTime", automation::On(E_INVALIDARG, 60008));
 
 /// The value that a time object shows, field by field, whoever made the object.
 /// \return S_OK; E_POINTER; what a field answers.

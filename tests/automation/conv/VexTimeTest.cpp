@@ -5,11 +5,16 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <atomic>
+#include <barrier>
 #include <cmath>
 #include <limits>
+#include <string>
+#include <thread>
+#include <vector>
 
-#include "automation/MessageFormat.h"
-#include "automation/StringTable.h"
+#include "automation/conv/ValueText.h"
+#include "automation/conv/VexTimeFactory.h"
 #include "cor/Counted.h"
 
 namespace hv::vex {
@@ -160,12 +165,53 @@ TEST(CreateTime, TakesOnlyTheYearNegative) {
     EXPECT_EQ(E_INVALIDARG, CreateTime(negative, time.Put()));
     EXPECT_FALSE(time);
   }
-  const automation::ErrorRow row =
-      automation::SelectErrorRow(kCreateTimeErrors, E_INVALIDARG, u"CreateTime");
+}
+
+TEST(CreateTime, IsCalledByNameWithAsManyFieldsAsWanted) {
+  Ref<IDispatch> factory;
+  ASSERT_EQ(E_POINTER, CVexTimeFactoryInt::CreateObject(nullptr));
+  ASSERT_EQ(S_OK, CVexTimeFactoryInt::CreateObject(factory.Put()));
+  std::int32_t id = 0;
+  ASSERT_EQ(S_OK, factory->GetIdOfName(u"createtime", &id));
+  const auto call = [&](const std::vector<Variant>& args, ErrorInfo* error) {
+    Variant made;
+    const Result rc = factory->Invoke(id, CallKind::Method, args, &made, error);
+    WString text;
+    EXPECT_EQ(Failed(rc), Failed(util::conv::TextOfVariant(made, &text)) || text.empty());
+    return cor::ToUtf8(text);
+  };
+  ErrorInfo error;
+  EXPECT_EQ("20010101000000000000000", call({Variant::I4(2001)}, &error));
+  EXPECT_EQ("20010203000000000000000",
+            call({Variant::I4(2001), Variant::I2(2), Variant::Text(u"3")}, &error));
+  EXPECT_EQ("", call({Variant::I4(2001), Variant::I4(2), Variant::I4(-3)}, &error));
+  EXPECT_EQ(60008, error.number);
   EXPECT_EQ(
       "The only argument to the method \"CreateTime\" which may be negative is the argument "
       "\"Year\".",
-      cor::ToUtf8(automation::LoadString(row.textNumber)));
+      cor::ToUtf8(error.text));
+}
+
+/// A thread that writes one field never takes back what another one wrote to its own.
+TEST_F(VexTime, IsWrittenByOneThreadAtATime) {
+  std::atomic<int> lost = 0;
+  std::barrier start(2);
+  const auto use = [&](Result (IVexTimeDisp::*put)(std::int16_t),
+                       Result (IVexTimeDisp::*get)(std::int16_t*)) {
+    start.arrive_and_wait();
+    for (int i = 0; i < 500'000; ++i) {
+      const auto written = static_cast<std::int16_t>(i % 24);
+      std::int16_t read = -1;
+      if (Failed((m_time.Get()->*put)(written)) || Failed((m_time.Get()->*get)(&read)) ||
+          read != written) {
+        ++lost;
+      }
+    }
+  };
+  std::thread other(use, &IVexTimeDisp::put_Hour, &IVexTimeDisp::get_Hour);
+  use(&IVexTimeDisp::put_Minute, &IVexTimeDisp::get_Minute);
+  other.join();
+  EXPECT_EQ(0, lost.load());
 }
 
 }  // namespace
