@@ -79,6 +79,9 @@ class ValueSource {
   /// little-endian values of the type's own width (Short 2, Long 4, Float 4, Double 8 ...); else
   /// empty.
   [[nodiscard]] virtual std::span<const std::byte> Contiguous() const { return {}; }
+  /// For those who pass through once: lets go of memory that was only taken up by reading, such as
+  /// pages of a mapped file. Everything can be read as before.
+  virtual void Forget() const {}
 };
 
 /// The lowest and highest value of an attribute, and how many records have one.

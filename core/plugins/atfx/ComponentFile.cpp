@@ -58,6 +58,12 @@ ComponentFile::ComponentFile(const std::filesystem::path& path) : m_path(path) {
   m_contents = {static_cast<const std::byte*>(at), size};
 }
 
+void ComponentFile::Forget() const {
+  if (m_contents.empty()) return;
+  // The mapping is never written to, so nothing is lost.
+  madvise(const_cast<std::byte*>(m_contents.data()), m_contents.size(), MADV_DONTNEED);
+}
+
 ComponentFile::~ComponentFile() {
   if (!m_contents.empty()) {
     munmap(const_cast<std::byte*>(m_contents.data()), m_contents.size());

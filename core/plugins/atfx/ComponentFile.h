@@ -23,6 +23,8 @@ class ComponentFile final {
   ComponentFile& operator=(const ComponentFile&) = delete;
 
   [[nodiscard]] std::span<const std::byte> Contents() const { return m_contents; }
+  /// Gives pages back that were read; they come again when they are looked at.
+  void Forget() const;
   [[nodiscard]] const std::filesystem::path& Path() const { return m_path; }
 
  private:

@@ -30,6 +30,9 @@ class JoinedValues final : public ValueSource {
 
   [[nodiscard]] OdsType Type() const override { return m_parts.front()->Type(); }
   [[nodiscard]] std::uint64_t Count() const override { return m_ends.back(); }
+  void Forget() const override {
+    for (const auto& part : m_parts) part->Forget();
+  }
   void ReadIntegers(std::uint64_t first, std::span<std::int64_t> out) const override {
     const std::size_t width = PartsOf(Type());
     ForEachPart(

@@ -61,6 +61,7 @@ class NumberSource : public ValueSource {
  public:
   NumberSource(std::shared_ptr<const ComponentFile> file, OdsType type, const BlockLayout& layout)
       : m_file(std::move(file)), m_type(type), m_layout(layout) {}
+  void Forget() const override { m_file->Forget(); }
 
   [[nodiscard]] OdsType Type() const override { return m_type; }
   [[nodiscard]] std::uint64_t Count() const override { return m_layout.count / PartsOf(m_type); }

@@ -34,6 +34,7 @@ class PackedSource : public ValueSource {
   PackedSource(std::shared_ptr<const ComponentFile> file, OdsType type,
                std::span<const std::byte> bytes)
       : m_file(std::move(file)), m_type(type), m_bytes(bytes) {}
+  void Forget() const override { m_file->Forget(); }
 
   [[nodiscard]] OdsType Type() const override { return m_type; }
   [[nodiscard]] std::uint64_t Count() const override { return m_count; }

@@ -336,15 +336,31 @@ void CopyBulk(Connection& connection, const BulkKey& key, const ValueSource& sou
   const std::span<const std::byte> whole = source.Contiguous();
   const std::uint64_t count = source.Count();
   const StorageKind kind = StorageKindOf(type);
+  // Nobody reads the source a second time, and it may be larger than memory.
+  constexpr std::size_t kMostHeld = std::size_t{16} << 20;
+  std::size_t held = 0;
+  const auto note = [&](std::size_t bytes) {
+    if ((held += bytes) < kMostHeld) return;
+    source.Forget();
+    held = 0;
+  };
   if (kind == StorageKind::Text) {
     source.ReadTexts(0, count, [&](std::u16string_view text) {
       const std::string stored = ToStored(text);
       writer.Add(std::as_bytes(std::span(stored)));
+      note(stored.size());
     });
   } else if (kind == StorageKind::Bytes) {
-    source.ReadBytes(0, count, [&](std::span<const std::byte> bytes) { writer.Add(bytes); });
+    source.ReadBytes(0, count, [&](std::span<const std::byte> bytes) {
+      writer.Add(bytes);
+      note(bytes.size());
+    });
   } else if (!whole.empty()) {
-    writer.AddPacked(whole);
+    for (std::size_t at = 0; at < whole.size(); at += kMostHeld) {
+      const auto piece = whole.subspan(at, std::min(kMostHeld, whole.size() - at));
+      writer.AddPacked(piece);
+      note(piece.size());
+    }
   } else {
     constexpr std::uint64_t kPiece = 1 << 16;
     const std::size_t parts = PartsOf(type);
@@ -357,8 +373,10 @@ void CopyBulk(Connection& connection, const BulkKey& key, const ValueSource& sou
         source.ReadReals(first, piece.data.emplace<Value::Reals>(size * parts));
       }
       writer.AddPacked(InMemoryValues::FromValue(piece)->Packed());
+      note(size * parts * sizeof(double));
     }
   }
+  source.Forget();
   writer.Finish(true);
 }
 
