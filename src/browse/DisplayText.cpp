@@ -1,6 +1,9 @@
 // browse/DisplayText.cpp - values as the texts that display names are made of.
 #include "browse/DisplayText.h"
 
+#include <algorithm>
+#include <array>
+#include <charconv>
 #include <string>
 
 #include <storefabric/DataType.h>
@@ -19,7 +22,15 @@ namespace {
 
 constexpr std::u16string_view kTimeFormatVariable = u"vexFormatStringTime";
 
-void AppendAscii(std::string_view ascii, WString& text) { text += cor::FromUtf8(ascii); }
+void AppendAscii(std::string_view ascii, WString& text) {
+  std::array<char16_t, 64> units;
+  while (!ascii.empty()) {
+    const std::size_t count = std::min(ascii.size(), units.size());
+    std::copy_n(ascii.begin(), count, units.begin());
+    text += std::u16string_view(units.data(), count);
+    ascii.remove_prefix(count);
+  }
+}
 
 void AppendInteger(std::int64_t value, std::int32_t typeCode, WString& text) {
   if (typeCode == kTypeBoolean) {
@@ -27,8 +38,10 @@ void AppendInteger(std::int64_t value, std::int32_t typeCode, WString& text) {
     return;
   }
   // A byte counts as signed here: texts were always made so.
-  const bool isByte = typeCode == eByte;
-  AppendAscii(std::to_string(isByte ? static_cast<std::int8_t>(value) : value), text);
+  const std::int64_t shown = typeCode == eByte ? static_cast<std::int8_t>(value) : value;
+  std::array<char, 24> digits;
+  const auto [end, error] = std::to_chars(digits.data(), digits.data() + digits.size(), shown);
+  AppendAscii({digits.data(), static_cast<std::size_t>(end - digits.data())}, text);
 }
 
 void AppendReal(double value, WString& text) { AppendAscii(automation::FormatGcvt40(value), text); }

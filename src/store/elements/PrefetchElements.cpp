@@ -1,5 +1,6 @@
 // store/elements/PrefetchElements.cpp - many elements with their names, with one call to the
 // engine.
+#include <array>
 #include <cstdint>
 #include <limits>
 #include <string_view>
@@ -25,7 +26,8 @@ class ElementMaker final : public IDisplayNameVisitor {
   Result OnRow(IValueTable& values, std::uint64_t row, std::u16string_view name,
                std::u16string_view displayName) override {
     if (row == 0) HV_RETURN_IF_FAILED(Expect(values.GetRowCount()));
-    const auto instance = Ref<IInstance>::Adopt(values.GetInstance(row));
+    if (row % kAtOnce == 0) TakeInstances(values, row);
+    const Ref<IInstance>& instance = m_instances[row % kAtOnce];
     if (!instance) return S_OK;
     const Ref<CStoreElementImpl> element = m_provider.ElementOf(*instance, m_kind);
     element->SetCachedName(name);
@@ -34,6 +36,15 @@ class ElementMaker final : public IDisplayNameVisitor {
   }
 
  private:
+  static constexpr std::uint64_t kAtOnce = 256;
+
+  /// Instances made one behind the other lie beside each other, which the tables that find them and
+  /// their elements make use of.
+  void TakeInstances(IValueTable& values, std::uint64_t first) {
+    for (std::uint64_t i = 0; i < kAtOnce; ++i) {
+      m_instances[i] = Ref<IInstance>::Adopt(values.GetInstance(first + i));
+    }
+  }
   Result Expect(std::uint64_t rows) {
     HV_RETURN_CODE_IF(rows > std::numeric_limits<std::int32_t>::max(), E_OUTOFMEMORY);
     m_provider.Expect(rows);
@@ -43,6 +54,7 @@ class ElementMaker final : public IDisplayNameVisitor {
   CSimplifiedDataStoreImpl& m_provider;
   IStoreElementListImpl& m_list;
   ElementKind m_kind;
+  std::array<Ref<IInstance>, kAtOnce> m_instances;
 };
 
 }  // namespace

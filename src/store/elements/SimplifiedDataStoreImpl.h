@@ -84,7 +84,7 @@ class CSimplifiedDataStoreImpl final : private CoreBinding,
     using Key = const IInstance*;
     static Key KeyOf(const CStoreElementImpl& element);
     static std::uint64_t HashOf(Key instance) {
-      return reinterpret_cast<std::uintptr_t>(instance) >> 4;
+      return reinterpret_cast<std::uintptr_t>(instance) >> 6;
     }
   };
 

@@ -292,10 +292,20 @@ TEST_P(Elements, FollowTheBrowsePathWhenTheyAreRefreshed) {
   ASSERT_EQ(S_OK, day->Refresh());
   EXPECT_EQ("Run:4", Eval(shown.Get(), "Children.Item(0).InstanceKey").Shown());
 
-  // Two elements that have been each other's parent don't hold each other.
+  // Turned round, the path makes the child of before the parent. Neither holds the other for good.
+  const auto campaign = Element(u"Campaign:1");
   Ref<easyImpl::IVEXElementImpl> parent;
   ASSERT_EQ(S_OK, day->GetParent(parent.Put()));
-  EXPECT_EQ(Element(u"Campaign:1"), parent.As<IStoreElementImpl>());
+  EXPECT_EQ(campaign, parent.As<IStoreElementImpl>());
+  const auto entity = Ref<IEntity>::Adopt(model->GetEntity(u"Sub.Test"));
+  const auto upward = Ref<IRelation>::Adopt(entity->GetRelationByName(u"Campaign"));
+  const auto turned = MakeRef<CDataStoreBrowseConfigImpl>();
+  IRelation* const references[] = {upward.Get()};
+  ASSERT_EQ(S_OK, turned->InitFromReferences(model.Get(), references));
+  ASSERT_EQ(S_OK, Config()->CopyFrom(turned.Get()));
+  ASSERT_EQ(S_OK, campaign->Refresh());
+  ASSERT_EQ(S_OK, campaign->GetParent(parent.Put()));
+  EXPECT_EQ(day, parent.As<IStoreElementImpl>());
 }
 
 TEST_P(Elements, AreMadeByAProviderThatKnowsItsStore) {
