@@ -48,10 +48,15 @@ void AppendTag(ConnectParams& parameters, std::u16string_view tagName, std::u16s
   parameters += u">";
 }
 
-void AppendFilenameTag(ConnectParams& parameters, std::u16string_view fileName) {
+void AppendTextTag(ConnectParams& parameters, std::u16string_view tagName,
+                   std::u16string_view text) {
   WString escaped;
-  AppendEscaped(escaped, fileName, u"&<>");
-  AppendTag(parameters, u"filename", escaped);
+  AppendEscaped(escaped, text, u"&<>");
+  AppendTag(parameters, tagName, escaped);
+}
+
+void AppendFilenameTag(ConnectParams& parameters, std::u16string_view fileName) {
+  AppendTextTag(parameters, u"filename", fileName);
 }
 
 WString StripPassword(const ConnectParams& parameters) {

@@ -17,7 +17,11 @@ using ConnectParams = WString;
 void AppendTag(ConnectParams& parameters, std::u16string_view tagName, std::u16string_view value,
                std::u16string_view attributes = {});
 
-/// Adds a file name under the tag "filename", with "&", "<" and ">" escaped.
+/// The same for a text without markup of its own: "&", "<" and ">" are escaped.
+void AppendTextTag(ConnectParams& parameters, std::u16string_view tagName,
+                   std::u16string_view text);
+
+/// Adds a file name, which is a text, under the tag "filename".
 void AppendFilenameTag(ConnectParams& parameters, std::u16string_view fileName);
 
 /// The parameters without a password that isn't meant to be kept: unless the attribute `s` of the

@@ -9,7 +9,7 @@
 #include "store/core/IModel.h"
 #include "store/model/EntityCollImpl.h"
 #include "store/model/EntityImplCache.h"
-#include "store/model/FilenameParameter.h"
+#include "xml/ConnectParams.h"
 
 namespace hv::vex {
 
@@ -57,8 +57,10 @@ Result CDataStoreModelImpl::Export(std::u16string_view path) try {
   const std::u16string_view format = extension == kVexExtension ? kVexFormat : kAtfxFormat;
   const auto environment = Ref<IEnvironment>::Adopt(m_store->GetEnvironment());
   HV_RETURN_CODE_IF(!environment, E_FAIL);
-  const auto exporter = Ref<IExporter>::Adopt(
-      environment->CreateExporter(format, u"", FilenameParameter(m_exportPath), m_store.Get()));
+  xml::ConnectParams target;
+  xml::AppendFilenameTag(target, m_exportPath);
+  const auto exporter =
+      Ref<IExporter>::Adopt(environment->CreateExporter(format, u"", target, m_store.Get()));
   HV_RETURN_CODE_IF(!exporter, E_FAIL);
   exporter->Run();
   return S_OK;

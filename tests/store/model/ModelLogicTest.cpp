@@ -11,7 +11,6 @@
 #include "store/model/EntityCollImpl.h"
 #include "store/model/EntityImplCache.h"
 #include "store/model/EntityInt.h"
-#include "store/model/FilenameParameter.h"
 #include "store/model/IModelPropertyImpl.h"
 #include "store/model/ModelPropertyInt.h"
 #include "store/model/ModelReferenceInt.h"
@@ -180,12 +179,6 @@ TEST_F(ReferenceFill, AReferenceMayLeadNowhere) {
   Ref<IModelReference> inverse;
   EXPECT_EQ(E_NOTIMPL, reference->get_Inverse(inverse.Put()));
   EXPECT_EQ(nullptr, inverse.Get());
-}
-
-TEST(FilenameParameter, EscapesWhatTheTagTextNeeds) {
-  EXPECT_TRUE(FilenameParameter(u"/a&b/<c>.vsf")
-                  .EqualsExact(u"<filename>/a&amp;b/&lt;c&gt;.vsf</filename>"));
-  EXPECT_TRUE(FilenameParameter(u"").EqualsExact(u"<filename></filename>"));
 }
 
 /// A plug-in that only remembers how it was asked to write.
