@@ -65,18 +65,19 @@ class tPropertyImpl : private CoreBinding, public cor::Counted<Face> {
   }
 
  protected:
-  /// \param value                  what the instance gave for the name
-  /// \param isApplicationProperty  true if the entity has the attribute, false for one that only
+  /// \param value                  what the instance gave for the name; null if it was not asked
+  /// yet \param isApplicationProperty  true if the entity has the attribute, false for one that
+  /// only
   ///                               this instance has
   /// \param size                   the number of values
-  tPropertyImpl(IInstance& instance, IAttribute& value, std::u16string_view name,
+  tPropertyImpl(IInstance& instance, IAttribute* value, std::u16string_view name,
                 enumDataType dataType, bool isApplicationProperty, std::uint32_t size)
       : m_instance(Ref<IInstance>::Share(&instance)),
         m_name(name),
         m_size(size),
         m_isApplicationProperty(isApplicationProperty),
         m_dataType(dataType),
-        m_value(Ref<IAttribute>::Share(&value)) {}
+        m_value(Ref<IAttribute>::Share(value)) {}
   ~tPropertyImpl() override = default;
 
   Ref<IInstance> m_instance;

@@ -15,7 +15,7 @@ class CVEXPropertyImpl final : public tPropertyImpl<IPropertyImpl> {
  public:
   CVEXPropertyImpl(IInstance& instance, IAttribute& value, std::u16string_view name,
                    enumDataType dataType, bool isApplicationProperty, std::uint32_t size)
-      : tPropertyImpl(instance, value, name, dataType, isApplicationProperty, size) {}
+      : tPropertyImpl(instance, &value, name, dataType, isApplicationProperty, size) {}
 
   // IPropertyImpl
   Result GetIsDefault(std::int32_t* isDefault) override;

@@ -91,11 +91,20 @@ CStorePropertiesImpl::Names CStorePropertiesImpl::ReadInstanceNames() const {
 
 Result CStorePropertiesImpl::MakeProperty(const WString& name, bool isApplicationProperty,
                                           Ref<IPropertyImpl>* made) const {
-  const auto value = Ref<IAttribute>::Adopt(m_instance->GetAttributeValue(name));
-  HV_RETURN_CODE_IF(!value, E_FAIL);
-  const auto size = static_cast<std::uint32_t>(value->GetCount());
-  const auto type = static_cast<enumDataType>(value->GetDataType());
-  *made = MakeRef<CStorePropertyImpl>(*m_instance, *value, name, type, isApplicationProperty, size);
+  std::int32_t type = 0;
+  if (isApplicationProperty) {
+    const Ref<IEntity> entity = GetEntity();
+    const auto declared = Ref<IAttribute>::Adopt(entity ? entity->GetAttribute(name) : nullptr);
+    if (declared) type = declared->GetDataType();
+  }
+  // What the model leaves open, the value itself tells.
+  if (type == 0) {
+    const auto value = Ref<IAttribute>::Adopt(m_instance->GetAttributeValue(name));
+    HV_RETURN_CODE_IF(!value, E_FAIL);
+    type = value->GetDataType();
+  }
+  *made = MakeRef<CStorePropertyImpl>(*m_instance, name, static_cast<enumDataType>(type),
+                                      isApplicationProperty);
   return S_OK;
 }
 
@@ -122,6 +131,7 @@ Result CStorePropertiesImpl::Rebuild(Names applicationNames, Names instanceNames
 }
 
 Result CStorePropertiesImpl::Fill() try {
+  HV_RETURN_CODE_IF(m_instance->IsValid() == 0, VEX_E_OBJECT_GONE);
   Names applicationNames;
   HV_RETURN_IF_FAILED(ReadApplicationNames(&applicationNames));
   return Rebuild(std::move(applicationNames),

@@ -13,9 +13,10 @@ namespace hv::vex {
 /// that it sees what was written by other ways.
 class CStorePropertyImpl final : public easyImpl::tPropertyImpl<IStorePropertyImpl> {
  public:
-  CStorePropertyImpl(IInstance& instance, IAttribute& value, std::u16string_view name,
-                     enumDataType dataType, bool isApplicationProperty, std::uint32_t size)
-      : tPropertyImpl(instance, value, name, dataType, isApplicationProperty, size) {}
+  /// The value is read when it is asked for.
+  CStorePropertyImpl(IInstance& instance, std::u16string_view name, enumDataType dataType,
+                     bool isApplicationProperty)
+      : tPropertyImpl(instance, nullptr, name, dataType, isApplicationProperty, 0) {}
 
   // IPropertyImpl
   Result GetIsDefault(std::int32_t* isDefault) override;
