@@ -23,7 +23,7 @@ void CheckIsAnother(const ExportOptions& options, const std::string& source) {
 void RunExport(const ExportOptions& options) {
   CheckIsAnother(options, options.store);
   CheckTarget(options.target, options.force);
-  const Interruption interruption;
+  Interruption::Watch();
   Engine engine;
   const Ref<IStore> store = [&] {
     ProgressBar bar("Reading");

@@ -34,7 +34,7 @@ void CheckDatabase(const ImportOptions& options) {
 
 void RunImport(const ImportOptions& options) {
   CheckDatabase(options);
-  const Interruption interruption;
+  Interruption::Watch();
   Engine engine;
   const std::filesystem::path folder = std::filesystem::absolute(options.target).parent_path();
   Ref<IStore> store;

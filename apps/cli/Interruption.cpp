@@ -12,25 +12,19 @@ volatile std::sig_atomic_t g_caught = 0;
 
 extern "C" void NoteSignal(int number) { g_caught = number; }
 
-void Replace(void (*expected)(int), void (*handler)(int), int flags) {
+}  // namespace
+
+void Interruption::Watch() {
   for (const int number : kSignals) {
     struct sigaction old {};
-    if (sigaction(number, nullptr, &old) != 0 || old.sa_handler != expected) continue;
+    if (sigaction(number, nullptr, &old) != 0 || old.sa_handler != SIG_DFL) continue;
     struct sigaction action {};
-    action.sa_handler = handler;
-    action.sa_flags = flags;
+    action.sa_handler = NoteSignal;
+    action.sa_flags = static_cast<int>(SA_RESTART | SA_RESETHAND);
     sigemptyset(&action.sa_mask);
     sigaction(number, &action, nullptr);
   }
 }
-
-}  // namespace
-
-Interruption::Interruption() {
-  Replace(SIG_DFL, NoteSignal, static_cast<int>(SA_RESTART | SA_RESETHAND));
-}
-
-Interruption::~Interruption() { Replace(NoteSignal, SIG_DFL, 0); }
 
 int Interruption::Caught() { return g_caught; }
 

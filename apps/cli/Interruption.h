@@ -3,16 +3,16 @@
 
 namespace hv::cli {
 
-/// While one lives, the first of SIGINT, SIGTERM and SIGHUP is noted instead of ending the program,
-/// so that work in progress can be undone; the same one again ends it at once. Signals that the
-/// parent process wants ignored stay ignored. One at a time.
+/// How a verb that writes takes such signals.
 class Interruption final {
  public:
-  Interruption();
-  ~Interruption();
-  Interruption(const Interruption&) = delete;
-  Interruption& operator=(const Interruption&) = delete;
+  Interruption() = delete;
 
+  /// From now on the first of SIGINT, SIGTERM and SIGHUP is noted instead of ending the program, so
+  /// that work in progress can be undone; the same one again ends it at once. It stays so to the
+  /// end: a signal that comes when the work is done must not report it as undone. Signals that the
+  /// parent process wants ignored stay ignored.
+  static void Watch();
   /// The signal that was noted in this process; 0: none.
   [[nodiscard]] static int Caught();
   /// Ends the process as that signal would have done.
