@@ -165,7 +165,7 @@ std::optional<ResolvedPath> Model::FindPath(EntityId from, EntityId to) const {
   if (IsKindOf(from, to)) return path;
   // Models have some dozens of entities: looking for the best place takes no heap.
   std::vector<Reached> places(m_entities.size() * kDirections);
-  places[Pos(from) * kDirections].cost = {0, 0, 0};
+  places[from * kDirections].cost = {0, 0, 0};
   while (true) {
     std::size_t best = places.size();
     for (std::size_t i = 0; i < places.size(); ++i) {
@@ -185,11 +185,10 @@ std::optional<ResolvedPath> Model::FindPath(EntityId from, EntityId to) const {
     }
     places[best].isFinal = true;
     const auto before = static_cast<Direction>(best % kDirections);
-    const std::vector<Relation>& relations = m_entities[Pos(entity)].relations;
+    const std::vector<Relation>& relations = m_entities[entity].relations;
     for (std::size_t i = 0; i < relations.size(); ++i) {
       const Direction step = DirectionOf(relations[i].relationship);
-      Reached& next =
-          places[Pos(relations[i].target) * kDirections + static_cast<std::size_t>(step)];
+      Reached& next = places[relations[i].target * kDirections + static_cast<std::size_t>(step)];
       const Cost cost = {places[best].cost.stray + StrayOf(before, step),
                          places[best].cost.length + 1,
                          places[best].cost.own + (relations[i].baseName.empty() ? 1 : 0)};
