@@ -1,6 +1,7 @@
 // core/plugins/atfx/AtfxPlugin.cpp - ties reader, writer and the store in memory together.
 #include "core/plugins/atfx/AtfxPlugin.h"
 
+#include "core/plugins/PluginCall.h"
 #include "core/plugins/atfx/AtfxReader.h"
 #include "core/plugins/atfx/AtfxWriter.h"
 #include "core/plugins/files/FileOutput.h"
@@ -9,9 +10,7 @@
 
 #include "store/core/Exception.h"
 
-#include <exception>
 #include <filesystem>
-#include <new>
 #include <tuple>
 
 #include <sys/stat.h>
@@ -73,26 +72,6 @@ MemoryPersistence PersistenceFor(const std::shared_ptr<Session>& session, bool i
     };
   }
   return persistence;
-}
-
-/// Lets nothing but the engine's own exception out.
-template <class Run>
-auto Guarded(Run run) {
-  try {
-    return run();
-  } catch (const Exception&) {
-    throw;
-  } catch (const std::bad_alloc&) {
-    throw Exception(errc::kOutOfMemory);
-  } catch (const std::exception& error) {
-    throw Exception(errc::kInternal, cor::FromUtf8(error.what()));
-  }
-}
-
-std::filesystem::path FileNameOf(const ConnectParameters& parameters) {
-  const std::optional<std::u16string> name = parameters.GetTrimmed(u"filename");
-  if (!name) Fail(errc::kBadFile, {u"no file name is given"});
-  return std::filesystem::absolute(cor::ToUtf8(*name));
 }
 
 std::unique_ptr<RecordStore> Open(const ConnectParameters& parameters) {

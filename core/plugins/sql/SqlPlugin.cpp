@@ -2,9 +2,8 @@
 #include "core/plugins/sql/SqlPlugin.h"
 
 #include <charconv>
-#include <exception>
-#include <new>
 
+#include "core/plugins/PluginCall.h"
 #include "core/plugins/sql/SqlStore.h"
 #include "core/plugins/sql/Sqlite.h"
 #include "core/plugins/sql/StoreCopy.h"
@@ -16,26 +15,6 @@
 namespace hv::vex::engine {
 namespace sql {
 namespace {
-
-/// Lets nothing but the engine's own exception out.
-template <class Body>
-auto Guarded(Body body) {
-  try {
-    return body();
-  } catch (const Exception&) {
-    throw;
-  } catch (const std::bad_alloc&) {
-    throw Exception(errc::kOutOfMemory);
-  } catch (const std::exception& error) {
-    throw Exception(errc::kInternal, cor::FromUtf8(error.what()));
-  }
-}
-
-std::filesystem::path FileNameOf(const ConnectParameters& parameters) {
-  const std::optional<std::u16string> name = parameters.GetTrimmed(u"filename");
-  if (!name) Fail(errc::kConnectFailed, {u"no file name is given"});
-  return std::filesystem::absolute(cor::ToUtf8(*name));
-}
 
 std::u16string NameOf(const std::filesystem::path& path) {
   return cor::FromUtf8(path.string()).str();
@@ -85,7 +64,7 @@ namespace {
 
 std::unique_ptr<RecordStore> Open(const ConnectParameters& parameters) {
   return Guarded([&]() -> std::unique_ptr<RecordStore> {
-    const std::filesystem::path path = FileNameOf(parameters);
+    const std::filesystem::path path = FileNameOf(parameters, errc::kConnectFailed);
     return std::make_unique<SqlStore>(OpenSqlite(path, OptionsOf(parameters)), NameOf(path));
   });
 }
@@ -96,7 +75,7 @@ std::unique_ptr<RecordStore> Create(const ConnectParameters& parameters,
     if (!model) Fail(errc::kInvalidArgument, {u"a new store needs a model"});
     SqliteOptions options = OptionsOf(parameters);
     if (parameters.GetTrimmed(u"filename")) {
-      const std::filesystem::path path = FileNameOf(parameters);
+      const std::filesystem::path path = FileNameOf(parameters, errc::kConnectFailed);
       if (std::filesystem::exists(path)) {
         Fail(errc::kNotUnique, {NameOf(path), u": exists already"});
       }
@@ -114,7 +93,7 @@ std::unique_ptr<RecordStore> Create(const ConnectParameters& parameters,
 
 void Write(const RecordStore& source, const ConnectParameters& parameters) {
   Guarded([&] {
-    const std::filesystem::path path = FileNameOf(parameters);
+    const std::filesystem::path path = FileNameOf(parameters, errc::kConnectFailed);
     const bool isAdding = parameters.Get(u"add").has_value();
     if (!isAdding || !std::filesystem::exists(path)) {
       WriteDatabase(

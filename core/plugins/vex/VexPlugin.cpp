@@ -1,10 +1,9 @@
 // core/plugins/vex/VexPlugin.cpp - documents are read whole, held in memory and written whole.
 #include "core/plugins/vex/VexPlugin.h"
 
-#include <exception>
 #include <filesystem>
-#include <new>
 
+#include "core/plugins/PluginCall.h"
 #include "core/plugins/files/FileOutput.h"
 #include "core/plugins/vex/DocumentModels.h"
 #include "core/plugins/vex/VexReader.h"
@@ -14,26 +13,6 @@
 namespace hv::vex::engine {
 
 namespace {
-
-/// Lets nothing but the engine's own exception out.
-template <class Run>
-auto Guarded(Run run) {
-  try {
-    return run();
-  } catch (const Exception&) {
-    throw;
-  } catch (const std::bad_alloc&) {
-    throw Exception(errc::kOutOfMemory);
-  } catch (const std::exception& error) {
-    throw Exception(errc::kInternal, cor::FromUtf8(error.what()));
-  }
-}
-
-std::filesystem::path FileNameOf(const ConnectParameters& parameters) {
-  const std::optional<std::u16string> name = parameters.GetTrimmed(u"filename");
-  if (!name) Fail(errc::kBadFile, {u"no file name is given"});
-  return std::filesystem::absolute(cor::ToUtf8(*name));
-}
 
 vexdoc::VexReadOptions OptionsFor(const ConnectParameters& parameters) {
   vexdoc::VexReadOptions options;
