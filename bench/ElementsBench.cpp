@@ -4,7 +4,6 @@
 // alternate; medians of the processor's time count.
 #include <malloc.h>
 #include <sqlite3.h>
-#include <time.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -15,6 +14,7 @@
 #include <string>
 #include <vector>
 
+#include "Timing.h"
 #include "browse/BrowseConfigImpl.h"
 #include "cor/Counted.h"
 #include "core/model/ModelBuilder.h"
@@ -133,23 +133,6 @@ std::vector<Row> ByHand(sqlite3* database) {
   }
   sqlite3_finalize(statement);
   return rows;
-}
-
-/// The processor's time, so that a busy machine counts less.
-double Milliseconds(const std::function<void()>& work) {
-  const auto now = [] {
-    timespec time{};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
-  };
-  const double begin = now();
-  work();
-  return now() - begin;
-}
-
-double Median(std::vector<double> values) {
-  std::sort(values.begin(), values.end());
-  return values[values.size() / 2];
 }
 
 double Heap() { return static_cast<double>(mallinfo2().uordblks + mallinfo2().hblkhd); }

@@ -2,7 +2,6 @@
 // properties, beside hand-written SQL through the bare interface that fetches the same. Usage:
 // search_bench [runs] [rounds] [folder]. With a folder the database stays there for the next time.
 #include <sqlite3.h>
-#include <time.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -14,6 +13,7 @@
 #include <storefabric/Object.h>
 
 #include "BenchDatabase.h"
+#include "Timing.h"
 #include "store/core/Seam.h"
 
 namespace {
@@ -28,24 +28,6 @@ void Require(bool holds, const char* what) {
   if (holds) return;
   std::fprintf(stderr, "search_bench: %s\n", what);
   std::exit(1);
-}
-
-/// Of the processor, so that what else the machine does counts less.
-template <class Work>
-double Milliseconds(const Work& work) {
-  const auto now = [] {
-    timespec time{};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
-  };
-  const double begin = now();
-  work();
-  return now() - begin;
-}
-
-double Median(std::vector<double> values) {
-  std::sort(values.begin(), values.end());
-  return values[values.size() / 2];
 }
 
 /// What both sides fetch, folded into one number each, so that they can be compared.

@@ -2,7 +2,6 @@
 // the bare library that opens the same file and reads its model. Usage: session_bench [records]
 // [rounds]. Rounds of both alternate; medians count.
 #include <sqlite3.h>
-#include <time.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -14,6 +13,7 @@
 
 #include <storefabric/Object.h>
 
+#include "Timing.h"
 #include "store/core/Seam.h"
 
 namespace {
@@ -26,24 +26,6 @@ void Require(bool holds, const char* what) {
   if (holds) return;
   std::fprintf(stderr, "session_bench: %s\n", what);
   std::exit(1);
-}
-
-/// Of the processor, so that what else the machine does counts less.
-template <class Work>
-double Milliseconds(const Work& work) {
-  const auto now = [] {
-    timespec time{};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
-  };
-  const double begin = now();
-  work();
-  return now() - begin;
-}
-
-double Median(std::vector<double> values) {
-  std::sort(values.begin(), values.end());
-  return values[values.size() / 2];
 }
 
 std::string FileTag(const std::filesystem::path& path) {
