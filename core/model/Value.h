@@ -62,4 +62,7 @@ struct ColumnBlock {
   }
 };
 
+/// Row of a block as a value.
+Value ValueAt(const ColumnBlock& block, std::size_t row);
+
 }  // namespace hv::vex::engine

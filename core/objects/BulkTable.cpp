@@ -20,10 +20,10 @@ BulkTable::BulkTable(Ref<StoreObject> store, RecordRuns rows,
                      const std::vector<std::u16string>& attributes)
     : m_store(std::move(store)),
       m_readAt(m_store->Now()),
-      m_rows(std::move(rows)),
+      m_batch(MakeRef<RecordBatch>(std::move(rows))),
       m_columns(attributes.size()) {
   const Model& model = m_store->GetCoreModel();
-  for (const RecordRuns::Run& run : m_rows.Runs()) {
+  for (const RecordRuns::Run& run : Rows().Runs()) {
     std::vector<std::int32_t> ownAttributes;  // read together, in one question to the store
     std::vector<std::size_t> ownColumns;
     for (std::size_t i = 0; i < attributes.size(); ++i) {
@@ -44,7 +44,7 @@ BulkTable::BulkTable(Ref<StoreObject> store, RecordRuns rows,
   }
   for (std::size_t i = 0; i < attributes.size(); ++i) {
     if (m_columns[i].type == OdsType::Unknown && attributes[i] != kInstanceColumn &&
-        m_rows.Size() > 0) {
+        Rows().Size() > 0) {
       throw Exception(errc::kUnknownName,
                       WString(u"there is no attribute \"" + attributes[i] + u"\""));
     }
@@ -89,10 +89,10 @@ BulkTable::Piece BulkTable::ReadPiece(const RecordRuns::Run& run, const Resolved
 }
 
 bool BulkTable::Find(std::uint64_t row, std::uint64_t column, Cell& cell) const {
-  if (row >= m_rows.Size() || column >= m_columns.size()) {
+  if (row >= Rows().Size() || column >= m_columns.size()) {
     throw Exception(errc::kInvalidArgument, u"row or column out of range");
   }
-  const auto& runs = m_rows.Runs();
+  const auto& runs = Rows().Runs();
   std::size_t at = 0;
   while (at + 1 < runs.size() && runs[at + 1].first <= row) ++at;
   const Piece& piece = m_columns[column].pieces[at];
@@ -114,16 +114,16 @@ std::int32_t BulkTable::GetColumnType(std::uint64_t column) {
 }
 
 IInstance* BulkTable::GetInstance(std::uint64_t row) {
-  if (row >= m_rows.Size()) return nullptr;
-  return Seam([&] { return m_store->InstanceOf(m_rows.At(row), m_readAt); });
+  if (row >= Rows().Size()) return nullptr;
+  return Seam([&] { return m_store->InstanceAt(*m_batch, row, m_readAt); });
 }
 
 void BulkTable::GetKey(std::uint64_t row, WString& key) {
   key.clear();
-  if (row >= m_rows.Size()) return;
+  if (row >= Rows().Size()) return;
   Seam([&] {
     m_text.clear();
-    AppendKey(m_store->GetCoreModel(), m_rows.At(row), m_text);
+    AppendKey(m_store->GetCoreModel(), Rows().At(row), m_text);
     key = std::u16string_view(m_text);
   });
 }

@@ -6,7 +6,7 @@
 
 #include "cor/Counted.h"
 #include "core/model/Value.h"
-#include "core/objects/RecordRuns.h"
+#include "core/objects/RecordBatch.h"
 #include "core/objects/StoreObject.h"
 #include "core/objects/ValueText.h"
 #include "store/core/IBulkReader.h"
@@ -21,7 +21,7 @@ class BulkTable final : public cor::Counted<IValueTable> {
   /// unless another entity among the records has it.
   BulkTable(Ref<StoreObject> store, RecordRuns rows, const std::vector<std::u16string>& attributes);
 
-  std::uint64_t GetRowCount() override { return m_rows.Size(); }
+  std::uint64_t GetRowCount() override { return Rows().Size(); }
   std::uint64_t GetColumnCount() override { return m_columns.size(); }
   std::int32_t GetColumnType(std::uint64_t column) override;
   IInstance* GetInstance(std::uint64_t row) override;
@@ -48,6 +48,7 @@ class BulkTable final : public cor::Counted<IValueTable> {
     const Piece* piece;
     std::size_t row;
   };
+  [[nodiscard]] const RecordRuns& Rows() const { return m_batch->Records(); }
   Piece ReadPiece(const RecordRuns::Run& run, const ResolvedPath& path);
   void ReadOwnColumns(const RecordRuns::Run& run, const std::vector<std::int32_t>& attributes,
                       const std::vector<std::size_t>& columns);
@@ -56,7 +57,7 @@ class BulkTable final : public cor::Counted<IValueTable> {
 
   Ref<StoreObject> m_store;
   RecordKnowledge m_readAt;
-  RecordRuns m_rows;
+  Ref<RecordBatch> m_batch;
   std::vector<Column> m_columns;
   std::u16string m_text;
 };

@@ -12,8 +12,8 @@ IInstance* RecordList::Next() {
 }
 
 IInstance* RecordList::GetInstance(std::uint64_t index) {
-  if (index >= m_records.Size()) return nullptr;
-  return Seam([&] { return m_store->InstanceOf(m_records.At(index)); });
+  if (index >= Records().Size()) return nullptr;
+  return Seam([&] { return m_store->InstanceAt(*m_batch, index); });
 }
 
 void RecordList::Append(IInstance* instance) {
@@ -22,21 +22,22 @@ void RecordList::Append(IInstance* instance) {
     if (!record) {
       throw Exception(errc::kInvalidArgument, u"the instance is not of the list's store");
     }
-    m_records.Append(*record);
+    m_batch->Records().Append(*record);
   });
 }
 
 void RecordList::Clear() {
-  m_records.Clear();
+  // Instances that came out of the list keep the batch that they know.
+  m_batch = MakeRef<RecordBatch>(RecordRuns());
   m_next = 0;
 }
 
 void RecordList::GetKey(std::uint64_t index, WString& key) {
   key.clear();
-  if (index >= m_records.Size()) return;
+  if (index >= Records().Size()) return;
   Seam([&] {
     std::u16string text;
-    AppendKey(m_store->GetCoreModel(), m_records.At(index), text);
+    AppendKey(m_store->GetCoreModel(), Records().At(index), text);
     key = std::u16string_view(text);
   });
 }
@@ -44,7 +45,7 @@ void RecordList::GetKey(std::uint64_t index, WString& key) {
 void RecordList::GetAddressText(WString& text) {
   Seam([&] {
     std::u16string all;
-    for (const RecordRuns::Run& run : m_records.Runs()) {
+    for (const RecordRuns::Run& run : Records().Runs()) {
       for (const RecordId id : run.ids) {
         AppendKey(m_store->GetCoreModel(), {run.entity, id}, all);
         all += u'\n';

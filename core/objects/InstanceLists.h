@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "cor/Counted.h"
-#include "core/objects/RecordRuns.h"
+#include "core/objects/RecordBatch.h"
 #include "core/objects/StoreObject.h"
 #include "store/core/IInstList.h"
 #include "store/core/IInstance.h"
@@ -15,12 +15,12 @@ namespace hv::vex::engine {
 class RecordList final : public cor::Counted<IInstList> {
  public:
   RecordList(Ref<StoreObject> store, RecordRuns records)
-      : m_store(std::move(store)), m_records(std::move(records)) {}
+      : m_store(std::move(store)), m_batch(MakeRef<RecordBatch>(std::move(records))) {}
 
-  std::uint64_t GetCount() override { return m_records.Size(); }
+  std::uint64_t GetCount() override { return Records().Size(); }
   IInstance* Next() override;
   IInstance* GetInstance(std::uint64_t index) override;
-  void Truncate(std::uint64_t count) override { m_records.Truncate(count); }
+  void Truncate(std::uint64_t count) override { m_batch->Records().Truncate(count); }
   void Reset() override { m_next = 0; }
   /// An instance of another store throws kInvalidArgument.
   void Append(IInstance* instance) override;
@@ -28,13 +28,13 @@ class RecordList final : public cor::Counted<IInstList> {
   void GetKey(std::uint64_t index, WString& key) override;
   void GetAddressText(WString& text) override;
 
-  [[nodiscard]] const RecordRuns& Records() const { return m_records; }
+  [[nodiscard]] const RecordRuns& Records() const { return m_batch->Records(); }
   [[nodiscard]] StoreObject& Store() { return *m_store; }
 
  private:
   ~RecordList() override = default;
   Ref<StoreObject> m_store;
-  RecordRuns m_records;
+  Ref<RecordBatch> m_batch;
   std::uint64_t m_next = 0;
 };
 

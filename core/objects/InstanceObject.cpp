@@ -81,6 +81,7 @@ void InstanceObject::Save() {
 
 void InstanceObject::Refresh() {
   m_seenAt = 0;
+  m_batch.Reset();
   Seam([&] { CheckValid(); });
 }
 
@@ -89,7 +90,11 @@ void InstanceObject::Refresh() {
 std::int32_t InstanceObject::IsValid() {
   return Seam([&] {
     const std::uint32_t now = m_store->Now().looks;
-    if (m_seenAt != now) m_seenAt = m_store->Records().Exists(m_record) ? now : 0;
+    if (m_seenAt != now) {
+      const RecordBatch::Cell id = ReadAlong(EntityOf().idAttribute);
+      const bool exists = id ? !id.IsNull() : m_store->Records().Exists(m_record);
+      m_seenAt = exists ? now : 0;
+    }
     return m_seenAt != 0 ? 1 : 0;
   });
 }
@@ -118,6 +123,18 @@ OdsType InstanceObject::QuantityType() const {
   if (attribute == kNone) return OdsType::Unknown;
   const Value value = m_store->Records().ReadValue(links.front().target, attribute);
   return value.Count() == 1 ? static_cast<OdsType>(ElementAsInteger(value, 0)) : OdsType::Unknown;
+}
+
+RecordBatch::Cell InstanceObject::ReadAlong(std::int32_t attribute) {
+  if (!m_batch || attribute == kNone) return {};
+  const Attribute& declared = AttributeAt(attribute);
+  if (declared.sequence || StorageKindOf(declared.type) == StorageKind::Bytes) return {};
+  return m_batch->Find(*m_store, m_position, m_record, attribute);
+}
+
+Value InstanceObject::ReadValue(std::int32_t attribute) {
+  const RecordBatch::Cell cell = ReadAlong(attribute);
+  return cell ? ValueAt(*cell.block, cell.row) : m_store->Records().ReadValue(m_record, attribute);
 }
 
 Ref<IAttribute> InstanceObject::ModelAttribute(std::int32_t index) {
@@ -165,8 +182,7 @@ Ref<IAttribute> InstanceObject::ModelAttribute(std::int32_t index) {
           : &model.Enumerations()[static_cast<std::size_t>(attribute.enumeration)];
   const bool isKey = EntityOf().idAttribute == index;
   return MakeRef<ValueAttribute>(
-      attribute.name, store->Records().ReadValue(record, index), enumeration,
-      m_store->GetModelObject().Shared(),
+      attribute.name, ReadValue(index), enumeration, m_store->GetModelObject().Shared(),
       writable && !isKey ? ValueAttribute::Writer([hold, record, index](const Value& value) {
         hold->Records().Write(record, index, value);
       })

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "cor/Counted.h"
+#include "core/objects/RecordBatch.h"
 #include "core/objects/StoreObject.h"
 #include "store/core/IContainer.h"
 #include "store/core/IInstance.h"
@@ -9,7 +10,8 @@
 namespace hv::vex::engine {
 
 /// One living object per record and store. Holds no values: everything is read from and written to
-/// the record store, so that several holders can't differ.
+/// the record store, so that several holders can't differ. Reading goes by the batch of records
+/// that the instance was found in last, see `RecordBatch` for how old values may be.
 class InstanceObject final : public cor::Counted<IInstance, IContainer> {
  public:
   InstanceObject(Ref<StoreObject> store, RecordRef record);
@@ -55,6 +57,11 @@ class InstanceObject final : public cor::Counted<IInstance, IContainer> {
   [[nodiscard]] StoreObject& Store() { return *m_store; }
   /// The record was seen at that look at the store; 0 if it is to be asked for again.
   void Confirm(std::uint32_t look) { m_seenAt = look; }
+  /// The record is to be read along with its neighbours.
+  void PlaceIn(RecordBatch& batch, std::uint64_t position) {
+    m_batch = Ref<RecordBatch>::Share(&batch);
+    m_position = position;
+  }
 
  private:
   ~InstanceObject() override;
@@ -68,10 +75,15 @@ class InstanceObject final : public cor::Counted<IInstance, IContainer> {
   std::int32_t RequireRelation(std::u16string_view reference);
   RecordRef RequirePartner(std::int32_t relation, IInstance* target);
   Ref<IAttribute> ModelAttribute(std::int32_t index);
+  /// The value as it was read along with those of neighbours; nothing if it wasn't.
+  RecordBatch::Cell ReadAlong(std::int32_t attribute);
+  [[nodiscard]] Value ReadValue(std::int32_t attribute);
   Ref<IAttribute> InstanceAttributeNamed(std::u16string_view name);
   [[nodiscard]] OdsType QuantityType() const;
 
   Ref<StoreObject> m_store;
+  Ref<RecordBatch> m_batch;  // null: found alone
+  std::uint64_t m_position = 0;
   RecordRef m_record;
   std::uint32_t m_seenAt = 0;
 };

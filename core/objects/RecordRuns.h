@@ -1,7 +1,9 @@
 // core/objects/RecordRuns.h - many records in little memory: runs of ids of one entity each.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
+#include <span>
 #include <vector>
 
 #include "core/store/RecordStore.h"
@@ -32,13 +34,14 @@ class RecordRuns {
   [[nodiscard]] std::uint64_t Size() const { return m_size; }
   /// The record at `index`, which must be below `Size()`.
   [[nodiscard]] RecordRef At(std::uint64_t index) const {
-    std::size_t low = 0;
-    std::size_t high = m_runs.size();
-    while (high - low > 1) {
-      const std::size_t middle = (low + high) / 2;
-      (m_runs[middle].first <= index ? low : high) = middle;
-    }
-    return {m_runs[low].entity, m_runs[low].ids[index - m_runs[low].first]};
+    const Run& run = RunAt(index);
+    return {run.entity, run.ids[index - run.first]};
+  }
+  /// The ids from `index`, which must be below `Size()`, to the end of their run, at most `count`.
+  [[nodiscard]] std::span<const RecordId> From(std::uint64_t index, std::uint64_t count) const {
+    const Run& run = RunAt(index);
+    const auto rest = std::span(run.ids).subspan(index - run.first);
+    return rest.first(std::min<std::size_t>(rest.size(), count));
   }
   void Truncate(std::uint64_t count) {
     while (m_size > count) {
@@ -65,6 +68,16 @@ class RecordRuns {
   [[nodiscard]] const std::vector<Run>& Runs() const { return m_runs; }
 
  private:
+  [[nodiscard]] const Run& RunAt(std::uint64_t index) const {
+    std::size_t low = 0;
+    std::size_t high = m_runs.size();
+    while (high - low > 1) {
+      const std::size_t middle = (low + high) / 2;
+      (m_runs[middle].first <= index ? low : high) = middle;
+    }
+    return m_runs[low];
+  }
+
   std::vector<Run> m_runs;
   std::uint64_t m_size = 0;
 };

@@ -7,6 +7,7 @@
 #include "core/objects/InstanceLists.h"
 #include "core/objects/InstanceObject.h"
 #include "core/objects/InstancePath.h"
+#include "core/objects/RecordBatch.h"
 #include "core/objects/StoreContextObject.h"
 #include "core/query/QueryBinder.h"
 #include "core/query/QueryReader.h"
@@ -58,7 +59,7 @@ IAttribute* StoreObject::GetWarnings() {
 
 RecordRef StoreObject::ByRecord::KeyOf(const InstanceObject& instance) { return instance.Record(); }
 
-IInstance* StoreObject::InstanceOf(RecordRef record, RecordKnowledge seen) {
+Ref<InstanceObject> StoreObject::LivingInstanceOf(RecordRef record, RecordKnowledge seen) {
   auto instance = Ref<InstanceObject>::Share(m_instances.Find(record));
   if (!instance) {
     m_instances.Reserve(m_instances.Size() + 1);
@@ -66,6 +67,17 @@ IInstance* StoreObject::InstanceOf(RecordRef record, RecordKnowledge seen) {
     m_instances.Insert(*instance);
   }
   if (seen == m_now) instance->Confirm(m_now.looks);
+  return instance;
+}
+
+IInstance* StoreObject::InstanceOf(RecordRef record, RecordKnowledge seen) {
+  return LivingInstanceOf(record, seen).Detach();
+}
+
+IInstance* StoreObject::InstanceAt(RecordBatch& batch, std::uint64_t position,
+                                   RecordKnowledge seen) {
+  Ref<InstanceObject> instance = LivingInstanceOf(batch.Records().At(position), seen);
+  instance->PlaceIn(batch, position);
   return instance.Detach();
 }
 

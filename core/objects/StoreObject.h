@@ -18,6 +18,7 @@
 namespace hv::vex::engine {
 
 class InstanceObject;
+class RecordBatch;
 
 /// What is known of which records exist: a snapshot that a deletion or a new look at the store
 /// makes out of date.
@@ -73,6 +74,7 @@ class StoreObject final : public cor::Counted<IStore, IStoreQuery, IBulkReader> 
   IValueTable* ReadInstances(IInstList* instances, IContainer* attributes) override;
 
   [[nodiscard]] RecordStore& Records() { return *m_records; }
+  [[nodiscard]] const RecordStore& Records() const { return *m_records; }
   [[nodiscard]] const Model& GetCoreModel() const { return m_model->Get(); }
   [[nodiscard]] ModelObject& GetModelObject() { return *m_model; }
   /// Makes room for that many living instances more.
@@ -81,6 +83,8 @@ class StoreObject final : public cor::Counted<IStore, IStoreQuery, IBulkReader> 
   /// The one living object of a record, made if there is none; with a reference for the caller.
   /// \param seen  when the record was read from the store; default: not known to exist
   IInstance* InstanceOf(RecordRef record, RecordKnowledge seen = {});
+  /// The same for a record of a batch, which is read along with its neighbours from then on.
+  IInstance* InstanceAt(RecordBatch& batch, std::uint64_t position, RecordKnowledge seen = {});
   /// The record behind an instance of this store; nothing for one of another store.
   std::optional<RecordRef> OwnRecord(IInstance* instance);
   void ForgetInstance(RecordRef record);
@@ -93,6 +97,7 @@ class StoreObject final : public cor::Counted<IStore, IStoreQuery, IBulkReader> 
   ~StoreObject() override;
   /// What others have changed, or what was thrown away, may show from now on.
   void LookAnew() { ++m_now.looks; }
+  Ref<InstanceObject> LivingInstanceOf(RecordRef record, RecordKnowledge seen);
   /// The records of a list of this store's instances; throws kInvalidArgument for others.
   RecordRuns RecordsOf(IInstList& instances);
   struct ByRecord {

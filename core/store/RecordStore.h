@@ -123,6 +123,9 @@ class RecordStore {
   [[nodiscard]] virtual std::vector<ColumnBlock> ReadColumns(
       EntityId entity, std::span<const RecordId> ids,
       std::span<const std::int32_t> attributes) const = 0;
+  /// Where reading values one by one is dear: a number above 0 that is another one after each
+  /// change made by this process. 0 where there is nothing to be saved by reading ahead.
+  [[nodiscard]] virtual std::uint64_t ChangeStamp() const { return 0; }
   /// One value of one record. Local columns' values come from `OpenValues` instead.
   [[nodiscard]] virtual Value ReadValue(RecordRef record, std::int32_t attribute) const = 0;
   /// Related records of many records along one relation, grouped by source in the order asked; the

@@ -95,29 +95,6 @@ void AppendCell(const Statement& statement, int column, bool isForeign, ColumnBl
   }
 }
 
-Value ValueAt(const ColumnBlock& block, std::size_t row) {
-  if (!block.others.empty()) return block.others[row];
-  Value value = Value::Unset(block.type);
-  if (block.isNull[row] != 0) return value;
-  const std::size_t parts = PartsOf(block.type);
-  switch (StorageKindOf(block.type)) {
-    case StorageKind::Integer:
-      value.data = Value::Integers{block.integers[row]};
-      break;
-    case StorageKind::Real: {
-      const auto first = block.reals.begin() + static_cast<std::ptrdiff_t>(row * parts);
-      value.data = Value::Reals(first, first + static_cast<std::ptrdiff_t>(parts));
-      break;
-    }
-    case StorageKind::Text:
-      value.data = Value::Texts{std::u16string(block.TextAt(row))};
-      break;
-    case StorageKind::Bytes:
-      break;
-  }
-  return value;
-}
-
 ColumnBlock BlockOf(const Value& value) {
   ColumnBlock block;
   block.type = value.type;

@@ -19,8 +19,6 @@ void BindKey(Statement& statement, int index, const ColumnBlock& block, std::siz
              const std::string& stored, std::string& buffer);
 /// Adds a row to the block of a scalar attribute.
 void AppendCell(const Statement& statement, int column, bool isForeign, ColumnBlock& block);
-/// Row of a block as a value.
-Value ValueAt(const ColumnBlock& block, std::size_t row);
 /// A block of one row; `value` is a scalar of a type that has columns.
 ColumnBlock BlockOf(const Value& value);
 

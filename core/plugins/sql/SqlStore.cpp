@@ -2,6 +2,7 @@
 #include "core/plugins/sql/SqlStore.h"
 
 #include <algorithm>
+#include <atomic>
 
 #include "core/plugins/sql/Cells.h"
 #include "core/plugins/sql/QueryPlanner.h"
@@ -11,6 +12,12 @@
 #include "storefabric/WString.h"
 
 namespace hv::vex::engine::sql {
+namespace {
+
+/// Of all databases that this process has open: sessions on one file see each other's work.
+std::atomic<std::uint64_t> g_changes{1};
+
+}  // namespace
 
 SqlStore::SqlStore(std::shared_ptr<Connection> connection, std::u16string name)
     : m_connection(std::move(connection)),
@@ -206,6 +213,8 @@ Bounds SqlStore::BoundsOf(EntityId entity, std::int32_t attribute,
   return bounds;
 }
 
+std::uint64_t SqlStore::ChangeStamp() const { return g_changes; }
+
 // --- session -------------------------------------------------------------------------------------
 
 Change::Change(SqlStore& store) : m_store(store) {
@@ -218,6 +227,7 @@ Change::Change(SqlStore& store) : m_store(store) {
 }
 
 Change::~Change() {
+  ++g_changes;
   if (m_isDone) return;
   // A full disk makes the database drop the whole work, and then nothing is left to be saved.
   const bool isLost = !m_store.m_connection->IsInTransaction();
@@ -244,12 +254,14 @@ void SqlStore::Save(std::u16string_view) {
   if (!m_isWriting) return;
   IndexTexts();
   m_connection->Commit();
+  ++g_changes;
   m_isWriting = false;
   m_isModified = false;
 }
 
 void SqlStore::Discard() {
   if (m_isWriting) m_connection->Rollback();
+  ++g_changes;
   m_unindexed.clear();
   m_isWriting = false;
   m_isModified = false;

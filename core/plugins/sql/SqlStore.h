@@ -48,6 +48,7 @@ class SqlStore final : public RecordStore {
   [[nodiscard]] std::vector<ColumnBlock> ReadColumns(
       EntityId entity, std::span<const RecordId> ids,
       std::span<const std::int32_t> attributes) const override;
+  [[nodiscard]] std::uint64_t ChangeStamp() const override;
   [[nodiscard]] Value ReadValue(RecordRef record, std::int32_t attribute) const override;
   [[nodiscard]] std::vector<Link> Follow(EntityId entity, std::int32_t relation,
                                          std::span<const RecordId> ids) const override;

@@ -1,0 +1,154 @@
+// tests/core/sql/SqlWalkTest.cpp - values read along with those of neighbours, and how old they
+// get.
+#include <chrono>
+#include <thread>
+
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include "core/objects/InstanceObject.h"
+#include "core/objects/StoreObject.h"
+#include "core/plugins/sql/SqlPlugin.h"
+#include "core/store/memory/MemoryStore.h"
+#include "store/core/Exception.h"
+#include "store/core/IInstList.h"
+
+#include "ContractModel.h"
+#include "SqlFixtures.h"
+
+namespace hv::vex::engine::test {
+namespace {
+
+constexpr RecordId kRuns = 700;
+constexpr std::chrono::milliseconds kOldest(RecordBatch::kLongestMilliseconds + 10);
+
+class SqlWalk : public ::testing::Test {
+ protected:
+  SqlWalk() : m_model(MakeContractModel()), m(*m_model), m_path(m_folder.File("a.sqlite")) {
+    sql::WriteDatabase(MemoryStore(m_model, {}), m_path);
+    const auto writer = OpenRecords();
+    for (RecordId id = 1; id <= kRuns; ++id) {
+      writer->Create(m.run, id);
+      if (id % 3 == 0) continue;  // every third has no name
+      writer->Write({m.run, id}, m.AttributeOf(m.run, u"Name"),
+                    Value::Text(OdsType::String, NameFor(id)));
+    }
+    writer->Save(u"");
+    m_store = Open();
+    m_list = Ref<IInstList>::Adopt(m_store->GetInstances(u"/#Run"));
+  }
+
+  static std::u16string NameFor(RecordId id) {
+    return u"run " + std::u16string(cor::FromUtf8(std::to_string(id)));
+  }
+  std::unique_ptr<RecordStore> OpenRecords() const {
+    return kSqlPlugin.open(ConnectParameters(FileTag(m_path, u"")));
+  }
+  Ref<StoreObject> Open() const {
+    return MakeRef<StoreObject>(OpenRecords(), StoreObject::Names(), Ref<IEnvironment>());
+  }
+  Ref<IInstance> At(std::uint64_t index) const {
+    return Ref<IInstance>::Adopt(m_list->GetInstance(index));
+  }
+  static std::u16string NameOf(IInstance& instance) {
+    WString name;
+    QueryRef<IContainer>(&instance)->GetString(name, u"Name");
+    return std::u16string(name.view());
+  }
+  /// Walks the records from `first` to `last` and gives the name of the last one.
+  std::u16string Walk(std::uint64_t first, std::uint64_t last) const {
+    std::u16string name;
+    for (std::uint64_t i = first; i <= last; ++i) name = NameOf(*At(i));
+    return name;
+  }
+  /// A change by somebody else than this process.
+  void ChangeOutside(const std::string& sql) const {
+    sqlite3* database = nullptr;
+    sqlite3_open(m_path.c_str(), &database);
+    sqlite3_exec(database, sql.c_str(), nullptr, nullptr, nullptr);
+    EXPECT_STREQ("not an error", sqlite3_errmsg(database)) << sql;
+    sqlite3_close(database);
+  }
+
+  TempFolder m_folder;
+  std::shared_ptr<const Model> m_model;
+  ContractModel m;
+  std::filesystem::path m_path;
+  Ref<StoreObject> m_store;
+  Ref<IInstList> m_list;
+};
+
+TEST_F(SqlWalk, GivesWhatEachRecordHas) {
+  const auto expected = [](RecordId id) { return id % 3 == 0 ? u"" : NameFor(id); };
+  for (RecordId id = 1; id <= kRuns; ++id) {
+    const Ref<IInstance> run = At(static_cast<std::uint64_t>(id - 1));
+    ASSERT_NE(0, run->IsValid());
+    ASSERT_EQ(id, QueryRef<IContainer>(run.Get())->GetInteger64(u"Id", 0));
+    ASSERT_EQ(expected(id), NameOf(*run)) << id;
+  }
+  // In steps that are no walk, and back.
+  for (RecordId id = kRuns; id > 7; id -= 7) {
+    ASSERT_EQ(expected(id), NameOf(*At(static_cast<std::uint64_t>(id - 1)))) << id;
+  }
+  // A list that lost its first records, whose instances are still held, and one put together anew.
+  const Ref<IInstance> tenth = At(9);
+  m_list->Clear();
+  for (RecordId id = 20; id < 40; ++id) {
+    m_list->Append(Ref<IInstance>::Adopt(m_store->InstanceOf({m.run, id})).Get());
+  }
+  EXPECT_EQ(NameFor(38), Walk(0, 18));
+  EXPECT_EQ(NameFor(10), NameOf(*tenth));
+}
+
+TEST_F(SqlWalk, ChangesOfThisProcessShowAtOnce) {
+  EXPECT_EQ(NameFor(40), Walk(30, 39));
+  QueryRef<IContainer>(At(40).Get())->SetString(u"Name", u"own");
+  EXPECT_EQ(u"own", NameOf(*At(40)));
+  m_store->Discard();
+  EXPECT_EQ(NameFor(41), NameOf(*At(40)));
+
+  const Ref<StoreObject> other = Open();
+  EXPECT_EQ(NameFor(61), Walk(50, 60));
+  const auto theirs = Ref<IInstance>::Adopt(other->GetInstance(u"Run:62"));
+  QueryRef<IContainer>(theirs.Get())->SetString(u"Name", u"theirs");
+  EXPECT_EQ(NameFor(62), NameOf(*At(61))) << "not saved";
+  other->Save(u"");
+  EXPECT_EQ(u"theirs", NameOf(*At(61)));
+
+  EXPECT_EQ(NameFor(83), Walk(70, 82));
+  const Ref<IInstance> gone = At(83);
+  Ref<IInstance>::Adopt(other->GetInstance(u"Run:84"))->Delete();
+  other->Save(u"");
+  EXPECT_EQ(0, gone->IsValid());
+  EXPECT_THROW((void)NameOf(*gone), Exception);
+}
+
+TEST_F(SqlWalk, ChangesOfOthersShowSoon) {
+  const auto countAt = [this](std::uint64_t index) {
+    return QueryRef<IContainer>(At(index).Get())->GetInteger64(u"Count", 0);
+  };
+  const auto walk = [&](std::uint64_t first, std::uint64_t last) {
+    for (std::uint64_t i = first; i <= last; ++i) EXPECT_EQ(0, countAt(i));
+  };
+  // Values that were read ahead serve for a while; on a slow machine it may be over at once.
+  bool served = false;
+  for (std::uint64_t at = 20; at < 300 && !served; at += 20) {
+    walk(at - 10, at - 1);
+    ChangeOutside("UPDATE Run SET Count=5 WHERE RUN_ID=" + std::to_string(at + 1));
+    served = countAt(at) == 0;
+    std::this_thread::sleep_for(kOldest);
+    EXPECT_EQ(5, countAt(at));
+  }
+  EXPECT_TRUE(served) << "nothing was read ahead";
+
+  walk(400, 410);
+  ChangeOutside("UPDATE Run SET Count=6 WHERE RUN_ID IN (412, 413)");
+  const Ref<IInstance> run = At(411);
+  run->Refresh();
+  EXPECT_EQ(6, QueryRef<IContainer>(run.Get())->GetInteger64(u"Count", 0));
+  m_store->Refresh();
+  EXPECT_EQ(6, countAt(412));
+}
+
+}  // namespace
+}  // namespace hv::vex::engine::test
