@@ -28,6 +28,29 @@ std::vector<std::int16_t> FlagsFor(const RecordStore& records, RecordRef column,
   return flags;
 }
 
+StorageKind KindOf(const ScalarValue& scalar) {
+  return StorageKindOf(OdsTypeOfSeam(scalar.typeCode).value_or(OdsType::Unknown));
+}
+
+/// A value that is set, as `IAttribute::GetStringValue` gives it.
+void TextOf(const ScalarValue& scalar, WString& text) {
+  const OdsType type = OdsTypeOfSeam(scalar.typeCode).value_or(OdsType::Unknown);
+  std::u16string number;
+  switch (type == OdsType::Enum ? StorageKind::Text : StorageKindOf(type)) {
+    case StorageKind::Integer:
+      IntegerAsText(type, scalar.integer, nullptr, number);
+      break;
+    case StorageKind::Real:
+      RealAsText(type, scalar.real, number);
+      break;
+    case StorageKind::Text:
+    case StorageKind::Bytes:
+      text = scalar.text;
+      return;
+  }
+  text = std::u16string_view(number);
+}
+
 bool IsInstanceAttributeType(OdsType type) {
   switch (type) {
     case OdsType::Short:
@@ -137,6 +160,48 @@ Value InstanceObject::ReadValue(std::int32_t attribute) {
   return cell ? ValueAt(*cell.block, cell.row) : m_store->Records().ReadValue(m_record, attribute);
 }
 
+EnumPtr InstanceObject::EnumerationOf(const Attribute& attribute) const {
+  if (attribute.enumeration == kNone) return nullptr;
+  return &m_store->GetCoreModel().Enumerations()[static_cast<std::size_t>(attribute.enumeration)];
+}
+
+std::int32_t InstanceObject::ReadScalar(std::u16string_view name, ScalarValue* value) {
+  return Seam([&] {
+    const std::int32_t index = EntityOf().FindAttribute(name);
+    if (index == kNone) return 0;
+    const Attribute& attribute = AttributeAt(index);
+    const StorageKind kind = StorageKindOf(attribute.type);
+    if (attribute.sequence || kind == StorageKind::Bytes || PartsOf(attribute.type) != 1 ||
+        attribute.type == OdsType::ExternalReference || IsColumnMember(attribute)) {
+      return 0;
+    }
+    *value = {SeamTypeOf(attribute.type)};
+    if (const RecordBatch::Cell cell = ReadAlong(index)) {
+      const ColumnBlock& block = *cell.block;
+      value->isSet = !cell.IsNull();
+      if (kind == StorageKind::Integer) value->integer = block.integers[cell.row];
+      if (kind == StorageKind::Real) value->real = block.reals[cell.row];
+      if (kind == StorageKind::Text) value->text = block.TextAt(cell.row);
+    } else {
+      Value alone = m_store->Records().ReadValue(m_record, index);
+      value->isSet = alone.Count() > 0;
+      if (!value->isSet) return 1;
+      if (kind == StorageKind::Integer) value->integer = ElementAsInteger(alone, 0);
+      if (kind == StorageKind::Real) value->real = ElementAsReal(alone, 0);
+      if (kind == StorageKind::Text) {
+        m_store->Scratch() = std::move(std::get<Value::Texts>(alone.data).front());
+        value->text = m_store->Scratch();
+      }
+    }
+    if (attribute.type == OdsType::Enum && value->isSet) {
+      m_store->Scratch().clear();
+      IntegerAsText(attribute.type, value->integer, EnumerationOf(attribute), m_store->Scratch());
+      value->text = m_store->Scratch();
+    }
+    return 1;
+  });
+}
+
 Ref<IAttribute> InstanceObject::ModelAttribute(std::int32_t index) {
   const Attribute& attribute = AttributeAt(index);
   StoreObject* const store = m_store.Get();
@@ -175,14 +240,10 @@ Ref<IAttribute> InstanceObject::ModelAttribute(std::int32_t index) {
         })
                  : nullptr);
   }
-  const Model& model = m_store->GetCoreModel();
-  const EnumPtr enumeration =
-      attribute.enumeration == kNone
-          ? nullptr
-          : &model.Enumerations()[static_cast<std::size_t>(attribute.enumeration)];
   const bool isKey = EntityOf().idAttribute == index;
   return MakeRef<ValueAttribute>(
-      attribute.name, ReadValue(index), enumeration, m_store->GetModelObject().Shared(),
+      attribute.name, ReadValue(index), EnumerationOf(attribute),
+      m_store->GetModelObject().Shared(),
       writable && !isKey ? ValueAttribute::Writer([hold, record, index](const Value& value) {
         hold->Records().Write(record, index, value);
       })
@@ -383,7 +444,16 @@ void InstanceObject::SetType(std::int32_t) {
 }
 
 void InstanceObject::GetString(WString& value, std::u16string_view name) {
-  Seam([&] { Require(name)->GetStringValue(value); });
+  Seam([&] {
+    ScalarValue scalar;
+    if (ReadScalar(name, &scalar) == 0) {
+      Require(name)->GetStringValue(value);
+    } else if (scalar.isSet) {
+      TextOf(scalar, value);
+    } else {
+      value.clear();
+    }
+  });
 }
 
 IInstance* InstanceObject::GetObject(std::u16string_view path) {
@@ -413,6 +483,10 @@ void InstanceObject::SetReal(std::u16string_view name, double value) {
 
 std::int64_t InstanceObject::GetInteger64(std::u16string_view name, std::int64_t otherwise) {
   return Seam([&] {
+    ScalarValue scalar;
+    if (ReadScalar(name, &scalar) != 0 && KindOf(scalar) == StorageKind::Integer) {
+      return scalar.isSet ? scalar.integer : otherwise;
+    }
     const Ref<IAttribute> attribute = Require(name);
     return attribute->GetCount() > 0 ? attribute->GetInteger(0) : otherwise;
   });
@@ -422,6 +496,10 @@ std::int32_t InstanceObject::GetBoolean(std::u16string_view name, std::int32_t o
 }
 double InstanceObject::GetReal(std::u16string_view name, double otherwise) {
   return Seam([&] {
+    ScalarValue scalar;
+    if (ReadScalar(name, &scalar) != 0 && KindOf(scalar) == StorageKind::Real) {
+      return scalar.isSet ? scalar.real : otherwise;
+    }
     const Ref<IAttribute> attribute = Require(name);
     return attribute->GetCount() > 0 ? attribute->GetReal(0) : otherwise;
   });

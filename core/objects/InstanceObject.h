@@ -4,6 +4,7 @@
 #include "cor/Counted.h"
 #include "core/objects/RecordBatch.h"
 #include "core/objects/StoreObject.h"
+#include "core/objects/ValueText.h"
 #include "store/core/IContainer.h"
 #include "store/core/IInstance.h"
 
@@ -36,6 +37,7 @@ class InstanceObject final : public cor::Counted<IInstance, IContainer> {
   void Unlink(std::u16string_view reference, IInstance* target) override;
   void Delete() override;
   std::int64_t GetId() override { return m_record.id; }
+  std::int32_t ReadScalar(std::u16string_view name, ScalarValue* value) override;
 
   // IContainer
   void SetType(std::int32_t typeCode) override;
@@ -77,6 +79,8 @@ class InstanceObject final : public cor::Counted<IInstance, IContainer> {
   Ref<IAttribute> ModelAttribute(std::int32_t index);
   /// The value as it was read along with those of neighbours; nothing if it wasn't.
   RecordBatch::Cell ReadAlong(std::int32_t attribute);
+  /// The enumeration of an attribute, or null.
+  [[nodiscard]] EnumPtr EnumerationOf(const Attribute& attribute) const;
   [[nodiscard]] Value ReadValue(std::int32_t attribute);
   Ref<IAttribute> InstanceAttributeNamed(std::u16string_view name);
   [[nodiscard]] OdsType QuantityType() const;

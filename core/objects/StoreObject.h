@@ -90,6 +90,8 @@ class StoreObject final : public cor::Counted<IStore, IStoreQuery, IBulkReader> 
   void ForgetInstance(RecordRef record);
   /// Deletes a record. Its object, if one lives, asks again whether there is such a record.
   void DeleteRecord(RecordRef record);
+  /// Room for a text that is handed out until the next call.
+  [[nodiscard]] std::u16string& Scratch() { return m_scratch; }
   /// A list over records of this store.
   IInstList* MakeList(RecordRuns records);
 
@@ -112,6 +114,7 @@ class StoreObject final : public cor::Counted<IStore, IStoreQuery, IBulkReader> 
   Ref<IEnvironment> m_environment;
   Ref<ModelObject> m_model;
   RecordKnowledge m_now{1, 0};
+  std::u16string m_scratch;
   cor::ObjectTable<InstanceObject, ByRecord> m_instances;
 };
 

@@ -9,6 +9,7 @@
 #include "automation/conv/AutomationDate.h"
 #include "automation/conv/ValueText.h"
 #include "store/core/IAttribute.h"
+#include "store/core/IInstance.h"
 
 namespace hv::vex::easyImpl {
 
@@ -17,6 +18,33 @@ namespace {
 constexpr std::uint64_t kGreatestInteger = std::numeric_limits<std::int64_t>::max();
 
 bool IsNothing(const Variant& value) { return value.IsEmpty() || value.Is(VT_NULL); }
+
+/// How values of a type come out of the engine.
+enum class Form : std::uint8_t { None, Integer, Real, Text };
+
+Form FormOf(std::int32_t typeCode) {
+  switch (typeCode) {
+    case eI8:
+    case eI16:
+    case eI32:
+    case eI64:
+    case eByte:
+    case eU16:
+    case eU32:
+    case eU64:
+    case kTypeBoolean:
+      return Form::Integer;
+    case eR32:
+    case eR64:
+      return Form::Real;
+    case eString:
+    case kTypeEnumeration:
+    case eTime:
+      return Form::Text;
+    default:
+      return Form::None;
+  }
+}
 
 Variant IntegerVariant(std::int32_t typeCode, std::int64_t number) {
   switch (typeCode) {
@@ -144,42 +172,53 @@ bool FitsDataType(const Variant& value, std::int32_t typeCode) {
 
 Result ReadValue(IAttribute& attribute, std::int32_t typeCode, std::uint64_t index,
                  Variant* value) {
+  ScalarValue scalar{typeCode, true};
   WString text;
-  switch (typeCode) {
-    case eI8:
-    case eI16:
-    case eI32:
-    case eI64:
-    case eByte:
-    case eU16:
-    case eU32:
-    case eU64:
-      *value = IntegerVariant(typeCode, attribute.GetInteger(index));
-      return S_OK;
-    case eR32:
-      *value = Variant::R4(static_cast<float>(attribute.GetReal(index)));
-      return S_OK;
-    case eR64:
-      *value = Variant::R8(attribute.GetReal(index));
-      return S_OK;
-    case kTypeBoolean:
-      *value = Variant::Bool(attribute.GetInteger(index) != 0);
-      return S_OK;
-    case eString:
-    case kTypeEnumeration:
+  switch (FormOf(typeCode)) {
+    case Form::Integer:
+      scalar.integer = attribute.GetInteger(index);
+      break;
+    case Form::Real:
+      scalar.real = attribute.GetReal(index);
+      break;
+    case Form::Text:
       attribute.GetText(index, text);
-      *value = Variant::Text(std::move(text));
+      scalar.text = text;
+      break;
+    case Form::None:
+      break;
+  }
+  return VariantOf(scalar, value);
+}
+
+Result VariantOf(const ScalarValue& scalar, Variant* value) {
+  if (!scalar.isSet) {
+    *value = Variant::Null();
+    return S_OK;
+  }
+  switch (FormOf(scalar.typeCode)) {
+    case Form::Integer:
+      *value = scalar.typeCode == kTypeBoolean ? Variant::Bool(scalar.integer != 0)
+                                               : IntegerVariant(scalar.typeCode, scalar.integer);
       return S_OK;
-    case eTime: {
-      attribute.GetText(index, text);
-      const std::optional<double> date = util::conv::DateOfDigits(text);
+    case Form::Real:
+      *value = scalar.typeCode == eR32 ? Variant::R4(static_cast<float>(scalar.real))
+                                       : Variant::R8(scalar.real);
+      return S_OK;
+    case Form::Text: {
+      if (scalar.typeCode != eTime) {
+        *value = Variant::Text(scalar.text);
+        return S_OK;
+      }
+      const std::optional<double> date = util::conv::DateOfDigits(scalar.text);
       if (!date) return DISP_E_TYPEMISMATCH;
       *value = Variant::Date(*date);
       return S_OK;
     }
-    default:
-      return DISP_E_TYPEMISMATCH;
+    case Form::None:
+      break;
   }
+  return DISP_E_TYPEMISMATCH;
 }
 
 Result WriteValue(IAttribute& attribute, std::int32_t typeCode, std::uint64_t index,

@@ -8,7 +8,8 @@
 
 namespace hv::vex {
 class IAttribute;
-}
+struct ScalarValue;
+}  // namespace hv::vex
 
 namespace hv::vex::easyImpl {
 
@@ -24,6 +25,9 @@ bool FitsDataType(const Variant& value, std::int32_t typeCode);
 /// \return S_OK; DISP_E_TYPEMISMATCH for a type that can't be shown or digits that are no date.
 /// Throws what the engine throws.
 Result ReadValue(IAttribute& attribute, std::int32_t typeCode, std::uint64_t index, Variant* value);
+
+/// The same for a value that was read without an object; one that isn't set gives VT_NULL.
+Result VariantOf(const ScalarValue& scalar, Variant* value);
 
 /// Writes one value; one behind the last makes the list longer. Empty and null make a single value
 /// unset, and do nothing behind the last one.

@@ -14,6 +14,16 @@ class IEntity;
 class IInstList;
 class IStore;
 
+/// A single value, read without an object for it.
+struct ScalarValue {
+  std::int32_t typeCode = 0;
+  bool isSet = false;        ///< otherwise nothing below counts
+  std::int64_t integer = 0;  ///< integers, truth values and enumerations
+  double real = 0;           ///< reals
+  /// Texts, digits of times, items of enumerations. Good until the engine is called again.
+  std::u16string_view text{};
+};
+
 /// A stored record of an entity. There is one live object per record and store while anybody holds
 /// it, so two lookups give the same pointer. Answers for IContainer as well.
 class IInstance : public IUnknown {
@@ -63,6 +73,9 @@ class IInstance : public IUnknown {
   virtual void Delete() = 0;
   /// The record's id, unique in its entity.
   virtual std::int64_t GetId() = 0;
+  /// What `GetAttributeValue` would give, at less cost, for the attributes of the model that have
+  /// one value of a type from 1 to 11, 23, 24 or 30. Zero for all other names, and nothing is read.
+  virtual std::int32_t ReadScalar(std::u16string_view name, ScalarValue* value) = 0;
 
  protected:
   ~IInstance() = default;

@@ -15,6 +15,7 @@
 #include "store/core/IModel.h"
 #include "store/core/IStore.h"
 #include "store/elements/ISimplifiedStoreImpl.h"
+#include "store/properties/ApplicationProperties.h"
 
 namespace hv::vex {
 
@@ -73,6 +74,8 @@ class CSimplifiedDataStoreImpl final : private CoreBinding,
   /// The living element of an instance or a new one. `kind` is looked up if it is of another
   /// entity.
   Ref<CStoreElementImpl> ElementOf(IInstance& instance, ElementKind& kind);
+  /// Where lists of properties look up what their entity has.
+  [[nodiscard]] ApplicationPropertiesCache& PropertiesCache() { return m_propertiesCache; }
   /// Makes room for that many living elements more.
   void Expect(std::size_t count) { m_elements.Reserve(m_elements.Size() + count); }
 
@@ -97,6 +100,7 @@ class CSimplifiedDataStoreImpl final : private CoreBinding,
   Ref<CDataStoreBrowseConfigImpl> m_browseConfig;
   bool m_hasIcon = false;  // it has been looked for
   Ref<ISymbolImage> m_icon;
+  ApplicationPropertiesCache m_propertiesCache;
   cor::ObjectTable<CStoreElementImpl, ByInstance> m_elements;
 };
 

@@ -248,7 +248,7 @@ void CStoreElementImpl::FollowBrowseConfig() {
 
 Result CStoreElementImpl::MakeProperties(IInstance& instance,
                                          easyImpl::IPropertyCollectionImpl** properties) {
-  auto made = MakeRef<CStorePropertiesImpl>(instance);
+  auto made = MakeRef<CStorePropertiesImpl>(instance, &m_provider->PropertiesCache());
   HV_RETURN_IF_FAILED(made->Fill());
   *properties = made.Detach();
   return S_OK;

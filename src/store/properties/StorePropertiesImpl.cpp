@@ -23,9 +23,6 @@ using easyImpl::IPropertyImpl;
 
 namespace {
 
-constexpr std::u16string_view kLocalColumnEntity = u"aolocalcolumn";
-/// The element of a local column shows its flags value by value instead.
-constexpr std::u16string_view kFlagsName = u"flags";
 /// The engine's number for "may a new attribute have this name".
 constexpr std::int32_t kForNewAttribute = 3;
 
@@ -54,30 +51,10 @@ Ref<IEntity> CStorePropertiesImpl::GetEntity() const {
   return Ref<IEntity>::Adopt(model ? model->GetEntityOf(m_instance.Get()) : nullptr);
 }
 
-bool CStorePropertiesImpl::IsLocalColumn() const {
-  const auto store = Ref<IStore>::Adopt(m_instance->GetStore());
-  const auto model = Ref<IModel>::Adopt(store ? store->GetModel() : nullptr);
-  const auto column =
-      Ref<IEntity>::Adopt(model ? model->GetEntityByName(kLocalColumnEntity) : nullptr);
-  return column && m_instance->IsKindOf(column.Get()) != 0;
-}
-
-Result CStorePropertiesImpl::ReadApplicationNames(Names* names) const {
-  const Ref<IEntity> entity = GetEntity();
-  HV_RETURN_CODE_IF(!entity, E_FAIL);
-  const bool isLocalColumn = IsLocalColumn();
-  const auto list = Ref<IAttribute>::Adopt(entity->GetAttributeNames());
-  const std::span<const WString> all = TextsOf(list.Get());
-  for (std::size_t i = 0; i < all.size(); ++i) {
-    if (!IsPropertyType(entity->GetAttributeType(i))) continue;
-    if (isLocalColumn) {
-      WString baseName;
-      entity->GetAttributeBaseName(baseName, all[i]);
-      if (all[i].EqualsExact(kFlagsName) || baseName.EqualsExact(kFlagsName)) continue;
-    }
-    names->push_back(all[i]);
-  }
-  return S_OK;
+Result CStorePropertiesImpl::ReadApplication(Ref<CApplicationProperties>* application) {
+  ApplicationPropertiesCache* const cache = std::exchange(m_cache, nullptr);
+  return cache ? cache->Get(*m_instance, application)
+               : CApplicationProperties::Read(*m_instance, application);
 }
 
 CStorePropertiesImpl::Names CStorePropertiesImpl::ReadInstanceNames() const {
@@ -89,55 +66,85 @@ CStorePropertiesImpl::Names CStorePropertiesImpl::ReadInstanceNames() const {
   return names;
 }
 
-Result CStorePropertiesImpl::MakeProperty(const WString& name, bool isApplicationProperty,
-                                          Ref<IPropertyImpl>* made) const {
-  std::int32_t type = 0;
-  if (isApplicationProperty) {
-    const Ref<IEntity> entity = GetEntity();
-    const auto declared = Ref<IAttribute>::Adopt(entity ? entity->GetAttribute(name) : nullptr);
-    if (declared) type = declared->GetDataType();
+IPropertyImpl& CStorePropertiesImpl::ApplicationProperty(std::size_t position) {
+  const auto& members = m_application->Members();
+  m_made.resize(members.size());
+  Ref<IPropertyImpl>& made = m_made[position];
+  if (!made) {
+    const CApplicationProperties::Member& member = members[position];
+    made = MakeRef<CStorePropertyImpl>(*m_instance, member.name, member.type, true);
   }
-  // What the model leaves open, the value itself tells.
-  if (type == 0) {
-    const auto value = Ref<IAttribute>::Adopt(m_instance->GetAttributeValue(name));
-    HV_RETURN_CODE_IF(!value, E_FAIL);
-    type = value->GetDataType();
-  }
-  *made = MakeRef<CStorePropertyImpl>(*m_instance, name, static_cast<enumDataType>(type),
-                                      isApplicationProperty);
+  return *made;
+}
+
+Result CStorePropertiesImpl::MakeInstanceProperty(const WString& name,
+                                                  Ref<IPropertyImpl>* made) const {
+  // What the model doesn't know, the value itself tells.
+  const auto value = Ref<IAttribute>::Adopt(m_instance->GetAttributeValue(name));
+  HV_RETURN_CODE_IF(!value, E_FAIL);
+  const auto type = static_cast<enumDataType>(value->GetDataType());
+  *made = MakeRef<CStorePropertyImpl>(*m_instance, name, type, false);
   return S_OK;
 }
 
-Result CStorePropertiesImpl::Rebuild(Names applicationNames, Names instanceNames) {
-  std::vector<Ref<IPropertyImpl>> properties;
-  properties.reserve(applicationNames.size() + instanceNames.size());
-  for (const WString& name : applicationNames) {
-    HV_RETURN_IF_FAILED(MakeProperty(name, true, &properties.emplace_back()));
-  }
-  for (const WString& name : instanceNames) {
-    HV_RETURN_IF_FAILED(MakeProperty(name, false, &properties.emplace_back()));
+Result CStorePropertiesImpl::List(Names instanceNames) {
+  std::vector<Ref<IPropertyImpl>> own(instanceNames.size());
+  for (std::size_t i = 0; i < own.size(); ++i) {
+    HV_RETURN_IF_FAILED(MakeInstanceProperty(instanceNames[i], &own[i]));
   }
   HV_RETURN_IF_FAILED(Named::Clear());
-  m_applicationNames = std::move(applicationNames);
-  m_instanceNames = std::move(instanceNames);
-  std::size_t position = 0;
-  for (const Names* names : {&m_applicationNames, &m_instanceNames}) {
-    for (const WString& name : *names) {
-      HV_RETURN_IF_FAILED(Named::Add(properties[position++].Get(), name));
-    }
+  const auto& members = m_application->Members();
+  for (std::size_t i = 0; i < members.size(); ++i) {
+    HV_RETURN_IF_FAILED(Named::Add(&ApplicationProperty(i), members[i].name));
   }
-  m_filled = true;
+  m_instanceNames = std::move(instanceNames);
+  for (std::size_t i = 0; i < own.size(); ++i) {
+    HV_RETURN_IF_FAILED(Named::Add(own[i].Get(), m_instanceNames[i]));
+  }
+  m_isListed = true;
   return S_OK;
 }
 
 Result CStorePropertiesImpl::Fill() try {
   HV_RETURN_CODE_IF(m_instance->IsValid() == 0, VEX_E_OBJECT_GONE);
-  Names applicationNames;
-  HV_RETURN_IF_FAILED(ReadApplicationNames(&applicationNames));
-  return Rebuild(std::move(applicationNames),
-                 m_listInstanceProperties ? ReadInstanceNames() : Names());
+  Ref<CApplicationProperties> application;
+  HV_RETURN_IF_FAILED(ReadApplication(&application));
+  Names instanceNames;
+  if (m_listInstanceProperties) instanceNames = ReadInstanceNames();
+  HV_RETURN_IF_FAILED(Named::Clear());
+  m_application = std::move(application);
+  m_made.clear();
+  m_isListed = false;
+  return m_listInstanceProperties ? List(std::move(instanceNames)) : S_OK;
 }
 HV_CATCH_RETURN_AS(E_FAIL, kReadFailures)
+
+Result CStorePropertiesImpl::GetItem(std::int32_t index, IPropertyImpl** property) try {
+  HV_RETURN_CODE_IF(m_isListed || !m_application, Named::GetItem(index, property));
+  HV_RETURN_IF_NULL(property);
+  *property = nullptr;
+  const std::size_t count = m_application->Members().size();
+  HV_RETURN_CODE_IF(index < 0 || static_cast<std::size_t>(index) >= count, E_INVALIDARG);
+  *property =
+      Ref<IPropertyImpl>::Share(&ApplicationProperty(static_cast<std::size_t>(index))).Detach();
+  return S_OK;
+}
+HV_CATCH_RETURN()
+
+Result CStorePropertiesImpl::GetCount(std::int32_t* count) {
+  HV_RETURN_CODE_IF(m_isListed || !m_application, Named::GetCount(count));
+  HV_RETURN_IF_NULL(count);
+  *count = static_cast<std::int32_t>(m_application->Members().size());
+  return S_OK;
+}
+
+Result CStorePropertiesImpl::GetIterator(easyImpl::tIIteratorImpl<IPropertyImpl>** iterator) try {
+  HV_RETURN_IF_NULL(iterator);
+  *iterator = nullptr;
+  if (m_application) HV_RETURN_IF_FAILED(List());
+  return Named::GetIterator(iterator);
+}
+HV_CATCH_RETURN()
 
 Result CStorePropertiesImpl::GetListInstanceProperties(std::int32_t* list) {
   HV_RETURN_IF_NULL(list);
@@ -147,29 +154,26 @@ Result CStorePropertiesImpl::GetListInstanceProperties(std::int32_t* list) {
 
 Result CStorePropertiesImpl::SetListInstanceProperties(std::int32_t list) try {
   const bool wanted = list != 0;
-  if (m_filled) {
-    Names instanceNames;
-    if (wanted) instanceNames = m_listInstanceProperties ? m_instanceNames : ReadInstanceNames();
-    HV_RETURN_IF_FAILED(Rebuild(m_applicationNames, std::move(instanceNames)));
+  if (m_application && wanted != m_listInstanceProperties) {
+    HV_RETURN_IF_FAILED(List(wanted ? ReadInstanceNames() : Names()));
   }
   m_listInstanceProperties = wanted;
   return S_OK;
 }
 HV_CATCH_RETURN_AS(E_FAIL, kReadFailures)
 
-WString CStorePropertiesImpl::OwnNameOf(std::u16string_view baseName) const {
-  WString name;
-  if (baseName.empty()) return name;
-  const Ref<IEntity> entity = GetEntity();
-  const auto attribute = Ref<IAttribute>::Adopt(entity ? entity->GetAttribute(baseName) : nullptr);
-  if (attribute && attribute->GetDataType() != kTypeReference) attribute->GetName(name);
-  return name;
-}
-
 Result CStorePropertiesImpl::GetItemByName(std::u16string_view name, IPropertyImpl** property) try {
-  const Result byName = Named::GetItemByName(name, property);
-  HV_RETURN_CODE_IF(byName != E_INVALIDARG, byName);
-  return Named::GetItemByName(OwnNameOf(name), property);
+  HV_RETURN_IF_NULL(property);
+  *property = nullptr;
+  HV_RETURN_CODE_IF(!m_application, E_INVALIDARG);
+  std::size_t position = m_application->Find(name);
+  if (position == CApplicationProperties::kNone) {
+    if (m_isListed && !Failed(Named::GetItemByName(name, property))) return S_OK;
+    position = m_application->FindBaseName(name);
+  }
+  HV_RETURN_CODE_IF(position == CApplicationProperties::kNone, E_INVALIDARG);
+  *property = Ref<IPropertyImpl>::Share(&ApplicationProperty(position)).Detach();
+  return S_OK;
 }
 HV_CATCH_RETURN_AS(E_FAIL, kReadFailures)
 
@@ -183,19 +187,20 @@ bool CStorePropertiesImpl::IsBaseName(std::u16string_view name) const {
   return baseName.EqualsExact(name);
 }
 
-Result CStorePropertiesImpl::Exists(std::u16string_view name, bool* exists) try {
-  HV_RETURN_IF_FAILED(Named::Exists(name, exists));
-  HV_RETURN_CODE_IF(*exists || !IsBaseName(name), S_OK);
-  return Named::Exists(OwnNameOf(name), exists);
+Result CStorePropertiesImpl::Exists(std::u16string_view name, bool* exists) {
+  HV_RETURN_IF_NULL(exists);
+  Ref<IPropertyImpl> property;
+  *exists = !Failed(GetItemByName(name, property.Put()));
+  return S_OK;
 }
-HV_CATCH_RETURN_AS(E_FAIL, kReadFailures)
 
 Result CStorePropertiesImpl::IsApplicationProperty(std::u16string_view name,
                                                    std::int32_t* isApplication) try {
   HV_RETURN_IF_NULL(isApplication);
   *isApplication = 0;
   const bool isOfEntity =
-      Contains(m_applicationNames, name) || (!Contains(m_instanceNames, name) && IsBaseName(name));
+      (m_application && m_application->Find(name) != CApplicationProperties::kNone) ||
+      (!Contains(m_instanceNames, name) && IsBaseName(name));
   *isApplication = isOfEntity ? 1 : 0;
   return S_OK;
 }
@@ -206,7 +211,7 @@ Result CStorePropertiesImpl::AddNew(std::u16string_view name, const Variant& val
   AddInstanceAttribute(*m_instance, name, type);
   const WString ownName(name);
   Ref<IPropertyImpl> made;
-  Result rc = MakeProperty(ownName, false, &made);
+  Result rc = MakeInstanceProperty(ownName, &made);
   if (!Failed(rc)) rc = made->SetValue(value);
   if (Failed(rc)) {
     m_instance->RemoveInstanceAttribute(name);
@@ -273,10 +278,14 @@ Result CStorePropertiesImpl::RemoveAll() try {
 }
 HV_CATCH_RETURN_AS(E_FAIL, kChangeFailures)
 
-Result CStorePropertiesImpl::RemoveAt(std::int32_t index) {
-  HV_RETURN_CODE_IF(index < 0 || static_cast<std::size_t>(index) >= Size(), E_INVALIDARG);
-  return Remove(NameAt(static_cast<std::size_t>(index)));
+Result CStorePropertiesImpl::RemoveAt(std::int32_t index) try {
+  Ref<IPropertyImpl> property;
+  HV_RETURN_IF_FAILED(GetItem(index, property.Put()));
+  WString name;
+  HV_RETURN_IF_FAILED(property->GetName(&name));
+  return Remove(name);
 }
+HV_CATCH_RETURN()
 
 Result CStorePropertiesImpl::RemoveByName(std::u16string_view name) { return Remove(name); }
 

@@ -11,21 +11,31 @@
 #include "store/core/CoreBinding.h"
 #include "store/core/IEntity.h"
 #include "store/core/IInstance.h"
+#include "store/properties/ApplicationProperties.h"
 #include "store/properties/IStorePropertiesImpl.h"
 
 namespace hv::vex {
 
 /// Made and filled by the element on first use, and dropped by it when it is saved or refreshed.
 /// The list follows the instance: what can be taken out of it is taken from the instance itself.
+///
+/// Most lists are asked for a property or two by name. So the properties of the entity are made one
+/// by one as they are asked for, and put into the collection when something is done that needs it
+/// whole.
 class CStorePropertiesImpl final : private CoreBinding,
                                    public easyImpl::tNamedCollectionImpl<IStorePropertiesImpl> {
  public:
   using Property = easyImpl::IPropertyImpl;
 
-  explicit CStorePropertiesImpl(IInstance& instance)
-      : m_instance(Ref<IInstance>::Share(&instance)) {}
+  /// \param cache  where the entity's properties are looked up when the list is filled; null: the
+  ///               model is asked. Used once, so it need not live longer.
+  explicit CStorePropertiesImpl(IInstance& instance, ApplicationPropertiesCache* cache = nullptr)
+      : m_instance(Ref<IInstance>::Share(&instance)), m_cache(cache) {}
 
   // ICollectionImpl
+  Result GetItem(std::int32_t index, Property** property) override;
+  Result GetCount(std::int32_t* count) override;
+  Result GetIterator(easyImpl::tIIteratorImpl<Property>** iterator) override;
   /// `Remove` of the name at that index.
   Result RemoveAt(std::int32_t index) override;
   /// E_NOTIMPL: the entity's properties can't go.
@@ -73,14 +83,15 @@ class CStorePropertiesImpl final : private CoreBinding,
   /// @{
   /// The way to the entity is by the store's model, which every engine has. May be null.
   [[nodiscard]] Ref<IEntity> GetEntity() const;
-  [[nodiscard]] bool IsLocalColumn() const;
-  Result ReadApplicationNames(Names* names) const;
+  Result ReadApplication(Ref<CApplicationProperties>* application);
   [[nodiscard]] Names ReadInstanceNames() const;
-  Result MakeProperty(const WString& name, bool isApplicationProperty, Ref<Property>* made) const;
-  /// Makes the properties of these names and then puts them in place of those that are there.
-  Result Rebuild(Names applicationNames, Names instanceNames);
-  /// The own name of the attribute behind a base name; empty if there is none.
-  [[nodiscard]] WString OwnNameOf(std::u16string_view baseName) const;
+  /// The property of the entity at that position.
+  Property& ApplicationProperty(std::size_t position);
+  Result MakeInstanceProperty(const WString& name, Ref<Property>* made) const;
+  /// Puts all properties into the collection.
+  Result List(Names instanceNames);
+  /// Does so if they aren't there.
+  Result List() { return m_isListed ? S_OK : List({}); }
   /// True if the name is exactly the base name of an attribute that may be shown.
   [[nodiscard]] bool IsBaseName(std::u16string_view name) const;
   Result AddNew(std::u16string_view name, const Variant& value, std::int32_t type,
@@ -91,10 +102,12 @@ class CStorePropertiesImpl final : private CoreBinding,
   void Forget(std::u16string_view name);
 
   Ref<IInstance> m_instance;
+  ApplicationPropertiesCache* m_cache;
   bool m_listInstanceProperties = false;
-  Names m_applicationNames;
+  Ref<CApplicationProperties> m_application;  // null: not filled
+  std::vector<Ref<Property>> m_made;          // those of the entity; null: not asked for yet
   Names m_instanceNames;
-  bool m_filled = false;
+  bool m_isListed = false;  // the collection has them all
 };
 
 }  // namespace hv::vex

@@ -40,6 +40,8 @@ HV_CATCH_RETURN_AS(E_FAIL, easyImpl::kPropertyReadFailures)
 Result CStorePropertyImpl::GetValue(Variant* value) try {
   HV_RETURN_IF_NULL(value);
   value->Clear();
+  ScalarValue scalar;
+  if (m_instance->ReadScalar(m_name, &scalar) != 0) return easyImpl::VariantOf(scalar, value);
   HV_RETURN_IF_FAILED(Reread());
   if (m_size == 0) {
     *value = Variant::Null();
