@@ -12,15 +12,17 @@
 //     }
 #pragma once
 
+#include <array>
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
+#include <span>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <type_traits>
-#include <vector>
+#include <utility>
 
 #include <storefabric/StoreFabric.h>
 
@@ -68,7 +70,8 @@ class Object {
   /// Calls a method or reads a property, and gives the value as it stands.
   template <class... Args>
   Variant Value(std::string_view member, const Args&... args) const {
-    return Invoke(member, CallKind::Method | CallKind::Get, {ToVariant(args)...});
+    const std::array<Variant, sizeof...(Args)> values{ToVariant(args)...};
+    return Invoke(member, CallKind::Method | CallKind::Get, values);
   }
   /// As `Value`, for members that give an object, which may be null, or nothing.
   template <class... Args>
@@ -79,13 +82,15 @@ class Object {
   template <class... Args>
   [[nodiscard]] std::string Text(std::string_view member, const Args&... args) const {
     const Variant value = Value(member, args...);
+    if (value.Is(VT_BSTR)) return cor::ToUtf8(value.AsText());
     if (value.Is(VT_NULL) || value.IsEmpty()) return {};
     return cor::ToUtf8(Converted(member, value, VT_BSTR).AsText());
   }
   /// As `Value`, as a number; a text is read as one.
   template <class... Args>
   [[nodiscard]] double Number(std::string_view member, const Args&... args) const {
-    return Converted(member, Value(member, args...), VT_R8).AsDouble();
+    const Variant value = Value(member, args...);
+    return value.Is(VT_R8) ? value.AsDouble() : Converted(member, value, VT_R8).AsDouble();
   }
   /// As `Number`, rounded to an integer.
   template <class... Args>
@@ -95,7 +100,8 @@ class Object {
   /// Writes a property. The new value comes last, indexes before it.
   template <class... Args>
   void Set(std::string_view property, const Args&... indexesAndValue) const {
-    Invoke(property, CallKind::Put, {ToVariant(indexesAndValue)...});
+    const std::array<Variant, sizeof...(Args)> values{ToVariant(indexesAndValue)...};
+    Invoke(property, CallKind::Put, values);
   }
 
   /// The items of a collection.
@@ -108,6 +114,31 @@ class Object {
   [[noreturn]] static void Refuse(const std::string& reason, std::string_view name, Result rc) {
     throw CallError(reason + " \"" + std::string(name) + "\"", 0, rc);
   }
+
+  /// The name of a member as dispatch takes it. Names are short and plain, so that most need no
+  /// memory of their own.
+  class MemberName {
+   public:
+    explicit MemberName(std::string_view name) {
+      if (name.size() > m_units.size()) {
+        m_long = cor::FromUtf8(name);
+        m_name = m_long;
+        return;
+      }
+      for (std::size_t i = 0; i < name.size(); ++i) {
+        m_units[i] = static_cast<unsigned char>(name[i]);  // no member has other letters
+      }
+      m_name = std::u16string_view(m_units.data(), name.size());
+    }
+    MemberName(const MemberName&) = delete;
+    MemberName& operator=(const MemberName&) = delete;
+    [[nodiscard]] std::u16string_view View() const { return m_name; }
+
+   private:
+    std::array<char16_t, 40> m_units;
+    WString m_long;
+    std::u16string_view m_name;
+  };
 
   static Variant ToVariant(const Variant& value) { return value; }
   static Variant ToVariant(const Object& value) { return Variant::Object(value.Get()); }
@@ -145,12 +176,12 @@ class Object {
     return converted;
   }
 
-  Variant Invoke(std::string_view member, CallKind kinds, const std::vector<Variant>& args) const {
+  Variant Invoke(std::string_view member, CallKind kinds, std::span<const Variant> args) const {
     if (!m_object) Refuse("there is no object to ask for", member, E_POINTER);
     std::int32_t id = kDispIdUnknown;
     Variant result;
     ErrorInfo error;
-    Result rc = m_object->GetIdOfName(cor::FromUtf8(member), &id);
+    Result rc = m_object->GetIdOfName(MemberName(member).View(), &id);
     if (Failed(rc)) Refuse("the object has no member", member, rc);
     rc = m_object->Invoke(id, kinds, args, &result, &error);
     if (rc == DISP_E_EXCEPTION) throw CallError(cor::ToUtf8(error.text), error.number, error.code);
