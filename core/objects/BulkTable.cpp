@@ -2,6 +2,7 @@
 
 #include "core/objects/Guard.h"
 #include "core/objects/InstanceKey.h"
+#include "store/core/IInstance.h"
 
 namespace hv::vex::engine {
 namespace {
@@ -181,6 +182,25 @@ double BulkTable::GetReal(std::uint64_t row, std::uint64_t column) {
     }
     return ElementAsReal(block.others[cell.row], 0);
   });
+}
+
+void BulkTable::ReadScalar(std::uint64_t row, std::uint64_t column, ScalarValue* value) {
+  Cell cell;
+  const bool isSet = Find(row, column, cell);
+  *value = {SeamTypeOf(m_columns[column].type), isSet};
+  if (!isSet) return;
+  const ColumnBlock& block = cell.piece->block;
+  if (block.type == OdsType::Enum || !block.others.empty()) {
+    value->text = GetText(row, column);
+    if (StorageKindOf(block.type) == StorageKind::Integer) value->integer = GetInteger(row, column);
+    if (StorageKindOf(block.type) == StorageKind::Real) value->real = GetReal(row, column);
+  } else if (!block.textEnds.empty()) {
+    value->text = block.TextAt(cell.row);
+  } else if (!block.integers.empty()) {
+    value->integer = block.integers[cell.row];
+  } else {
+    value->real = block.reals[cell.row * PartsOf(block.type)];
+  }
 }
 
 }  // namespace hv::vex::engine

@@ -30,6 +30,7 @@ class BulkTable final : public cor::Counted<IValueTable> {
   std::u16string_view GetText(std::uint64_t row, std::uint64_t column) override;
   std::int64_t GetInteger(std::uint64_t row, std::uint64_t column) override;
   double GetReal(std::uint64_t row, std::uint64_t column) override;
+  void ReadScalar(std::uint64_t row, std::uint64_t column, ScalarValue* value) override;
 
  private:
   ~BulkTable() override = default;

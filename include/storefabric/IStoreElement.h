@@ -125,6 +125,8 @@ class IStoreElements : public IDispatch {
   virtual Result RemoveReference(IDispatch* element) = 0;
   /// 11. Takes all members out without deleting them. VEX_E_ROOT_IS_AUTOMATIC.
   virtual Result RemoveAllReferences() = 0;
+  /// 12. Values of all members; see `IStoreElementList`.
+  virtual Result ReadColumns(const Variant& properties, Variant* columns) = 0;
 
  protected:
   ~IStoreElements() = default;
@@ -140,6 +142,17 @@ class IStoreElementList : public IVEXElements {
   /// 0, the default member. An element by its index from 0. The codes are those of the generic
   /// list.
   virtual Result Item(const Variant& index, IStoreElement** element) = 0;
+  /// 12. Values of all elements in their order, read together: for many elements that is far
+  /// quicker than one property after the other.
+  /// \param properties  the name of a property, or a list of names: own names, base names, or paths
+  ///                    along references to one ("Test.Name")
+  /// \param columns     for one name a list with one value for each element, for a list of names a
+  ///                    list of such lists. Values are those of `IProperty::Value`: null for an
+  ///                    element that has none.
+  /// \return S_OK; E_INVALIDARG for a name that is no property of any of the elements;
+  ///         DISP_E_TYPEMISMATCH for what is neither a text nor a list of texts; E_NOTIMPL for a
+  ///         store that can't
+  virtual Result ReadColumns(const Variant& properties, Variant* columns) = 0;
 
  protected:
   ~IStoreElementList() = default;

@@ -43,9 +43,9 @@ Result FindMemberId(const DispatchMap& map, std::u16string_view name, std::int32
   for (const DispatchMap* level = &map; level; level = level->base) {
     const auto at = std::ranges::lower_bound(
         level->byName, name,
-        [](std::u16string_view a, std::u16string_view b) { return CompareNames(a, b) < 0; },
+        [](std::u16string_view a, std::u16string_view b) { return CompareForLookup(a, b) < 0; },
         [level](std::uint16_t i) { return level->rows[i].name; });
-    if (at != level->byName.end() && CompareNames(level->rows[*at].name, name) == 0) {
+    if (at != level->byName.end() && CompareForLookup(level->rows[*at].name, name) == 0) {
       *id = level->rows[*at].id;
       return S_OK;
     }

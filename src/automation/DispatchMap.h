@@ -132,7 +132,7 @@ class DispatchRows {
     if (CheckRows(m_rows) != RowProblem::None) throw CheckRows(m_rows);
     for (std::size_t i = 0; i < N; ++i) m_byName[i] = m_byId[i] = static_cast<std::uint16_t>(i);
     std::ranges::sort(m_byName, [this](std::uint16_t a, std::uint16_t b) {
-      const int order = CompareNames(m_rows[a].name, m_rows[b].name);
+      const int order = CompareForLookup(m_rows[a].name, m_rows[b].name);
       return order != 0 ? order < 0 : a < b;
     });
     std::ranges::sort(m_byId, [this](std::uint16_t a, std::uint16_t b) {

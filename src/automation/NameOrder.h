@@ -23,4 +23,11 @@ constexpr int CompareNames(std::u16string_view a, std::u16string_view b) {
   return a.size() == b.size() ? 0 : a.size() < b.size() ? -1 : 1;
 }
 
+/// The same by length first: an order for tables that names are looked up in, where most differ in
+/// that already.
+constexpr int CompareForLookup(std::u16string_view a, std::u16string_view b) {
+  if (a.size() != b.size()) return a.size() < b.size() ? -1 : 1;
+  return CompareNames(a, b);
+}
+
 }  // namespace hv::automation

@@ -9,6 +9,30 @@
 
 namespace hv::vex::engine::sql {
 
+namespace {
+
+void Reserve(ColumnBlock& block, std::size_t rows) {
+  constexpr std::size_t kUsualText = 16;
+  block.isNull.reserve(rows);
+  switch (StorageKindOf(block.type)) {
+    case StorageKind::Integer:
+      block.integers.reserve(rows);
+      break;
+    case StorageKind::Real:
+      block.reals.reserve(rows * PartsOf(block.type));
+      break;
+    case StorageKind::Text:
+      block.textEnds.reserve(rows);
+      block.textArena.reserve(rows * kUsualText);
+      break;
+    case StorageKind::Bytes:
+      block.others.reserve(rows);
+      break;
+  }
+}
+
+}  // namespace
+
 std::vector<ColumnBlock> SqlStore::ReadColumns(EntityId entity, std::span<const RecordId> ids,
                                                std::span<const std::int32_t> attributes) const {
   const EntityPlace& place = Place(entity);
@@ -21,7 +45,7 @@ std::vector<ColumnBlock> SqlStore::ReadColumns(EntityId entity, std::span<const 
     const AttributePlace& at = place.attributes[static_cast<std::size_t>(attributes[i])];
     if (at.kind == AttributePlace::Kind::Column || at.kind == AttributePlace::Kind::Id) {
       inTable.push_back(i);
-      blocks[i].isNull.reserve(ids.size());
+      Reserve(blocks[i], ids.size());
       columns += (columns.empty() ? "t." : ",t.") + at.column;
     } else {
       ReadSequences(entity, attributes[i], ids, blocks[i]);

@@ -13,6 +13,7 @@ class IAttribute;
 class IContainer;
 class IInstance;
 class IInstList;
+struct ScalarValue;
 
 /// The answer of a bulk read: rows of instances, one column per attribute asked for.
 class IValueTable : public IUnknown {
@@ -33,6 +34,9 @@ class IValueTable : public IUnknown {
   virtual std::u16string_view GetText(std::uint64_t row, std::uint64_t column) = 0;
   virtual std::int64_t GetInteger(std::uint64_t row, std::uint64_t column) = 0;
   virtual double GetReal(std::uint64_t row, std::uint64_t column) = 0;
+  /// One value in the form that its column's type has; of a list of values the first. A text stays
+  /// valid until the next call on the table.
+  virtual void ReadScalar(std::uint64_t row, std::uint64_t column, ScalarValue* value) = 0;
 
  protected:
   ~IValueTable() = default;

@@ -224,6 +224,19 @@ Result CDataStoreResultCollectionImpl::SetTotal(std::int32_t total) {
   return S_OK;
 }
 
+Result CDataStoreResultCollectionImpl::GetList(IInstList** list) try {
+  HV_RETURN_IF_NULL(list);
+  *list = nullptr;
+  if (!m_isOrdered) return m_list.CopyTo(list);
+  Ref<IInstList> ordered = CreateEngineInstList();
+  for (const std::uint64_t place : m_order) {
+    ordered->Append(Ref<IInstance>::Adopt(m_list->GetInstance(place)).Get());
+  }
+  *list = ordered.Detach();
+  return S_OK;
+}
+HV_CATCH_RETURN()
+
 Result MakeResultCollection(easyImpl::ISimplifiedStoreImpl& provider, std::int32_t maxCount,
                             IDataStoreResultCollectionImpl** results) try {
   HV_RETURN_IF_NULL(results);

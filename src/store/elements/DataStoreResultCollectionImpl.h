@@ -59,6 +59,7 @@ class CDataStoreResultCollectionImpl final
   Result ClearResults() override;
   Result SetList(IInstList* list) override;
   Result SetTotal(std::int32_t total) override;
+  Result GetList(IInstList** list) override;
 
  private:
   ~CDataStoreResultCollectionImpl() override = default;

@@ -99,6 +99,9 @@ class IDataStoreResultCollectionImpl : public IStoreElementListImpl {
   /// The number of hits; -1 if there were more than the limit.
   virtual Result SetTotal(std::int32_t total) = 0;
   /// @}
+  /// The hits in their order, as a list of the engine, which must not be changed; null if there are
+  /// none.
+  virtual Result GetList(IInstList** list) = 0;
 
  protected:
   ~IDataStoreResultCollectionImpl() = default;

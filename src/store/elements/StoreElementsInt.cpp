@@ -1,14 +1,19 @@
 // store/elements/StoreElementsInt.cpp - collections of a store's elements as hosts see them.
 #include "store/elements/StoreElementsInt.h"
 
+#include "automation/DispatchError.h"
+#include "automation/MessageFormat.h"
 #include "automation/rows/Collections.h"
 #include "automation/rows/GenericElements.h"
 #include "automation/rows/StoreElementList.h"
 #include "automation/rows/StoreElements.h"
+#include "store/elements/ElementColumns.h"
 
 namespace hv::vex {
 
 namespace rows = automation::rows;
+using automation::CallFrame;
+using automation::Custom;
 using automation::DispatchMap;
 using automation::Get;
 using automation::MakeRows;
@@ -19,6 +24,21 @@ namespace {
 
 /// The standard rows alone.
 constexpr auto kStandard = automation::Errors(u"");
+
+constexpr std::int32_t kTextInvalidProperty = 2105;
+
+/// The message names the property, which is one of several.
+template <class Wrapper>
+Result ReadColumnsByName(Wrapper& self, CallFrame& frame) {
+  WString unknown;
+  const Result rc = ReadElementColumns(self.Elements(), frame.args[0], frame.result, &unknown);
+  if (rc == E_INVALIDARG) {
+    automation::ThrowDispatchError(kTextInvalidProperty,
+                                   automation::FormatTableMessage(kTextInvalidProperty, unknown));
+  }
+  if (rc == DISP_E_TYPEMISMATCH) frame.refusedArgument = 0;
+  return rc;
+}
 
 constexpr auto kElementsRows = MakeRows(
     Method<&IStoreElements::Item>(u"Item", kDispIdValue, rows::kStoreElementsItem),
@@ -31,7 +51,9 @@ constexpr auto kElementsRows = MakeRows(
     Method<&IStoreElements::RemoveReference>(u"RemoveReference", 10,
                                              rows::kStoreElementsRemoveReference),
     Method<&IStoreElements::RemoveAllReferences>(u"RemoveAllReferences", 11,
-                                                 rows::kStoreElementsRemoveAllReferences));
+                                                 rows::kStoreElementsRemoveAllReferences),
+    Custom<&ReadColumnsByName<CStoreElementsInt>>(u"ReadColumns", 12, CallKind::Method, 1,
+                                                  kStandard));
 constexpr DispatchMap kElementsMap =
     DispatchMap(u"StoreElements", kElementsRows).WithDefault(kDispIdValue);
 
@@ -51,7 +73,9 @@ constexpr auto kListRows = MakeRows(
     Get<&IStoreElementList::get_IsIncomplete>(u"IsIncomplete", 6, kStandard),
     Get<&IStoreElementList::get_MaxCount>(u"MaxCount", 7, rows::kStoreElementListGetMaxCount),
     Put<&IStoreElementList::put_MaxCount>(u"MaxCount", 7, rows::kStoreElementListPutMaxCount),
-    Method<&IStoreElementList::Sort>(u"Sort", 8, rows::kVexElementsSort).Optional(2));
+    Method<&IStoreElementList::Sort>(u"Sort", 8, rows::kVexElementsSort).Optional(2),
+    Custom<&ReadColumnsByName<CStoreElementListInt>>(u"ReadColumns", 12, CallKind::Method, 1,
+                                                     kStandard));
 constexpr DispatchMap kListMap =
     DispatchMap(u"StoreElementList", kListRows).WithDefault(kDispIdValue);
 
@@ -110,6 +134,11 @@ Result CStoreElementsInt::RemoveReference(IDispatch* element) {
 
 Result CStoreElementsInt::RemoveAllReferences() { return Logic().RemoveAllReferences(); }
 
+Result CStoreElementsInt::ReadColumns(const Variant& properties, Variant* columns) {
+  WString unknown;
+  return ReadElementColumns(Logic(), properties, columns, &unknown);
+}
+
 // --- CStoreElementListInt -----------------------------------------------------------------------
 
 const DispatchMap& CStoreElementListInt::Map() { return kListMap; }
@@ -128,6 +157,11 @@ Result CStoreElementListInt::Item(const Variant& index, IVEXElement** element) {
   Ref<IStoreElement> made;
   HV_RETURN_IF_FAILED(Item(index, made.Put()));
   return made.CopyTo(element);
+}
+
+Result CStoreElementListInt::ReadColumns(const Variant& properties, Variant* columns) {
+  WString unknown;
+  return ReadElementColumns(Logic(), properties, columns, &unknown);
 }
 
 // --- on their way out ---------------------------------------------------------------------------

@@ -42,6 +42,7 @@ class CStoreElementsInt final
   explicit CStoreElementsInt(Ref<IStoreElementsImpl> logic)
       : tReadCollectionInt(std::move(logic)) {}
   static const automation::DispatchMap& Map();
+  [[nodiscard]] IStoreElementsImpl& Elements() const { return Logic(); }
 
   // IStoreElements
   Result Add(const WString& name, IStoreElement** element) override;
@@ -50,6 +51,7 @@ class CStoreElementsInt final
   Result AddReference(IDispatch* element, IStoreElement** member) override;
   Result RemoveReference(IDispatch* element) override;
   Result RemoveAllReferences() override;
+  Result ReadColumns(const Variant& properties, Variant* columns) override;
   // ILogicOf
   easyImpl::IVEXElementsImpl& GetLogic() override { return Logic(); }
 
@@ -66,6 +68,7 @@ class CStoreElementListInt final
   explicit CStoreElementListInt(Ref<IStoreElementListImpl> logic)
       : tReadCollectionInt(std::move(logic)) {}
   static const automation::DispatchMap& Map();
+  [[nodiscard]] IStoreElementsImpl& Elements() const { return Logic(); }
 
   // IVEXElements
   Result Add(IUnknown* instance, IVEXElement** element) override;
@@ -84,6 +87,8 @@ class CStoreElementListInt final
   Result Sort(const Variant& property, const Variant& ascending) override {
     return easyImpl::SortElements(Logic(), property, ascending);
   }
+  // IStoreElementList
+  Result ReadColumns(const Variant& properties, Variant* columns) override;
   // ILogicOf
   easyImpl::IVEXElementsImpl& GetLogic() override { return Logic(); }
 

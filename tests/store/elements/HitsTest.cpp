@@ -71,6 +71,65 @@ TEST_P(Hits, AreSortedAndTakenOut) {
   }
 }
 
+/// The values of a list with "|" between them.
+std::string Listed(const Variant& list) {
+  std::string all;
+  for (const Variant& value : list.AsArray()) {
+    all += (all.empty() ? "" : "|") + (value.Is(VT_ARRAY | VT_VARIANT)
+                                           ? "(" + Listed(value) + ")"
+                                           : test::Answer{S_OK, value, {}}.Shown());
+  }
+  return all;
+}
+
+TEST_P(Hits, GiveColumnsOfAllAtOnce) {
+  const auto column = [this](IDispatch* elements, Variant names) {
+    const auto answer = Get(elements, u"ReadColumns", std::move(names));
+    return answer.value.Is(VT_ARRAY | VT_VARIANT) ? Listed(answer.value) : answer.Shown();
+  };
+  const auto texts = [](std::initializer_list<const char16_t*> names) {
+    std::vector<Variant> all;
+    for (const char16_t* name : names) all.push_back(Variant::Text(name));
+    return Variant::Array(std::move(all));
+  };
+  const auto hits = Wrap(m_results);
+  const std::string names = "Run 1|Run 2|b|A|c|z";
+  EXPECT_EQ(names, column(hits.Get(), Variant::Text(u"name"))) << "whose own name is another one";
+  EXPECT_EQ("(" + names + ")|(4|5|6|7|8|3)", column(hits.Get(), texts({u"name", u"id"})));
+  EXPECT_EQ("", column(hits.Get(), texts({})));
+  EXPECT_EQ("2105 The property \"Nmae\" is invalid. Please edit or remove this property.",
+            column(hits.Get(), texts({u"Name", u"Nmae"})));
+  for (const char16_t* name : {u"Test", u"Channels", u"Picture", u""}) {
+    EXPECT_EQ("2105", column(hits.Get(), Variant::Text(name)).substr(0, 4)) << "no property";
+  }
+  EXPECT_EQ("refused", column(hits.Get(), Variant::I4(0)));
+  ASSERT_EQ(S_OK, m_results->SortByName(false));
+  EXPECT_EQ("Run 2|Run 1|c|b|A|z", column(hits.Get(), Variant::Text(u"name")));
+  // The members of a reference and a plain list, with a property of what they refer to.
+  const auto days = CampaignTest::Wrap(Members(u"Campaign:1", u"children"));
+  EXPECT_EQ(Names(*Members(u"Campaign:1", u"children")),
+            column(days.Get(), Variant::Text(u"Name")));
+  Ref<IStoreElementListImpl> list;
+  ASSERT_EQ(S_OK, MakeStoreElementList(*m_provider, list.Put()));
+  ASSERT_EQ(S_OK, list->Append(Element(u"Run:5").Get()));
+  ASSERT_EQ(S_OK, list->Append(Element(u"Run:6").Get()));
+  const std::string test =
+      Eval(CampaignTest::Wrap(Element(u"Run:5")).Get(), "References('Test').Elements(0).Name")
+          .Shown();
+  EXPECT_EQ(test + "|null", column(CampaignTest::Wrap(list).Get(), Variant::Text(u"Test.Name")));
+  // Every value is what the property itself gives.
+  const auto campaigns = CampaignTest::Wrap(Ref<IStoreElementsImpl>(Roots()));
+  for (const std::string name :
+       {"Title", "Start.Date", "Score", "Count", "Big", "Byte", "Active", "Note"}) {
+    std::string values;
+    for (int i = 0; i < 3; ++i) {
+      const auto item = "Item(" + std::to_string(i) + ").Properties('" + name + "').Value";
+      values += (i == 0 ? "" : "|") + Eval(campaigns.Get(), item).Shown();
+    }
+    EXPECT_EQ(values, column(campaigns.Get(), Variant::Text(cor::FromUtf8(name)))) << name;
+  }
+}
+
 TEST_P(Hits, TellWhetherThereAreMore) {
   EXPECT_EQ("0", Ask("IsIncomplete"));
   ASSERT_EQ(S_OK, m_results->SetTotal(-1));
