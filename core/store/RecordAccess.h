@@ -20,4 +20,9 @@ const Relation& RelationOf(const Model& model, EntityId entity, std::int32_t rel
 /// generation parameters; null if it has none. The record must exist.
 std::unique_ptr<ValueSource> OpenParameters(const RecordStore& store, RecordRef localColumn);
 
+/// Checks what `RecordStore::PutValues` is given, except that each value fits its type.
+/// \param type  of the `count` elements there are
+void CheckPut(const RecordStore& store, RecordRef localColumn, ColumnPart part, OdsType type,
+              std::uint64_t count, std::uint64_t first, const Value& values);
+
 }  // namespace hv::vex::engine

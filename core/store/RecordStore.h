@@ -84,6 +84,9 @@ class ValueSource {
   virtual void Forget() const {}
 };
 
+/// The two long lists of a local column.
+enum class ColumnPart : std::uint8_t { Values, Flags };
+
 /// The lowest and highest value of an attribute, and how many records have one.
 struct Bounds {
   Value lowest, highest;
@@ -157,6 +160,13 @@ class RecordStore {
   /// Replaces all values of a local column, or (`append`) adds to them. Flags are optional.
   virtual void WriteValues(RecordRef localColumn, const Value& values,
                            std::span<const std::int16_t> flags, bool append) = 0;
+  /// Replaces values (or flags) of a local column from `first` on, at a cost that doesn't grow with
+  /// the rest of them. The range lies inside those that `OpenValues` (`OpenFlags`) gives, or begins
+  /// behind their last and then adds to them; else kInvalidArgument. Throws kWrongType as `Write`
+  /// does, and for another type than theirs. Parameters become values of their own by this. Sources
+  /// that were opened before give what was there or what is there now, or fail with kInstanceGone.
+  virtual void PutValues(RecordRef localColumn, ColumnPart part, std::uint64_t first,
+                         const Value& values) = 0;
 
   // --- session -------------------------------------------------------------------------------
   [[nodiscard]] virtual bool IsModified() const = 0;

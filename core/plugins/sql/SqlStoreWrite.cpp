@@ -282,4 +282,32 @@ void SqlStore::WriteValues(RecordRef localColumn, const Value& values,
   change.Done();
 }
 
+void SqlStore::PutValues(RecordRef localColumn, ColumnPart part, std::uint64_t first,
+                         const Value& values) {
+  (void)Place(localColumn.entity);
+  Change change(*this);
+  MustExist(localColumn);
+  const bool isFlags = part == ColumnPart::Flags;
+  const BulkKey key = KeyOf(localColumn, isFlags ? BulkPart::Flags : BulkPart::Values);
+  OdsType type = OdsType::Unknown;
+  std::uint64_t count = CountBulk(*m_connection, key, &type);
+  std::unique_ptr<ValueSource> parameters;
+  if (!isFlags && type == OdsType::Unknown) parameters = OpenParameters(*this, localColumn);
+  if (parameters != nullptr) {
+    type = parameters->Type();
+    count = parameters->Count();
+  }
+  CheckPut(*this, localColumn, part, type, count, first, values);
+  (void)InMemoryValues::FromValue(values);
+  if (parameters != nullptr) CopyBulk(*m_connection, key, *parameters);
+  if (first < count) {
+    OverwriteBulk(*m_connection, key, first, values);
+  } else if (isFlags) {
+    AppendBulk(*m_connection, key, values);
+  } else {
+    WriteValues(localColumn, values, {}, true);
+  }
+  change.Done();
+}
+
 }  // namespace hv::vex::engine::sql
