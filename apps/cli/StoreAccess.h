@@ -37,9 +37,8 @@ class Engine final : private vex::CoreBinding {
 /// all, since values that are read late may add to it.
 void TellRemarks(vex::IStore& store, bool list);
 
-/// "<TAG>...</TAG>" with "&", "<" and ">" of the value escaped.
-WString TagParameter(std::u16string_view tag, std::string_view value);
-inline WString FilenameParameter(std::string_view file) { return TagParameter(u"filename", file); }
+/// The connection parameters that name a file.
+WString FilenameParameter(std::string_view file);
 
 /// Throws Failure if `target` is no name of an exchange file, if writing it would replace something
 /// without being told to, or if it isn't possible at all.
