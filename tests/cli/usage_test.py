@@ -18,7 +18,10 @@ class Usage(unittest.TestCase):
             "no expression": (["query", "a.atfx"], "EXPRESSION is required"),
             "no target": (["export", "a.atfx"], "OUT is required"),
             "too much": (["demo", "a.atfx", "b.atfx"], "storefabric demo"),
-            "format": (["model", "a.atfx", "--format", "yaml"], "yaml"),
+            "format": (["model", "a.atfx", "--format", "yaml"], '"yaml" is none of lines, table'),
+            "number for a format": (["model", "a.atfx", "--format", "2"], '"2" is none of'),
+            "negative": (["tree", "a.atfx", "--depth", "-1"], '"-1" is no whole number'),
+            "too large": (["search", "a.atfx", "Test", "--limit", "99999999999"], "or too large"),
             "entity and all": (["model", "a.atfx", "Test", "--all"], "--all"),
         }
         for name, (arguments, text) in cases.items():
@@ -73,6 +76,11 @@ class Failures(unittest.TestCase):
                     self.assertRegex(err, r"^storefabric: opening [^\n]+\n$")
                     self.assertIn(reason, err)
                     self.assertFalse((folder / "out.atfx").exists())
+
+    def test_a_name_that_is_not_utf8(self):
+        done = subprocess.run([PROGRAM, "model", b"l\xe4rm.atfx"], capture_output=True, timeout=300)
+        self.assertEqual((1, b""), (done.returncode, done.stdout))
+        self.assertIn("l\ufffdrm.atfx\" isn't UTF-8", done.stderr.decode("utf-8"))
 
     def test_remarks_are_counted_or_listed(self):
         odd = folder / "odd.atfx"
