@@ -1,6 +1,7 @@
 // core/store/RecordAccess.h - checks and rules that every kind of storage takes over as they are.
 #pragma once
 
+#include <cstdint>
 #include <initializer_list>
 #include <memory>
 #include <string_view>
@@ -8,6 +9,9 @@
 #include "core/store/RecordStore.h"
 
 namespace hv::vex::engine {
+
+/// The flags of a valid value, which is what one without flags of its own is: all four bits.
+inline constexpr std::int16_t kFlagsOfValid = 15;
 
 /// Throws with a message that begins with the record.
 [[noreturn]] void FailAt(const RecordStore& store, RecordRef record, std::int32_t code,

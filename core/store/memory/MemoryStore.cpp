@@ -11,8 +11,6 @@
 namespace hv::vex::engine {
 namespace {
 
-constexpr std::int16_t kValidFlag = 15;
-
 /// The two directions of a relation between two tables.
 struct Link2 {
   LinkColumn& forward;
@@ -290,8 +288,8 @@ void MemoryStore::WriteValues(RecordRef localColumn, const Value& values,
     if (!flags.empty() || hadFlags) {
       Value added{OdsType::Short, true, Value::Integers(flags.begin(), flags.end())};
       auto& all = std::get<Value::Integers>(added.data);
-      all.resize(values.Count(), kValidFlag);
-      all.insert(all.begin(), static_cast<std::size_t>(old), kValidFlag);
+      all.resize(values.Count(), kFlagsOfValid);
+      all.insert(all.begin(), static_cast<std::size_t>(old), kFlagsOfValid);
       Extend(column.flags, added);
     }
   }
