@@ -63,10 +63,17 @@ Ref<vex::IStore> Engine::OpenWith(const std::string& store, const WString& more,
                                   vex::IProgress* progress) {
   return Explained("opening " + store, [&] {
     const WString plugin = PluginForFile(*m_environment, store);
-    if (plugin.empty()) {
-      return Ref<vex::IStore>::Adopt(m_environment->OpenStore(cor::FromUtf8(store), 0));
-    }
     std::error_code unused;
+    if (plugin.empty()) {
+      try {
+        return Ref<vex::IStore>::Adopt(m_environment->OpenStore(cor::FromUtf8(store), 0));
+      } catch (vex::Exception& exception) {
+        if (std::filesystem::exists(store, unused)) {
+          exception.message += u"; names of files end in .atfx or .sqlite";
+        }
+        throw;
+      }
+    }
     if (!std::filesystem::exists(store, unused)) {
       throw Failure("opening " + store + ": there is no such file");
     }

@@ -51,6 +51,7 @@ auto Explained(const std::string& what, Body&& body) -> decltype(body());
 }  // namespace hv::cli
 
 #include "apps/cli/Failure.h"
+#include "apps/cli/Interruption.h"
 
 template <class Body>
 auto hv::cli::Explained(const std::string& what, Body&& body) -> decltype(body()) {
@@ -58,6 +59,8 @@ auto hv::cli::Explained(const std::string& what, Body&& body) -> decltype(body()
     return body();
   } catch (const vex::Exception& exception) {
     std::string reason = cor::ToUtf8(exception.message);
+    // Which step heard of it first is nobody's concern.
+    if (Interruption::Caught() != 0) reason = "stopped";
     if (reason.empty()) reason = "the engine failed with code " + std::to_string(exception.code);
     throw Failure(what + ": " + reason);
   }

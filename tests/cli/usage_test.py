@@ -50,6 +50,7 @@ class Failures(unittest.TestCase):
             "root.atfx": b"<?xml version='1.0'?>\n\n<html/>",
             "nomodel.atfx": b"<atfx_file/>",
             "cut.ATFX": text[:5000].encode(),
+            "renamed.xml": text.encode(),
             "badnumber.atfx": text.replace("<Factor>1000</Factor>", "<Factor>many</Factor>").encode(),
         }
         (folder / "folder.atfx").mkdir()
@@ -58,6 +59,7 @@ class Failures(unittest.TestCase):
         cases = {
             "none.atfx": "no such file",
             "nowhere": 'no configured store "nowhere"',
+            "renamed.xml": 'no configured store "renamed.xml"; names of files end in',
             "folder.atfx": "not a regular file",
             "empty.atfx": "empty.atfx:1: ",
             "plain.atfx": "plain.atfx:1: ",
@@ -70,8 +72,8 @@ class Failures(unittest.TestCase):
             for name, reason in cases.items():
                 with self.subTest(verb=verb, store=name):
                     rest = {"model": [], "query": [os.devnull], "export": [folder / "out.atfx"]}
-                    store = folder / name if "." in name else name
-                    code, out, err = run(*verb, store, *rest[verb[0]])
+                    store = folder / name if name.lower().endswith(".atfx") else name
+                    code, out, err = run(*verb, store, *rest[verb[0]], cwd=folder)
                     self.assertEqual((1, ""), (code, out))
                     self.assertRegex(err, r"^storefabric: opening [^\n]+\n$")
                     self.assertIn(reason, err)
