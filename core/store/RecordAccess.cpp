@@ -25,6 +25,10 @@ void FailAt(const RecordStore& store, RecordRef record, std::int32_t code,
   Fail(code, {store.GetModel()->At(record.entity).name, u":", DecimalText(record.id), u": ", text});
 }
 
+void FailModelChanged() {
+  Fail(errc::kNotSupported, {u"the store's data model has changed: it must be opened anew"});
+}
+
 const Attribute& AttributeOf(const Model& model, EntityId entity, std::int32_t attribute) {
   const auto& attributes = model.At(entity).attributes;
   if (attribute < 0 || static_cast<std::size_t>(attribute) >= attributes.size()) {

@@ -16,6 +16,8 @@ inline constexpr std::int16_t kFlagsOfValid = 15;
 /// Throws with a message that begins with the record.
 [[noreturn]] void FailAt(const RecordStore& store, RecordRef record, std::int32_t code,
                          std::initializer_list<std::u16string_view> parts);
+/// For a store whose model was read again and has other entities or attributes in the places known.
+[[noreturn]] void FailModelChanged();
 /// Throw kUnknownName if the index isn't one of the entity's members.
 const Attribute& AttributeOf(const Model& model, EntityId entity, std::int32_t attribute);
 const Relation& RelationOf(const Model& model, EntityId entity, std::int32_t relation);

@@ -174,7 +174,10 @@ class RecordStore {
   virtual void Save(std::u16string_view mode) = 0;
   /// Drops all changes since the last save.
   virtual void Discard() = 0;
-  /// Looks again at what others may have changed.
+  /// Looks again at what others may have changed, unless there is unsaved work. The model may have
+  /// grown by that, and `ModelStamp` with it; all ids and indexes stay good. If it has changed in
+  /// another way: kNotSupported, and the store stays as it was. The same goes for `Save` and
+  /// `Discard` where they read a file again.
   virtual void Refresh() = 0;
   /// Grows with every change of the model.
   [[nodiscard]] virtual std::uint64_t ModelStamp() const { return 1; }

@@ -153,6 +153,8 @@ class Connection {
   virtual void Begin() = 0;
   virtual void Commit() = 0;
   virtual void Rollback() = 0;
+  /// A number that is another one as soon as another connection has changed the database.
+  [[nodiscard]] virtual std::int64_t ChangesOfOthers() = 0;
   /// False also after a failure for which the database gave up all changes by itself.
   [[nodiscard]] virtual bool IsInTransaction() const = 0;
   /// Asks again and again while a statement runs whether it may go on; one that may not fails with

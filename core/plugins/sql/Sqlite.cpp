@@ -262,6 +262,10 @@ class SqliteConnection final : public Connection {
   void Rollback() override {
     if (IsInTransaction()) Execute("ROLLBACK");
   }
+  std::int64_t ChangesOfOthers() override {
+    Run run(*this, "PRAGMA data_version");
+    return run->Step() ? run->Integer(0) : 0;
+  }
   bool IsInTransaction() const override { return sqlite3_get_autocommit(m_source.database) == 0; }
   void AskMeanwhile(std::function<bool()> mayGoOn) override {
     constexpr int kSteps = 4000;  // of the database's machine, well below a millisecond

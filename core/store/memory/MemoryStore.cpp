@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include "core/model/ModelChange.h"
+#include "core/store/RecordAccess.h"
 #include "core/store/memory/Failure.h"
 #include "core/store/memory/MemoryStoreAccess.h"
 #include "core/store/memory/MemoryTable.h"
@@ -36,40 +38,6 @@ struct Link2 {
     if (!backward.IsToMany() && !backward.Of(to).empty()) Remove(backward.Of(to).front(), to);
   }
 };
-
-/// True if records of one model can be read with the other: same names, types and directions in the
-/// same order.
-bool HasSameShape(const Model& a, const Model& b) {
-  const auto sameAttribute = [](const Attribute& x, const Attribute& y) {
-    return x.name == y.name && x.baseName == y.baseName && x.type == y.type &&
-           x.sequence == y.sequence && x.obligatory == y.obligatory && x.unique == y.unique &&
-           x.autogenerate == y.autogenerate && x.length == y.length &&
-           x.enumeration == y.enumeration && x.unit == y.unit;
-  };
-  const auto sameRelation = [](const Relation& x, const Relation& y) {
-    return x.name == y.name && x.baseName == y.baseName && x.target == y.target &&
-           x.minOccurs == y.minOccurs && x.maxOccurs == y.maxOccurs && x.inverse == y.inverse &&
-           x.inverseName == y.inverseName && x.relationship == y.relationship;
-  };
-  const auto sameEntity = [&](const Entity& x, const Entity& y) {
-    return x.name == y.name && x.isBase == y.isBase && x.super == y.super &&
-           std::equal(x.attributes.begin(), x.attributes.end(), y.attributes.begin(),
-                      y.attributes.end(), sameAttribute) &&
-           std::equal(x.relations.begin(), x.relations.end(), y.relations.begin(),
-                      y.relations.end(), sameRelation);
-  };
-  const auto sameEnumeration = [](const Enumeration& x, const Enumeration& y) {
-    return x.name == y.name && std::equal(x.items.begin(), x.items.end(), y.items.begin(),
-                                          y.items.end(), [](const EnumItem& i, const EnumItem& j) {
-                                            return i.name == j.name && i.value == j.value;
-                                          });
-  };
-  return a.BaseModelVersion() == b.BaseModelVersion() &&
-         std::equal(a.Entities().begin(), a.Entities().end(), b.Entities().begin(),
-                    b.Entities().end(), sameEntity) &&
-         std::equal(a.Enumerations().begin(), a.Enumerations().end(), b.Enumerations().begin(),
-                    b.Enumerations().end(), sameEnumeration);
-}
 
 std::uint64_t CountOfValues(const LongValues& values) {
   const std::unique_ptr<ValueSource> source = values.Open();
@@ -350,7 +318,9 @@ void MemoryStore::Refresh() {
 }
 
 void MemoryStore::TakeOver(MemoryStore& other) {
-  if (!HasSameShape(*m_model, *other.m_model)) {
+  const ModelChange change = CompareModels(*m_model, *other.m_model);
+  if (change == ModelChange::Other) FailModelChanged();
+  if (change == ModelChange::Grown) {
     m_model = other.m_model;
     ++m_modelStamp;
   }
