@@ -15,7 +15,7 @@ namespace {
 void CheckDatabase(const ImportOptions& options) {
   std::error_code error;
   const std::filesystem::path path(options.target);
-  if (path.extension() != ".sqlite") {
+  if (cor::FromUtf8(path.extension().string()) != u".sqlite") {
     throw Failure("writing " + options.target + ": the name of a database ends in .sqlite");
   }
   if (std::filesystem::is_directory(path, error)) {

@@ -52,13 +52,6 @@ std::string JsonText(std::string_view text) {
   return quoted + "\"";
 }
 
-/// Tabs and line ends would break a row in two; people see a blank.
-std::string OneLine(std::string text) {
-  std::replace_if(
-      text.begin(), text.end(), [](char c) { return c == '\t' || c == '\n' || c == '\r'; }, ' ');
-  return text;
-}
-
 /// Numbers as JSON writes them. Others, such as "nan", are texts there.
 bool IsJsonNumber(std::string_view text) {
   const auto skipDigits = [&] {

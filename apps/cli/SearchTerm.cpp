@@ -36,7 +36,7 @@ SearchTerm ParseSearchTerm(std::string_view text) {
   const std::string where = "the condition \"" + std::string(text) + "\": ";
   const std::size_t begin = text.find_first_of("<>=!#");
   if (begin == text.npos) {
-    throw Failure(where + "there is no operator; = <> < <= > >= # are");
+    throw Failure(where + "there is no operator; there are = <> < <= > >= #");
   }
   SearchTerm term;
   term.path = Trimmed(text.substr(0, begin));
@@ -46,7 +46,13 @@ SearchTerm ParseSearchTerm(std::string_view text) {
                                       [&](std::string_view o) { return rest.starts_with(o); });
   if (op == std::end(kOperators)) throw Failure(where + "\"!\" alone is no operator");
   term.op = *op == "!=" ? "<>" : *op;
-  term.value = Trimmed(rest.substr(op->size()));
+  const std::string_view behind = rest.substr(op->size());
+  if (!behind.empty() && std::string_view("=<>!").find(behind.front()) != behind.npos) {
+    throw Failure(where + "there is no operator \"" + std::string(*op) + behind.front() +
+                  "\"; there are = <> < <= > >= #");
+  }
+  term.value = Trimmed(behind);
+  if (term.value.empty()) throw Failure(where + "there is no value behind the operator");
   return term;
 }
 

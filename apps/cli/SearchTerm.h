@@ -12,9 +12,9 @@ namespace hv::cli {
 /// "Entity.Property OP value" in its parts, without blanks around them. Throws Failure with what is
 /// missing.
 struct SearchTerm {
-  std::string path;   ///< "Entity.Property", or "Property" of what is searched for
-  std::string op;     ///< =, <>, <, <=, > or >=; # for a range relative to today ("#LastSevenDays")
-  std::string value;  ///< may be empty
+  std::string path;  ///< "Entity.Property", or "Property" of what is searched for
+  std::string op;    ///< =, <>, <, <=, > or >=; # for a range relative to today ("#LastSevenDays")
+  std::string value;
 };
 SearchTerm ParseSearchTerm(std::string_view text);
 

@@ -1,5 +1,7 @@
 #include <algorithm>
+#include <cstddef>
 #include <string>
+#include <string_view>
 
 #include "apps/cli/Commands.h"
 #include "apps/cli/RowWriter.h"
@@ -18,6 +20,7 @@ namespace {
 /// How many values of a list, and members of a reference, people see.
 constexpr std::uint64_t kValuesShown = 6;
 constexpr std::uint64_t kMembersShown = 3;
+constexpr std::size_t kBytesShown = 16;
 
 /// Writes a row for each property and each reference of an element.
 class ElementWriter final {
@@ -31,6 +34,7 @@ class ElementWriter final {
 
   void Write() {
     WriteProperties();
+    WriteColumn();
     WriteReferences();
     m_writer.End();
   }
@@ -57,6 +61,25 @@ class ElementWriter final {
     Check(property.GetName(&name), m_session.Reading());
     WString base;
     if (Failed(property.GetBaseName(&base))) base.clear();
+    WriteValues(name, base);
+  }
+
+  /// The values and flags of a column, which are no properties.
+  void WriteColumn() {
+    Explained(m_session.Reading(), [&] {
+      const auto model = Ref<IModel>::Adopt(m_session.Store().GetModel());
+      const auto entity = Ref<IEntity>::Adopt(model->GetEntityOf(&m_instance));
+      for (const char16_t* const base : {u"values", u"flags"}) {
+        const auto attribute = Ref<IAttribute>::Adopt(entity->GetAttribute(base));
+        if (!attribute) continue;
+        WString name;
+        attribute->GetName(name);
+        WriteValues(name, base);
+      }
+    });
+  }
+
+  void WriteValues(const WString& name, const WString& base) {
     Explained(m_session.Reading(), [&] {
       const auto values = Ref<IAttribute>::Adopt(m_instance.GetAttributeValue(name));
       if (!values) return;
@@ -64,12 +87,28 @@ class ElementWriter final {
       const std::uint64_t count = values->GetCount();
       m_writer.Row({cor::ToUtf8(name), cor::ToUtf8(base), TypeName(type), std::to_string(count),
                     Joined(count, kValuesShown, "; ", [&](std::uint64_t i) {
+                      if (type == kByteStringType || type == kBlobType) return Hex(*values, i);
                       WString text;
                       values->GetText(i, text);
                       std::string cell = cor::ToUtf8(text);
                       return m_isTable && type == kDateType ? ReadableDate(cell) : cell;
                     })});
     });
+  }
+
+  /// Bytes in hexadecimal digits; for people the first ones.
+  std::string Hex(IAttribute& values, std::uint64_t index) const {
+    std::size_t size = 0;
+    const std::byte* const bytes = values.GetBytes(index, &size);
+    const std::size_t shown = m_isTable ? std::min(size, kBytesShown) : size;
+    constexpr std::string_view kDigits = "0123456789abcdef";
+    std::string digits;
+    for (std::size_t i = 0; i < shown; ++i) {
+      const auto byte = std::to_integer<unsigned>(bytes[i]);
+      digits += kDigits[byte >> 4];
+      digits += kDigits[byte & 15];
+    }
+    return digits + (shown < size ? "..." : "");
   }
 
   void WriteReferences() {

@@ -5,6 +5,7 @@
 
 #include "apps/cli/Failure.h"
 #include "store/core/CoreLibrary.h"
+#include "xml/ConnectParams.h"
 
 namespace hv::cli {
 namespace {
@@ -53,17 +54,26 @@ Ref<vex::IStore> Engine::Open(const std::string& store, vex::IProgress* progress
 
 Ref<vex::IStore> Engine::OpenToCopy(const std::string& store, std::string_view folder,
                                     vex::IProgress& progress) {
-  return OpenWith(store, TagParameter(u"spool", folder), &progress);
+  xml::ConnectParams spool;
+  xml::AppendTextTag(spool, u"spool", cor::FromUtf8(folder));
+  return OpenWith(store, spool, &progress);
 }
 
 Ref<vex::IStore> Engine::OpenWith(const std::string& store, const WString& more,
                                   vex::IProgress* progress) {
   return Explained("opening " + store, [&] {
     const WString plugin = PluginForFile(*m_environment, store);
-    if (plugin.empty()) {
-      return Ref<vex::IStore>::Adopt(m_environment->OpenStore(cor::FromUtf8(store), 0));
-    }
     std::error_code unused;
+    if (plugin.empty()) {
+      try {
+        return Ref<vex::IStore>::Adopt(m_environment->OpenStore(cor::FromUtf8(store), 0));
+      } catch (vex::Exception& exception) {
+        if (std::filesystem::exists(store, unused)) {
+          exception.message += u"; names of files end in .atfx or .sqlite";
+        }
+        throw;
+      }
+    }
     if (!std::filesystem::exists(store, unused)) {
       throw Failure("opening " + store + ": there is no such file");
     }
@@ -93,19 +103,10 @@ void TellRemarks(vex::IStore& store, bool list) {
   });
 }
 
-WString TagParameter(std::u16string_view tag, std::string_view value) {
-  WString escaped = cor::FromUtf8(value);
-  escaped.ReplaceAll(u"&", u"&amp;");
-  escaped.ReplaceAll(u"<", u"&lt;");
-  escaped.ReplaceAll(u">", u"&gt;");
-  WString parameter(u"<");
-  parameter += tag;
-  parameter += u">";
-  parameter += escaped;
-  parameter += u"</";
-  parameter += tag;
-  parameter += u">";
-  return parameter;
+WString FilenameParameter(std::string_view file) {
+  xml::ConnectParams parameters;
+  xml::AppendFilenameTag(parameters, cor::FromUtf8(file));
+  return parameters;
 }
 
 void CheckTarget(const std::string& target, bool force) {

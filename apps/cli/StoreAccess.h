@@ -37,9 +37,8 @@ class Engine final : private vex::CoreBinding {
 /// all, since values that are read late may add to it.
 void TellRemarks(vex::IStore& store, bool list);
 
-/// "<TAG>...</TAG>" with "&", "<" and ">" of the value escaped.
-WString TagParameter(std::u16string_view tag, std::string_view value);
-inline WString FilenameParameter(std::string_view file) { return TagParameter(u"filename", file); }
+/// The connection parameters that name a file.
+WString FilenameParameter(std::string_view file);
 
 /// Throws Failure if `target` is no name of an exchange file, if writing it would replace something
 /// without being told to, or if it isn't possible at all.
@@ -52,6 +51,7 @@ auto Explained(const std::string& what, Body&& body) -> decltype(body());
 }  // namespace hv::cli
 
 #include "apps/cli/Failure.h"
+#include "apps/cli/Interruption.h"
 
 template <class Body>
 auto hv::cli::Explained(const std::string& what, Body&& body) -> decltype(body()) {
@@ -59,6 +59,8 @@ auto hv::cli::Explained(const std::string& what, Body&& body) -> decltype(body()
     return body();
   } catch (const vex::Exception& exception) {
     std::string reason = cor::ToUtf8(exception.message);
+    // Which step heard of it first is nobody's concern.
+    if (Interruption::Caught() != 0) reason = "stopped";
     if (reason.empty()) reason = "the engine failed with code " + std::to_string(exception.code);
     throw Failure(what + ": " + reason);
   }

@@ -3,6 +3,7 @@
 #include <unicode/uchar.h>
 #include <unicode/utf8.h>
 
+#include <algorithm>
 #include <cstdio>
 
 #include <unistd.h>
@@ -25,6 +26,12 @@ std::size_t DisplayWidth(std::string_view text) {
     width += eastAsian == U_EA_WIDE || eastAsian == U_EA_FULLWIDTH ? 2 : 1;
   }
   return width;
+}
+
+std::string OneLine(std::string text) {
+  std::replace_if(
+      text.begin(), text.end(), [](char c) { return (c >= 0 && c < ' ') || c == '\x7F'; }, ' ');
+  return text;
 }
 
 ProgressBar::ProgressBar(std::string label)

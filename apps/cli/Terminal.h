@@ -14,6 +14,9 @@ namespace hv::cli {
 /// How many columns a UTF-8 text takes on a terminal: wide characters two, combining ones none.
 std::size_t DisplayWidth(std::string_view text);
 
+/// The text with blanks for tabs, line ends and whatever else a terminal would obey.
+std::string OneLine(std::string text);
+
 /// A bar on standard error, redrawn at most ten times a second; silent if that is no terminal. As
 /// the watcher of an engine's operation it also stops that when the program was told to end.
 class ProgressBar final : public vex::IProgress {

@@ -8,6 +8,8 @@ namespace hv::cli {
 
 inline constexpr std::int32_t kDateType = 30;
 inline constexpr std::int32_t kReferenceType = 40;
+inline constexpr std::int32_t kByteStringType = 101;
+inline constexpr std::int32_t kBlobType = 102;
 
 /// The name of a type code: "short", "string" ...; the number of an unknown one.
 std::string TypeName(std::int32_t code);

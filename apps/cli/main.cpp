@@ -1,4 +1,6 @@
 // apps/cli/main.cpp - the command-line program: reads its arguments, runs a verb, tells failures.
+#include <algorithm>
+#include <charconv>
 #include <csignal>
 #include <cstdio>
 #include <exception>
@@ -11,6 +13,8 @@
 #include "apps/cli/Commands.h"
 #include "apps/cli/Failure.h"
 #include "apps/cli/Interruption.h"
+#include "apps/cli/Terminal.h"
+#include "storefabric/WString.h"
 
 namespace {
 
@@ -21,6 +25,30 @@ const std::map<std::string, hv::cli::Format> kFormats = {{"lines", hv::cli::Form
                                                          {"table", hv::cli::Format::Table},
                                                          {"csv", hv::cli::Format::Csv},
                                                          {"json", hv::cli::Format::Json}};
+
+// The parser's own checks tell their numbers and ranges; these tell what an option takes.
+
+std::string ReadFormat(std::string& text) {
+  const auto format = kFormats.find(CLI::detail::to_lower(text));
+  if (format == kFormats.end()) return "\"" + text + "\" is none of lines, table, csv and json";
+  text = std::to_string(static_cast<int>(format->second));
+  return {};
+}
+
+std::string CheckCount(std::string& text) {
+  int count = 0;
+  const char* const end = text.data() + text.size();
+  const auto [rest, error] = std::from_chars(text.data(), end, count);
+  if (error == std::errc() && rest == end && count >= 0) return {};
+  return "\"" + text + "\" is no whole number, or too large";
+}
+
+std::string Trim(std::string& text) {
+  CLI::detail::trim(text);
+  return {};
+}
+
+bool IsUtf8(const std::string& text) { return hv::cor::ToUtf8(hv::cor::FromUtf8(text)) == text; }
 
 template <class Options>
 void AddCommon(CLI::App& command, Options& options) {
@@ -33,8 +61,22 @@ void AddCommon(CLI::App& command, Options& options) {
 
 template <class Options>
 void AddFormat(CLI::App& command, Options& options) {
-  command.add_option("--format", options.format, "lines, table, csv or json")
-      ->transform(CLI::CheckedTransformer(kFormats, CLI::ignore_case).description(""));
+  const auto standard = std::find_if(kFormats.begin(), kFormats.end(), [&](const auto& format) {
+    return format.second == options.format;
+  });
+  command
+      .add_option("--format", options.format, "lines, table, csv or json (" + standard->first + ")")
+      ->type_name("FORM")
+      ->transform(CLI::Validator(ReadFormat, ""));
+}
+
+template <class Options>
+void AddColumns(CLI::App& command, Options& options) {
+  command
+      .add_option("--columns", options.columns,
+                  "More columns: attributes or paths, joined by commas")
+      ->delimiter(',')
+      ->transform(CLI::Validator(Trim, ""));
 }
 
 /// The verbs with their options, which outlive the parsing; a verb only notes that it was chosen,
@@ -76,10 +118,7 @@ void AddVerbs(CLI::App& app, Arguments& arguments) {
   command
       ->add_option("EXPRESSION", arguments.query.expressionFile, "An XML file; - is standard input")
       ->required();
-  command
-      ->add_option("--columns", arguments.query.columns,
-                   "More columns: attributes or paths, joined by commas")
-      ->delimiter(',');
+  AddColumns(*command, arguments.query);
   AddFormat(*command, arguments.query);
 
   command = add("search", "Elements of a type that meet conditions", arguments.search,
@@ -94,12 +133,9 @@ void AddVerbs(CLI::App& app, Arguments& arguments) {
       ->allow_extra_args(false);
   command->add_option("--logic", arguments.search.logic,
                       "How they are joined: \"(C1 AND C2) OR C3\" (all with AND)");
-  command
-      ->add_option("--columns", arguments.search.columns,
-                   "More columns: attributes or paths, joined by commas")
-      ->delimiter(',');
+  AddColumns(*command, arguments.search);
   command->add_option("--limit", arguments.search.limit, "Most hits to show (200); 0 for all")
-      ->check(CLI::NonNegativeNumber);
+      ->check(CLI::Validator(CheckCount, ""));
   AddFormat(*command, arguments.search);
 
   command = add("tree", "The browse path from the top, or below an element", arguments.tree,
@@ -107,7 +143,7 @@ void AddVerbs(CLI::App& app, Arguments& arguments) {
   AddCommon(*command, arguments.tree);
   command->add_option("KEY", arguments.tree.key, "The element's key, as other verbs print it");
   command->add_option("--depth", arguments.tree.depth, "How many levels (1); 0 for all")
-      ->check(CLI::NonNegativeNumber);
+      ->check(CLI::Validator(CheckCount, ""));
   AddFormat(*command, arguments.tree);
 
   command =
@@ -165,6 +201,12 @@ int Run(int argc, char** argv) {
     const int code = app.exit(error);  // help and version are no failures
     return code == 0 ? 0 : kWrongUsage;
   }
+  for (int i = 1; i < argc; ++i) {
+    if (!IsUtf8(argv[i])) {
+      throw hv::cli::Failure("the argument \"" + hv::cor::ToUtf8(hv::cor::FromUtf8(argv[i])) +
+                             "\" isn't UTF-8");
+    }
+  }
   arguments.verb();
   if (std::fflush(stdout) != 0 || std::ferror(stdout)) {
     throw hv::cli::Failure("writing the result: the output is full or gone");
@@ -184,7 +226,7 @@ int main(int argc, char** argv) {
     return Run(argc, argv);
   } catch (const std::exception& error) {
     std::fflush(stdout);
-    std::fprintf(stderr, "storefabric: %s\n", error.what());
+    std::fprintf(stderr, "storefabric: %s\n", hv::cli::OneLine(error.what()).c_str());
     if (hv::cli::Interruption::Caught() != 0) hv::cli::Interruption::EndByIt();
     return kFailed;
   }

@@ -210,21 +210,34 @@ ColumnAttribute::ColumnAttribute(std::u16string name, OdsType typeIfEmpty, bool 
       m_typeIfEmpty(typeIfEmpty),
       m_isTypeFree(isTypeFree),
       m_open(std::move(open)),
-      m_write(std::move(write)) {
-  Reopen();
+      m_write(std::move(write)),
+      m_type(typeIfEmpty) {
+  Open();
 }
 
-void ColumnAttribute::Reopen() {
+void ColumnAttribute::Open() {
   m_source = m_open();
+  m_isOpen = true;
+  m_count = m_source ? m_source->Count() : 0;
+  m_type = m_source ? m_source->Type() : m_typeIfEmpty;
+}
+
+void ColumnAttribute::Close() {
+  m_source.reset();
+  m_isOpen = false;
   m_dataBuffer.clear();
   m_textBuffer.clear();
 }
 
-std::uint64_t ColumnAttribute::GetCount() { return m_source ? m_source->Count() : 0; }
-void ColumnAttribute::GetName(WString& name) { name = std::u16string_view(m_name); }
-std::int32_t ColumnAttribute::GetDataType() {
-  return SeamTypeOf(m_source ? m_source->Type() : m_typeIfEmpty);
+const ValueSource& ColumnAttribute::Source() {
+  if (!m_isOpen) Open();
+  if (!m_source) throw Exception(errc::kInstanceGone, u"the values were deleted");
+  return *m_source;
 }
+
+std::uint64_t ColumnAttribute::GetCount() { return m_count; }
+void ColumnAttribute::GetName(WString& name) { name = std::u16string_view(m_name); }
+std::int32_t ColumnAttribute::GetDataType() { return SeamTypeOf(m_type); }
 
 void ColumnAttribute::GetStringValue(WString& value) {
   value.clear();
@@ -232,40 +245,39 @@ void ColumnAttribute::GetStringValue(WString& value) {
 }
 
 void ColumnAttribute::CheckRange(std::uint64_t first, std::uint64_t count) const {
-  const std::uint64_t all = m_source ? m_source->Count() : 0;
-  if (first > all || count > all - first) {
+  if (first > m_count || count > m_count - first) {
     throw Exception(errc::kInvalidArgument, u"value index out of range");
   }
 }
 
-Value ColumnAttribute::Load(std::uint64_t first, std::uint64_t count) const {
+Value ColumnAttribute::Load(std::uint64_t first, std::uint64_t count) {
   CheckRange(first, count);
-  Value value = Value::Unset(m_source->Type(), true);
+  const ValueSource& source = Source();
+  Value value = Value::Unset(source.Type(), true);
   switch (StorageKindOf(value.type)) {
     case StorageKind::Integer: {
       Value::Integers integers(count);
-      m_source->ReadIntegers(first, integers);
+      source.ReadIntegers(first, integers);
       value.data = std::move(integers);
       break;
     }
     case StorageKind::Real: {
       Value::Reals reals(count * PartsOf(value.type));
-      m_source->ReadReals(first, reals);
+      source.ReadReals(first, reals);
       value.data = std::move(reals);
       break;
     }
     case StorageKind::Text: {
       Value::Texts texts;
       texts.reserve(count);
-      m_source->ReadTexts(first, count,
-                          [&](std::u16string_view text) { texts.emplace_back(text); });
+      source.ReadTexts(first, count, [&](std::u16string_view text) { texts.emplace_back(text); });
       value.data = std::move(texts);
       break;
     }
     case StorageKind::Bytes: {
       Value::ByteStrings strings;
       strings.reserve(count);
-      m_source->ReadBytes(first, count, [&](std::span<const std::byte> bytes) {
+      source.ReadBytes(first, count, [&](std::span<const std::byte> bytes) {
         strings.emplace_back(bytes.begin(), bytes.end());
       });
       value.data = std::move(strings);
@@ -280,9 +292,9 @@ const void* ColumnAttribute::GetData() {
     if (GetCount() == 0) return nullptr;
     if (m_dataBuffer.empty() && m_textBuffer.empty()) {
       // The layout in the file serves as it stands where it has the width that GetData promises.
-      const auto raw = m_source->Contiguous();
-      if (!raw.empty() && m_source->Type() != OdsType::Boolean) return raw.data();
-      return PackValue(Load(0, m_source->Count()), m_dataBuffer, m_textBuffer);
+      const auto raw = Source().Contiguous();
+      if (!raw.empty() && m_type != OdsType::Boolean) return raw.data();
+      return PackValue(Load(0, m_count), m_dataBuffer, m_textBuffer);
     }
     return m_textBuffer.empty() ? static_cast<const void*>(m_dataBuffer.data())
                                 : static_cast<const void*>(m_textBuffer.data());
@@ -315,81 +327,79 @@ const std::byte* ColumnAttribute::GetBytes(std::uint64_t index, std::size_t* siz
 void ColumnAttribute::ReadReals(std::uint64_t first, std::uint64_t count, double* out) {
   Seam([&] {
     CheckRange(first, count);
-    if (count > 0) m_source->ReadReals(first, {out, count * PartsOf(m_source->Type())});
+    if (count > 0) Source().ReadReals(first, {out, count * PartsOf(m_type)});
   });
 }
 void ColumnAttribute::ReadIntegers(std::uint64_t first, std::uint64_t count, std::int64_t* out) {
   Seam([&] {
     CheckRange(first, count);
-    if (count > 0) m_source->ReadIntegers(first, {out, count});
+    if (count > 0) Source().ReadIntegers(first, {out, count});
   });
 }
 
+void ColumnAttribute::CheckWritable() const {
+  if (!m_write.put) throw Exception(errc::kWriteProtected, u"the values can't be changed");
+}
+
+void ColumnAttribute::ReplaceAll(const Value& values) {
+  Close();
+  m_write.replaceAll(values);
+  Open();
+}
+
 template <class Change>
-void ColumnAttribute::Rewrite(std::uint64_t index, Change&& change) {
+void ColumnAttribute::Put(std::uint64_t index, Change&& change) {
   Seam([&] {
-    if (!m_write) throw Exception(errc::kWriteProtected, u"the values can't be changed");
-    const std::uint64_t count = GetCount();
-    if (index > count) throw Exception(errc::kInvalidArgument, u"value index out of range");
-    if (index == count) {  // behind the last: only the new value is handed on
-      Value added = Value::Unset(m_source ? m_source->Type() : m_typeIfEmpty, true);
-      change(added, 0);
-      m_write(added, true);
-    } else {
-      Value all = Load(0, count);
-      change(all, index);
-      m_write(all, false);
-    }
-    Reopen();
+    CheckWritable();
+    if (index > m_count) throw Exception(errc::kInvalidArgument, u"value index out of range");
+    Value one = Value::Unset(m_type, true);
+    change(one);
+    Close();
+    m_write.put(index, one);
+    if (index == m_count) ++m_count;
   });
 }
 
 void ColumnAttribute::Clear() {
   Seam([&] {
-    if (!m_write) throw Exception(errc::kWriteProtected, u"the values can't be changed");
-    m_write(Value::Unset(m_source ? m_source->Type() : m_typeIfEmpty, true), false);
-    Reopen();
+    CheckWritable();
+    ReplaceAll(Value::Unset(m_type, true));
   });
 }
 void ColumnAttribute::SetCount(std::uint64_t count) {
   Seam([&] {
-    if (!m_write) throw Exception(errc::kWriteProtected, u"the values can't be changed");
-    const std::uint64_t old = GetCount();
-    Value all = old > 0 ? Load(0, std::min(old, count)) : Value::Unset(m_typeIfEmpty, true);
+    CheckWritable();
+    Value all = m_count > 0 ? Load(0, std::min(m_count, count)) : Value::Unset(m_type, true);
     ResizeValue(all, count);
-    m_write(all, false);
-    Reopen();
+    ReplaceAll(all);
   });
 }
 void ColumnAttribute::SetInteger(std::uint64_t index, std::int64_t element) {
-  Rewrite(index, [&](Value& value, std::uint64_t at) { SetElementInteger(value, at, element); });
+  Put(index, [&](Value& value) { SetElementInteger(value, 0, element); });
 }
 void ColumnAttribute::SetReal(std::uint64_t index, double element) {
-  Rewrite(index, [&](Value& value, std::uint64_t at) { SetElementReal(value, at, element); });
+  Put(index, [&](Value& value) { SetElementReal(value, 0, element); });
 }
 void ColumnAttribute::SetText(std::uint64_t index, std::u16string_view element) {
-  Rewrite(index,
-          [&](Value& value, std::uint64_t at) { SetElementText(value, at, element, nullptr); });
+  Put(index, [&](Value& value) { SetElementText(value, 0, element, nullptr); });
 }
 void ColumnAttribute::SetBytes(std::uint64_t index, const std::byte* bytes, std::size_t size) {
-  Rewrite(index, [&](Value& value, std::uint64_t at) { SetElementBytes(value, at, bytes, size); });
+  Put(index, [&](Value& value) { SetElementBytes(value, 0, bytes, size); });
 }
 void ColumnAttribute::SetReals(std::uint64_t count, const double* values) {
   Seam([&] {
-    if (!m_write) throw Exception(errc::kWriteProtected, u"the values can't be changed");
-    Value all = Value::Unset(m_source ? m_source->Type() : m_typeIfEmpty, true);
+    CheckWritable();
+    Value all = Value::Unset(m_type, true);
     SetAll(all, count, values);
-    m_write(all, false);
-    Reopen();
+    ReplaceAll(all);
   });
 }
 void ColumnAttribute::SetIntegers(std::uint64_t count, const std::int64_t* values) {
   Seam([&] {
-    if (!m_write) throw Exception(errc::kWriteProtected, u"the values can't be changed");
-    Value all = Value::Unset(m_source ? m_source->Type() : m_typeIfEmpty, true);
+    CheckWritable();
+    Value all = Value::Unset(m_type, true);
     SetAll(all, count, values);
-    m_write(all, false);
-    Reopen();
+    ReplaceAll(all);
   });
 }
 
@@ -402,6 +412,7 @@ void ColumnAttribute::SetDataType(std::int32_t typeCode) {
     if (!isOfValues) throw Exception(errc::kWrongType, u"values can't have that type");
     m_source.reset();
     m_typeIfEmpty = *type;
+    m_type = *type;
   });
 }
 

@@ -71,8 +71,11 @@ class ValueAttribute final : public cor::Counted<IAttribute> {
 /// Values of a local column (or its flags), read by range from where they lie.
 class ColumnAttribute final : public cor::Counted<IAttribute> {
  public:
-  /// Replaces all values, or adds to them.
-  using Writer = std::function<void(const Value&, bool append)>;
+  /// Both null: the values are read-only.
+  struct Writer {
+    std::function<void(const Value&)> replaceAll;
+    std::function<void(std::uint64_t first, const Value&)> put;  ///< see `RecordStore::PutValues`
+  };
   using Opener = std::function<std::unique_ptr<ValueSource>()>;
   /// \param isTypeFree  the type may be chosen as long as there are no values
   ColumnAttribute(std::u16string name, OdsType typeIfEmpty, bool isTypeFree, Opener open,
@@ -90,7 +93,7 @@ class ColumnAttribute final : public cor::Counted<IAttribute> {
   const std::byte* GetBytes(std::uint64_t index, std::size_t* size) override;
   void ReadReals(std::uint64_t first, std::uint64_t count, double* out) override;
   void ReadIntegers(std::uint64_t first, std::uint64_t count, std::int64_t* out) override;
-  std::int32_t IsWritable() override { return m_write ? 1 : 0; }
+  std::int32_t IsWritable() override { return m_write.put ? 1 : 0; }
   void Clear() override;
   void SetCount(std::uint64_t count) override;
   void SetInteger(std::uint64_t index, std::int64_t value) override;
@@ -103,19 +106,29 @@ class ColumnAttribute final : public cor::Counted<IAttribute> {
 
  private:
   ~ColumnAttribute() override = default;
-  void Reopen();
+  void Open();
+  /// Lets go of the values, so that the store may change them where they lie; count and type stay.
+  void Close();
+  /// The values, opened if they aren't. Only to be called if there are any.
+  const ValueSource& Source();
   void CheckRange(std::uint64_t first, std::uint64_t count) const;
   /// Elements `first` to `first + count - 1` as a value.
-  [[nodiscard]] Value Load(std::uint64_t first, std::uint64_t count) const;
+  [[nodiscard]] Value Load(std::uint64_t first, std::uint64_t count);
+  void CheckWritable() const;
+  void ReplaceAll(const Value& values);
+  /// Changes one value, or adds it behind the last.
   template <class Change>
-  void Rewrite(std::uint64_t index, Change&& change);
+  void Put(std::uint64_t index, Change&& change);
 
   std::u16string m_name;
   OdsType m_typeIfEmpty;
   bool m_isTypeFree;
   Opener m_open;
   Writer m_write;
-  std::unique_ptr<ValueSource> m_source;  // null: no values
+  std::unique_ptr<ValueSource> m_source;  // null: no values, or not open
+  bool m_isOpen = false;
+  std::uint64_t m_count = 0;
+  OdsType m_type;  // of the values there are, or of those to come
   std::vector<std::byte> m_bytes;
   std::vector<std::byte> m_dataBuffer;
   std::vector<WString> m_textBuffer;

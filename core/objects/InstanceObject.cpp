@@ -211,34 +211,32 @@ Ref<IAttribute> InstanceObject::ModelAttribute(std::int32_t index) {
   const bool writable = store->Records().GetCapabilities().writable;
   const bool isColumn = m_store->GetCoreModel().BaseNameOf(m_record.entity) == u"aolocalcolumn";
   if (isColumn && IsColumnMember(attribute)) {
+    const auto putOf = [&](ColumnPart part) {
+      return [hold, record, part](std::uint64_t first, const Value& values) {
+        hold->Records().PutValues(record, part, first, values);
+      };
+    };
     if (attribute.baseName == u"flags") {
       return MakeRef<ColumnAttribute>(
           attribute.name, OdsType::Short, false,
           [hold, record] { return hold->Records().OpenFlags(record); },
-          writable
-              ? ColumnAttribute::Writer([hold, record, index](const Value& value, bool append) {
-                  Value flags = value;
-                  if (append) {
-                    const auto old = hold->Records().OpenFlags(record);
-                    Value::Integers all(old ? old->Count() : 0);
-                    if (old && !all.empty()) old->ReadIntegers(0, all);
-                    const auto& added = std::get<Value::Integers>(value.data);
-                    all.insert(all.end(), added.begin(), added.end());
-                    flags.data = std::move(all);
-                  }
-                  hold->Records().Write(record, index, flags);
-                })
-              : nullptr);
+          writable ? ColumnAttribute::Writer{[hold, record, index](const Value& flags) {
+                                               hold->Records().Write(record, index, flags);
+                                             },
+                                             putOf(ColumnPart::Flags)}
+                   : ColumnAttribute::Writer());
     }
     return MakeRef<ColumnAttribute>(
         attribute.name, QuantityType(), true,
         [hold, record] { return hold->Records().OpenValues(record); },
-        writable ? ColumnAttribute::Writer([hold, record](const Value& value, bool append) {
-          const std::vector<std::int16_t> flags =
-              append ? std::vector<std::int16_t>() : FlagsFor(hold->Records(), record, value);
-          hold->Records().WriteValues(record, value, flags, append);
-        })
-                 : nullptr);
+        writable ? ColumnAttribute::Writer{[hold, record](const Value& values) {
+                                             RecordStore& records = hold->Records();
+                                             records.WriteValues(record, values,
+                                                                 FlagsFor(records, record, values),
+                                                                 false);
+                                           },
+                                           putOf(ColumnPart::Values)}
+                 : ColumnAttribute::Writer());
   }
   const bool isKey = EntityOf().idAttribute == index;
   return MakeRef<ValueAttribute>(

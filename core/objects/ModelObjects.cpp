@@ -77,92 +77,96 @@ std::int32_t RelationObject::GetRelationship() {
 
 // --- EntityObject -----------------------------------------------------------------------------
 
-EntityObject::EntityObject(ModelObject& owner, const Entity& entity)
-    : ModelPart(owner), m_entity(entity) {
-  for (std::size_t i = 0; i < entity.relations.size(); ++i) {
-    m_relations.emplace_back(owner, entity.id, static_cast<std::int32_t>(i));
+EntityObject::EntityObject(ModelObject& owner, const Entity& entity) : ModelPart(owner) {
+  Show(entity);
+}
+
+void EntityObject::Show(const Entity& entity) {
+  m_entity = &entity;
+  for (std::size_t i = m_relations.size(); i < entity.relations.size(); ++i) {
+    m_relations.emplace_back(m_owner, entity.id, static_cast<std::int32_t>(i));
   }
 }
 
-void EntityObject::GetName(WString& name) { name = std::u16string_view(m_entity.name); }
+void EntityObject::GetName(WString& name) { name = std::u16string_view(m_entity->name); }
 
 IAttribute* EntityObject::GetAttributeNames() {
   return Seam([&] {
     std::vector<std::u16string> names;
-    names.reserve(m_entity.members.size());
-    for (const MemberRef& member : m_entity.members) {
-      names.push_back(member.isRelation ? m_entity.relations[member.index].name
-                                        : m_entity.attributes[member.index].name);
+    names.reserve(m_entity->members.size());
+    for (const MemberRef& member : m_entity->members) {
+      names.push_back(member.isRelation ? m_entity->relations[member.index].name
+                                        : m_entity->attributes[member.index].name);
     }
     return ValueAttribute::MakeTextList(u"AttributeNames", std::move(names));
   });
 }
 
 IEntity* EntityObject::GetSuperType() {
-  return m_entity.super == kNoEntity ? nullptr : Share(m_owner.EntityAt(m_entity.super));
+  return m_entity->super == kNoEntity ? nullptr : Share(m_owner.EntityAt(m_entity->super));
 }
 
 IEntityList* EntityObject::GetSubTypes() {
   return Seam([&]() -> IEntityList* {
-    return new EntityListObject(Ref<ModelObject>::Share(&m_owner), m_entity.subTypes);
+    return new EntityListObject(Ref<ModelObject>::Share(&m_owner), m_entity->subTypes);
   });
 }
 
 void EntityObject::GetAttributeBaseName(WString& baseName, std::u16string_view attribute) {
-  const Member member = FindMember(m_entity, attribute);
+  const Member member = FindMember(*m_entity, attribute);
   baseName.clear();
   if (member.kind == Member::Kind::Attribute) {
     baseName =
-        std::u16string_view(m_entity.attributes[static_cast<std::size_t>(member.index)].baseName);
+        std::u16string_view(m_entity->attributes[static_cast<std::size_t>(member.index)].baseName);
   } else if (member.kind == Member::Kind::Relation) {
     baseName =
-        std::u16string_view(m_entity.relations[static_cast<std::size_t>(member.index)].baseName);
+        std::u16string_view(m_entity->relations[static_cast<std::size_t>(member.index)].baseName);
   }
 }
 
 std::int32_t EntityObject::GetAttributeType(std::uint64_t index) {
-  if (index >= m_entity.members.size()) return 0;
-  const MemberRef& member = m_entity.members[index];
-  return member.isRelation ? kReferenceType : m_entity.attributes[member.index].SeamType();
+  if (index >= m_entity->members.size()) return 0;
+  const MemberRef& member = m_entity->members[index];
+  return member.isRelation ? kReferenceType : m_entity->attributes[member.index].SeamType();
 }
 
 std::int32_t EntityObject::IsKindOf(IEntity* entity) {
   const EntityObject* other = m_owner.OwnEntity(entity);
-  return other && m_owner.Get().IsKindOf(m_entity.id, other->m_entity.id) ? 1 : 0;
+  return other && m_owner.Get().IsKindOf(m_entity->id, other->m_entity->id) ? 1 : 0;
 }
 
 IRelation* EntityObject::GetRelation(std::uint64_t index) {
-  if (index >= m_entity.members.size() || !m_entity.members[index].isRelation) return nullptr;
-  return Share(RelationAt(static_cast<std::int32_t>(m_entity.members[index].index)));
+  if (index >= m_entity->members.size() || !m_entity->members[index].isRelation) return nullptr;
+  return Share(RelationAt(static_cast<std::int32_t>(m_entity->members[index].index)));
 }
 
 std::int32_t EntityObject::HasApplicationAttribute(std::u16string_view name) {
-  if (m_entity.isBase) return 0;
-  return IndexOfName(m_entity.attributes, name) != kNone ||
-                 IndexOfName(m_entity.relations, name) != kNone
+  if (m_entity->isBase) return 0;
+  return IndexOfName(m_entity->attributes, name) != kNone ||
+                 IndexOfName(m_entity->relations, name) != kNone
              ? 1
              : 0;
 }
 
 IAttribute* EntityObject::GetAttribute(std::u16string_view name) {
-  const Member member = FindMember(m_entity, name);
+  const Member member = FindMember(*m_entity, name);
   if (member.kind == Member::Kind::None) return nullptr;
   return Seam([&]() -> IAttribute* {
-    return new DefinitionAttribute(Ref<ModelObject>::Share(&m_owner), m_entity.id, member);
+    return new DefinitionAttribute(Ref<ModelObject>::Share(&m_owner), m_entity->id, member);
   });
 }
 
 IEntity* EntityObject::GetApplicationElement() {
-  return m_entity.isBase ? nullptr : Share<IEntity>(this);
+  return m_entity->isBase ? nullptr : Share<IEntity>(this);
 }
 
 IEntity* EntityObject::GetBaseEntity() {
-  if (m_entity.isBase) return Share<IEntity>(this);
-  return m_entity.super == kNoEntity ? nullptr : Share(m_owner.EntityAt(m_entity.super));
+  if (m_entity->isBase) return Share<IEntity>(this);
+  return m_entity->super == kNoEntity ? nullptr : Share(m_owner.EntityAt(m_entity->super));
 }
 
 IRelation* EntityObject::GetRelationByName(std::u16string_view name) {
-  const std::int32_t relation = m_entity.FindRelation(name);
+  const std::int32_t relation = m_entity->FindRelation(name);
   return relation == kNone ? nullptr : Share(RelationAt(relation));
 }
 
@@ -176,6 +180,18 @@ ModelObject::ModelObject(std::shared_ptr<const Model> model, const Capabilities&
       m_capabilities(capabilities),
       m_changeCounter(std::move(changeCounter)) {
   for (const Entity& entity : m_model->Entities()) m_entities.emplace_back(*this, entity);
+}
+
+void ModelObject::Follow(const std::shared_ptr<const Model>& model) {
+  if (model == m_model) return;
+  m_earlier.push_back(std::exchange(m_model, model));
+  for (const Entity& entity : m_model->Entities()) {
+    if (entity.id < m_entities.size()) {
+      m_entities[entity.id].Show(entity);
+    } else {
+      m_entities.emplace_back(*this, entity);
+    }
+  }
 }
 
 namespace {

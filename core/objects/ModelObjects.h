@@ -83,13 +83,15 @@ class EntityObject final : public ModelPart<IEntity> {
   IRelation* GetRelationByName(std::u16string_view name) override;
   IModel* GetModel() override;
 
-  [[nodiscard]] const Entity& Get() const { return m_entity; }
+  [[nodiscard]] const Entity& Get() const { return *m_entity; }
+  /// The same entity in a model that has grown.
+  void Show(const Entity& entity);
   [[nodiscard]] RelationObject* RelationAt(std::int32_t index) {
     return &m_relations[static_cast<std::size_t>(index)];
   }
 
  private:
-  const Entity& m_entity;
+  const Entity* m_entity;
   std::deque<RelationObject> m_relations;
 };
 
@@ -128,12 +130,16 @@ class ModelObject final : public cor::Counted<IModel> {
   [[nodiscard]] EntityObject* EntityAt(EntityId id) { return &m_entities[id]; }
   /// The entity object of this model behind a seam pointer, or null if it is of another model.
   [[nodiscard]] EntityObject* OwnEntity(IEntity* entity);
+  /// Goes over to what the store's model has grown to, so that everything given out before serves
+  /// on and shows what is new.
+  void Follow(const std::shared_ptr<const Model>& model);
   /// The store is gone: its change counter can't be asked any more.
   void DropStore() { m_changeCounter = nullptr; }
 
  private:
   ~ModelObject() override = default;
   std::shared_ptr<const Model> m_model;
+  std::vector<std::shared_ptr<const Model>> m_earlier;  // somebody may still look into them
   Capabilities m_capabilities;
   std::function<std::uint64_t()> m_changeCounter;
   std::deque<EntityObject> m_entities;

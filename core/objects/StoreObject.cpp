@@ -139,15 +139,24 @@ IInstList* StoreObject::GetInstances(std::u16string_view path) {
 // --- session ----------------------------------------------------------------------------------
 
 void StoreObject::Save(std::u16string_view mode) {
-  Seam([&] { m_records->Save(mode); });
+  Seam([&] {
+    m_records->Save(mode);
+    m_model->Follow(m_records->GetModel());
+  });
 }
 void StoreObject::Refresh() {
   LookAnew();
-  Seam([&] { m_records->Refresh(); });
+  Seam([&] {
+    m_records->Refresh();
+    m_model->Follow(m_records->GetModel());
+  });
 }
 void StoreObject::Discard() {
   LookAnew();
-  Seam([&] { m_records->Discard(); });
+  Seam([&] {
+    m_records->Discard();
+    m_model->Follow(m_records->GetModel());
+  });
 }
 
 // --- queries ----------------------------------------------------------------------------------

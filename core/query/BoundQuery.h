@@ -38,6 +38,19 @@ struct BoundConstant {
   /// texts; these two say whether the same constant can be compared with numbers and dates at all.
   bool isNumber = false;  ///< `isReal`, `integer` and `real` count for values that are numbers
   std::u16string date;    ///< 14 digits for values that are dates; empty: no date equals it
+
+  /// The constant of an InstanceAttribute for those values that are numbers, or dates.
+  [[nodiscard]] BoundConstant ForNumbers() const {
+    BoundConstant number = *this;
+    number.isNever = isNever || !isNumber;
+    return number;
+  }
+  [[nodiscard]] BoundConstant ForDates() const {
+    BoundConstant other = *this;
+    other.isNever = isNever || date.empty();
+    other.text = date;
+    return other;
+  }
 };
 
 /// A function of the expression. A Logic node has one child or more. Meanings that every store must

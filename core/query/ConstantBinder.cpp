@@ -46,18 +46,19 @@ std::optional<BoundConstant> BindDate(std::u16string_view text) {
   return bound;
 }
 
+void TakeNumber(const Number& number, BoundConstant& bound) {
+  bound.isReal = number.isReal;
+  bound.integer = number.integer;
+  bound.real = number.real;
+}
+
 std::optional<BoundConstant> BindNumber(OdsType type, std::u16string_view text) {
   const std::optional<Number> number = ParseNumber(text);
   if (!number) return std::nullopt;
   BoundConstant bound;
-  if (StorageKindOf(type) == StorageKind::Integer) {
-    bound.isReal = number->isReal;
-    bound.integer = number->integer;
-    bound.real = number->real;
-    return bound;
-  }
+  TakeNumber(*number, bound);
+  if (StorageKindOf(type) == StorageKind::Integer) return bound;
   bound.isReal = true;
-  bound.real = number->real;
   // A stored 0.1 of single precision is another number than the 0.1 of the text.
   if (type == OdsType::Float && std::abs(number->real) <= std::numeric_limits<float>::max()) {
     bound.real = static_cast<double>(static_cast<float>(number->real));
@@ -88,9 +89,7 @@ BoundConstant BindItem(const Enumeration* enumeration, std::u16string_view text)
   }
   const std::optional<Number> number = ParseNumber(name);
   if (!number) return Never();
-  bound.isReal = number->isReal;
-  bound.integer = number->integer;
-  bound.real = number->real;
+  TakeNumber(*number, bound);
   return bound;
 }
 
@@ -210,9 +209,7 @@ BoundConstant BindInstanceAttributeConstant(QueryOp op, const ParsedConstant& co
   BoundConstant bound = BindText(op, constant);
   if (const std::optional<Number> number = ParseNumber(constant.text)) {
     bound.isNumber = true;
-    bound.isReal = number->isReal;
-    bound.integer = number->integer;
-    bound.real = number->real;
+    TakeNumber(*number, bound);
   }
   if (const std::optional<Date14> date = NormalizeDate14(Trim(constant.text))) {
     bound.date.assign(date->begin(), date->end());

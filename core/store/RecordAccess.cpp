@@ -25,6 +25,10 @@ void FailAt(const RecordStore& store, RecordRef record, std::int32_t code,
   Fail(code, {store.GetModel()->At(record.entity).name, u":", DecimalText(record.id), u": ", text});
 }
 
+void FailModelChanged() {
+  Fail(errc::kNotSupported, {u"the store's data model has changed: it must be opened anew"});
+}
+
 const Attribute& AttributeOf(const Model& model, EntityId entity, std::int32_t attribute) {
   const auto& attributes = model.At(entity).attributes;
   if (attribute < 0 || static_cast<std::size_t>(attribute) >= attributes.size()) {
@@ -57,6 +61,26 @@ std::unique_ptr<ValueSource> OpenParameters(const RecordStore& store, RecordRef 
   }
   const Value value = store.ReadValue(localColumn, parameters);
   return value.IsSet() ? InMemoryValues::Open(InMemoryValues::FromValue(value)) : nullptr;
+}
+
+void CheckPut(const RecordStore& store, RecordRef localColumn, ColumnPart part, OdsType type,
+              std::uint64_t count, std::uint64_t first, const Value& values) {
+  if (store.GetModel()->BaseNameOf(localColumn.entity) != u"aolocalcolumn") {
+    FailAt(store, localColumn, errc::kNotSupported, {u"only local columns have values"});
+  }
+  if (part == ColumnPart::Flags) {
+    type = OdsType::Short;
+  } else if (count == 0) {
+    type = values.type;
+  }
+  if (values.type != type) {
+    FailAt(store, localColumn, errc::kWrongType,
+           {u"the elements there are of type ", NameOfType(type, true)});
+  }
+  if (first > count || (first < count && values.Count() > count - first)) {
+    FailAt(store, localColumn, errc::kInvalidArgument,
+           {u"there are only ", DecimalText(static_cast<std::int64_t>(count)), u" elements"});
+  }
 }
 
 }  // namespace hv::vex::engine

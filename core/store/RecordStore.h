@@ -84,6 +84,9 @@ class ValueSource {
   virtual void Forget() const {}
 };
 
+/// The two long lists of a local column.
+enum class ColumnPart : std::uint8_t { Values, Flags };
+
 /// The lowest and highest value of an attribute, and how many records have one.
 struct Bounds {
   Value lowest, highest;
@@ -160,6 +163,13 @@ class RecordStore {
   /// Replaces all values of a local column, or (`append`) adds to them. Flags are optional.
   virtual void WriteValues(RecordRef localColumn, const Value& values,
                            std::span<const std::int16_t> flags, bool append) = 0;
+  /// Replaces values (or flags) of a local column from `first` on, at a cost that doesn't grow with
+  /// the rest of them. The range lies inside those that `OpenValues` (`OpenFlags`) gives, or begins
+  /// behind their last and then adds to them; else kInvalidArgument. Throws kWrongType as `Write`
+  /// does, and for another type than theirs. Parameters become values of their own by this. Sources
+  /// that were opened before give what was there or what is there now, or fail with kInstanceGone.
+  virtual void PutValues(RecordRef localColumn, ColumnPart part, std::uint64_t first,
+                         const Value& values) = 0;
 
   // --- session -------------------------------------------------------------------------------
   [[nodiscard]] virtual bool IsModified() const = 0;
@@ -167,7 +177,10 @@ class RecordStore {
   virtual void Save(std::u16string_view mode) = 0;
   /// Drops all changes since the last save.
   virtual void Discard() = 0;
-  /// Looks again at what others may have changed.
+  /// Looks again at what others may have changed, unless there is unsaved work. The model may have
+  /// grown by that, and `ModelStamp` with it; all ids and indexes stay good. If it has changed in
+  /// another way: kNotSupported, and the store stays as it was. The same goes for `Save` and
+  /// `Discard` where they read a file again.
   virtual void Refresh() = 0;
   /// Grows with every change of the model.
   [[nodiscard]] virtual std::uint64_t ModelStamp() const { return 1; }

@@ -52,21 +52,6 @@ bool IsIntegerType(std::int32_t typeCode) {
 
 }  // namespace
 
-bool IsShowableType(std::int32_t typeCode) {
-  switch (typeCode) {
-    case eNoType:
-    case kTypeReference:
-    case kTypeExternalReference:
-    case kTypeByteString:
-    case kTypeBlob:
-    case kTypeComplex:
-    case kTypeDoubleComplex:
-      return false;
-    default:
-      return true;
-  }
-}
-
 WString ReadTimeFormat(IStore& store) {
   WString format;
   const auto environment = Ref<IEnvironment>::Adopt(store.GetEnvironment());
@@ -99,7 +84,7 @@ void DisplayFormat::AppendDigits(std::u16string_view digits, WString& text) cons
 bool DisplayFormat::AppendCell(IValueTable& table, std::uint64_t row, std::uint64_t column,
                                WString& text) const {
   const std::int32_t type = table.GetColumnType(column);
-  if (!IsShowableType(type)) return false;
+  if (!IsPropertyType(type)) return false;
   if (table.IsNull(row, column) != 0) return true;
   if (IsIntegerType(type)) {
     AppendInteger(table.GetInteger(row, column), type, text);
@@ -115,7 +100,7 @@ bool DisplayFormat::AppendCell(IValueTable& table, std::uint64_t row, std::uint6
 
 bool DisplayFormat::AppendAttribute(IAttribute& attribute, WString& text) const {
   const std::int32_t type = attribute.GetDataType();
-  if (!IsShowableType(type)) return false;
+  if (!IsPropertyType(type)) return false;
   if (attribute.GetCount() == 0) return true;
   if (IsIntegerType(type)) {
     AppendInteger(attribute.GetInteger(0), type, text);

@@ -19,10 +19,6 @@ class IEnvironment;
 class IStore;
 class IValueTable;
 
-/// False for types that can be neither chosen nor shown: none, references, external references,
-/// byte strings, blobs, complex numbers.
-bool IsShowableType(std::int32_t typeCode);
-
 /// The environment's variable "vexFormatStringTime", or empty. Throws what the engine throws.
 WString ReadTimeFormat(IStore& store);
 

@@ -1,6 +1,8 @@
 // browse/RepresentedByParts.cpp - display names: the parts, and the text of one element.
 #include "browse/RepresentedByParts.h"
 
+#include <storefabric/DataType.h>
+
 #include "automation/Guards.h"
 #include "browse/BrowseResults.h"
 #include "browse/DisplayText.h"
@@ -48,7 +50,7 @@ Result CRepresentedByPartsImpl::CopyResolved(IRepresentedByPartsImpl* other, IEn
     WString key;
     HV_RETURN_IF_FAILED(part->GetPropertyKey(&key));
     const auto property = FindAttributeDefinition(*entity, key);
-    HV_RETURN_CODE_IF(!property || !IsShowableType(property->GetDataType()), kModelMismatch);
+    HV_RETURN_CODE_IF(!property || !IsPropertyType(property->GetDataType()), kModelMismatch);
     HV_RETURN_IF_FAILED(AddProperty(property.Get(), nullptr));
   }
   return S_OK;
@@ -157,7 +159,7 @@ Result CRepresentedByPartsImpl::FormatFromInstance(IInstance* instance,
   return Format(
       [&](const WString& key, WString* out) {
         const auto attribute = Ref<IAttribute>::Adopt(instance->GetAttributeValue(key));
-        if (!attribute || !IsShowableType(attribute->GetDataType())) return kPartialDisplayName;
+        if (!attribute || !IsPropertyType(attribute->GetDataType())) return kPartialDisplayName;
         (void)format.AppendAttribute(*attribute, *out);
         return S_OK;
       },

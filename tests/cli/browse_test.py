@@ -1,10 +1,11 @@
 """The verbs "tree" and "show": the browse path and single elements, against the file itself."""
+import array
 import csv
 import io
 import json
 import unittest
 
-from program import demo, instances, leaf, output, parse, run, stores
+from program import column_values, demo, instances, leaf, output, parse, run, stores
 
 # The path of the demonstration's model: entity, and its reference to the level above.
 LEVELS = [("Test", None), ("Variant", "Test"), ("Day", "Variant"), ("Measurement", "Day"),
@@ -85,6 +86,17 @@ class Show(unittest.TestCase):
                                  tuple(rows["Day"][c] for c in ("Type", "Value", "Count")))
                 quantities = rows["MeasurementQuantities"]
                 self.assertEqual(quantities["Count"], len(quantities["Value"].split()))
+
+    def test_the_values_of_a_column(self):
+        column = next(iter(instances(parse(demo()))["LocalColumn"].values()))
+        expected = column_values(column, demo().parent)
+        for store in stores():
+            rows = {row["Member"]: row for row in json.loads(output(
+                "show", store, "LocalColumn:" + leaf(column, "Id"), "--format", "json"))}
+            self.assertEqual(len(expected), rows["Values"]["Count"])
+            kind = {"float": "f", "double": "d"}[rows["Values"]["Type"]]
+            shown = array.array(kind, map(float, rows["Values"]["Value"].split("; ")))
+            self.assertTrue(expected == shown.tolist(), store)
 
     def test_people_see_the_first_values_of_a_long_list(self):
         text = output("show", demo(), "Measurement:1")

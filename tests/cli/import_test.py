@@ -83,7 +83,7 @@ class Import(unittest.TestCase):
         old = self.make_target()
         output("import", demo(), self.target)
         both = content(self.target)
-        alone = self.folder / "alone.sqlite"
+        alone = self.folder / "alone.SQLite"
         output("import", demo(), alone)
         added = content(alone)
         for table in ("MEASUREMENT", "LOCALCOLUMN", "SF_BULK", "SF_INSTATTR"):
@@ -98,7 +98,7 @@ class Import(unittest.TestCase):
                          back.read_text().count("<Measurement>"))
         output("import", demo(), self.target, "--replace")
         self.assertEqual(added, content(self.target))
-        self.assertEqual(["alone.sqlite", "back.atfx", "back_1.btf", "target.sqlite"], self.files())
+        self.assertEqual(["alone.SQLite", "back.atfx", "back_1.btf", "target.sqlite"], self.files())
 
     def test_what_does_not_fit_the_model_is_told_and_nothing_is_added(self):
         output("import", small_store(self.folder / "a.atfx", drop="<name>Remark</name>"), self.target)

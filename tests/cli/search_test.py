@@ -27,6 +27,7 @@ class Search(unittest.TestCase):
             (["Status = failed"], None, lambda m: leaf(m, "Status") == "failed"),
             (["Measurement.Status=failed OR aborted"], None,
              lambda m: leaf(m, "Status") in ("failed", "aborted")),
+            (["Status = fail* OR 4"], None, lambda m: leaf(m, "Status") in ("failed", "aborted")),
             (["AmbientTemperature < 0"], None, lambda m: float(leaf(m, "AmbientTemperature")) < 0),
             (["AmbientTemperature >= 25.5", "Status <> passed"], None,
              lambda m: float(leaf(m, "AmbientTemperature")) >= 25.5
@@ -69,7 +70,7 @@ class Search(unittest.TestCase):
         for store in stores():
             rows = list(csv.DictReader(io.StringIO(output(
                 "search", store, "Measurement", "-w", "Status = failed", "--columns",
-                "Begin,Operator.FullName,Day.Variant.Test.Name", "--format", "csv"))))
+                "Begin, Operator.FullName,Day.Variant.Test.Name", "--format", "csv"))))
             self.assertTrue(rows)
             for row in rows:
                 m = self.all["Measurement"][int(row["Key"].split(":")[1])]
@@ -88,10 +89,18 @@ class Search(unittest.TestCase):
     def test_refused_searches(self):
         cases = [
             (["Weather"], 'no entity "Weather"'),
-            (["Test", "-w", "Mood = fine"], "Test.Mood"),
+            (["Test", "-w", "Mood = fine"], "no property Test.Mood"),
+            (["Test", "-w", "Weather.Name = x"], 'no entity "Weather"'),
+            (["Measurement", "-w", "Day = x"], "Measurement.Day can't be searched"),
+            (["LocalColumn", "-w", "Values = 3"], "LocalColumn.Values can't be searched"),
             (["Test", "-w", "Name"], "no operator"),
             (["Test", "-w", "= x"], "no property"),
             (["Test", "-w", "Name ! x"], '"!" alone'),
+            (["Test", "-w", "Name == x"], 'no operator "=="'),
+            (["Test", "-w", "Name = "], "no value"),
+            (["Measurement", "-w", "Status = fail"], '"fail" is no value for Measurement.Status, which has'),
+            (["Measurement", "-w", "Status = failed OR lost"], '"lost" is no value'),
+            (["Measurement", "-w", "Name = *", "-w", "Id > 1O"], 'condition "Id > 1O": "1O" is no number'),
             (["Measurement", "-w", "Begin = someday"], '"someday" is no value'),
             (["Measurement", "-w", "Begin = 2025-13-01"], '"2025-13-01" is no value'),
             (["Measurement", "-w", "Begin # Someday"], '"Someday" is no value'),

@@ -18,7 +18,10 @@ class Usage(unittest.TestCase):
             "no expression": (["query", "a.atfx"], "EXPRESSION is required"),
             "no target": (["export", "a.atfx"], "OUT is required"),
             "too much": (["demo", "a.atfx", "b.atfx"], "storefabric demo"),
-            "format": (["model", "a.atfx", "--format", "yaml"], "yaml"),
+            "format": (["model", "a.atfx", "--format", "yaml"], '"yaml" is none of lines, table'),
+            "number for a format": (["model", "a.atfx", "--format", "2"], '"2" is none of'),
+            "negative": (["tree", "a.atfx", "--depth", "-1"], '"-1" is no whole number'),
+            "too large": (["search", "a.atfx", "Test", "--limit", "99999999999"], "or too large"),
             "entity and all": (["model", "a.atfx", "Test", "--all"], "--all"),
         }
         for name, (arguments, text) in cases.items():
@@ -47,6 +50,7 @@ class Failures(unittest.TestCase):
             "root.atfx": b"<?xml version='1.0'?>\n\n<html/>",
             "nomodel.atfx": b"<atfx_file/>",
             "cut.ATFX": text[:5000].encode(),
+            "renamed.xml": text.encode(),
             "badnumber.atfx": text.replace("<Factor>1000</Factor>", "<Factor>many</Factor>").encode(),
         }
         (folder / "folder.atfx").mkdir()
@@ -55,6 +59,7 @@ class Failures(unittest.TestCase):
         cases = {
             "none.atfx": "no such file",
             "nowhere": 'no configured store "nowhere"',
+            "renamed.xml": 'no configured store "renamed.xml"; names of files end in',
             "folder.atfx": "not a regular file",
             "empty.atfx": "empty.atfx:1: ",
             "plain.atfx": "plain.atfx:1: ",
@@ -67,12 +72,17 @@ class Failures(unittest.TestCase):
             for name, reason in cases.items():
                 with self.subTest(verb=verb, store=name):
                     rest = {"model": [], "query": [os.devnull], "export": [folder / "out.atfx"]}
-                    store = folder / name if "." in name else name
-                    code, out, err = run(*verb, store, *rest[verb[0]])
+                    store = folder / name if name.lower().endswith(".atfx") else name
+                    code, out, err = run(*verb, store, *rest[verb[0]], cwd=folder)
                     self.assertEqual((1, ""), (code, out))
                     self.assertRegex(err, r"^storefabric: opening [^\n]+\n$")
                     self.assertIn(reason, err)
                     self.assertFalse((folder / "out.atfx").exists())
+
+    def test_a_name_that_is_not_utf8(self):
+        done = subprocess.run([PROGRAM, "model", b"l\xe4rm.atfx"], capture_output=True, timeout=300)
+        self.assertEqual((1, b""), (done.returncode, done.stdout))
+        self.assertIn("l\ufffdrm.atfx\" isn't UTF-8", done.stderr.decode("utf-8"))
 
     def test_remarks_are_counted_or_listed(self):
         odd = folder / "odd.atfx"

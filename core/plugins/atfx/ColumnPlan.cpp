@@ -1,8 +1,10 @@
 // core/plugins/atfx/ColumnPlan.cpp - short values stay in the XML, long ones go into files.
 #include "core/plugins/atfx/ColumnPlan.h"
 
+#include "core/plugins/atfx/Batches.h"
 #include "core/plugins/atfx/Representation.h"
 #include "core/plugins/atfx/WantedTypes.h"
+#include "core/store/RecordAccess.h"
 
 #include <algorithm>
 
@@ -11,7 +13,6 @@ namespace hv::vex::engine::atfx {
 namespace {
 
 constexpr std::size_t kColumnsPerBatch = 1024;
-constexpr std::int64_t kValid = 15;
 
 /// The attribute with that base name; unset if the model or the record has none.
 Value ReadBaseAttribute(const RecordStore& source, RecordRef record, std::u16string_view baseName) {
@@ -41,7 +42,6 @@ bool AreParameters(const RecordStore& source, RecordRef column, const ValueSourc
 
 /// The flag that all values share, if they do.
 std::optional<std::int64_t> CommonFlag(const ValueSource& flags) {
-  constexpr std::uint64_t kBatch = 8192;
   std::optional<std::int64_t> common;
   std::vector<std::int64_t> numbers;
   for (std::uint64_t first = 0; first < flags.Count(); first += kBatch) {
@@ -69,7 +69,7 @@ ColumnFacts ReadColumnFacts(const RecordStore& source, RecordRef column) {
       source.GetModel()->At(column.entity).FindBaseAttribute(u"global_flag") != kNone;
   if (common && global && *common == *global) {
     facts.flags.reset();
-  } else if (common == kValid && !global && hasGlobal) {
+  } else if (common == kFlagsOfValid && !global && hasGlobal) {
     facts.globalFlag = common;
     facts.flags.reset();
   }

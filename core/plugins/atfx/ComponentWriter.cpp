@@ -1,6 +1,7 @@
 // core/plugins/atfx/ComponentWriter.cpp - values go out in batches, or as they lie in memory.
 #include "core/plugins/atfx/ComponentWriter.h"
 
+#include "core/plugins/atfx/Batches.h"
 #include "core/plugins/atfx/OwnFiles.h"
 #include "core/plugins/atfx/Typespec.h"
 
@@ -16,7 +17,6 @@ namespace {
 
 static_assert(std::endian::native == std::endian::little);
 
-constexpr std::uint64_t kBatch = 8192;
 /// Every column starts at such a boundary, so that its values can be used where they are mapped.
 constexpr std::uint64_t kAlignment = 8;
 
@@ -28,14 +28,6 @@ void WriteAs(std::span<const From> numbers, FileOutput* file) {
     for (std::size_t i = 0; i < count; ++i) packed[i] = static_cast<To>(numbers[i]);
     file->Write(std::as_bytes(std::span(packed, count)));
     numbers = numbers.subspan(count);
-  }
-}
-
-/// Calls `use(first, count)` for each batch of elements.
-template <class Use>
-void ForEachBatch(std::uint64_t count, Use use) {
-  for (std::uint64_t first = 0; first < count; first += kBatch) {
-    use(first, std::min(kBatch, count - first));
   }
 }
 

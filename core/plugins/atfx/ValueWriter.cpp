@@ -1,6 +1,7 @@
 // core/plugins/atfx/ValueWriter.cpp - mirrors TypedContent.cpp and ColumnContent.cpp.
 #include "core/plugins/atfx/ValueWriter.h"
 
+#include "core/plugins/atfx/Batches.h"
 #include "core/plugins/atfx/ColumnContent.h"
 
 #include <algorithm>
@@ -10,8 +11,6 @@
 namespace hv::vex::engine::atfx {
 
 namespace {
-
-constexpr std::uint64_t kBatch = 4096;
 
 bool IsSingle(OdsType type) { return type == OdsType::Float || type == OdsType::Complex; }
 
@@ -77,14 +76,6 @@ void WriteTexts(const Value& value, XmlOutput& xml) {
     } else {
       xml.Text(text);
     }
-  }
-}
-
-/// Calls `use(first, count)` for each batch of elements.
-template <class Use>
-void ForEachBatch(std::uint64_t count, Use use) {
-  for (std::uint64_t first = 0; first < count; first += kBatch) {
-    use(first, std::min(kBatch, count - first));
   }
 }
 

@@ -1,9 +1,10 @@
-// core/plugins/atfx/XmlOutput.cpp - escaping, and numbers in their shortest exact form.
+// core/plugins/atfx/XmlOutput.cpp - tags, and numbers in their shortest exact form.
 #include "core/plugins/atfx/XmlOutput.h"
 
 #include "core/store/memory/Failure.h"
 
 #include "store/core/Exception.h"
+#include "xml/Escape.h"
 
 #include <charconv>
 #include <cmath>
@@ -11,12 +12,6 @@
 namespace hv::vex::engine::atfx {
 
 namespace {
-
-constexpr char32_t kReplacement = 0xFFFD;
-
-bool IsXmlCharacter(char32_t c) {
-  return c == 0x9 || c == 0xA || c == 0xD || (c >= 0x20 && c != 0xFFFE && c != 0xFFFF);
-}
 
 bool IsNameStart(char16_t c) {
   return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || c == u'_' ||
@@ -26,36 +21,6 @@ bool IsNameStart(char16_t c) {
 
 bool IsNamePart(char16_t c) {
   return IsNameStart(c) || (c >= u'0' && c <= u'9') || c == u'-' || c == u'.' || c == 0xB7;
-}
-
-/// Takes the next character off the text; half a surrogate pair becomes the replacement.
-char32_t NextCharacter(std::u16string_view text, std::size_t* at) {
-  const char16_t unit = text[(*at)++];
-  if (unit < 0xD800 || unit > 0xDFFF) return unit;
-  if (unit > 0xDBFF || *at == text.size() || text[*at] < 0xDC00 || text[*at] > 0xDFFF) {
-    return kReplacement;
-  }
-  return 0x10000 + ((static_cast<char32_t>(unit) - 0xD800) << 10) +
-         (static_cast<char32_t>(text[(*at)++]) - 0xDC00);
-}
-
-void AppendUtf8(char32_t c, std::string* to) {
-  const auto add = [to](char32_t byte) { to->push_back(static_cast<char>(byte)); };
-  if (c < 0x80) {
-    add(c);
-  } else if (c < 0x800) {
-    add(0xC0 | (c >> 6));
-    add(0x80 | (c & 0x3F));
-  } else if (c < 0x10000) {
-    add(0xE0 | (c >> 12));
-    add(0x80 | ((c >> 6) & 0x3F));
-    add(0x80 | (c & 0x3F));
-  } else {
-    add(0xF0 | (c >> 18));
-    add(0x80 | ((c >> 12) & 0x3F));
-    add(0x80 | ((c >> 6) & 0x3F));
-    add(0x80 | (c & 0x3F));
-  }
 }
 
 }  // namespace
@@ -131,24 +96,8 @@ void XmlOutput::Plain(std::string_view text) {
 
 void XmlOutput::Escaped(std::u16string_view text, bool isAttribute) {
   m_buffer.clear();
-  for (std::size_t at = 0; at < text.size();) {
-    const char32_t c = NextCharacter(text, &at);
-    if (c == U'&') {
-      m_buffer += "&amp;";
-    } else if (c == U'<') {
-      m_buffer += "&lt;";
-    } else if (c == U'>') {
-      m_buffer += "&gt;";
-    } else if (c == U'"' && isAttribute) {
-      m_buffer += "&quot;";
-    } else if (c == U'\r' || (isAttribute && (c == U'\n' || c == U'\t'))) {
-      // A reader would turn the bare character into another one.
-      m_buffer += "&#" + std::to_string(static_cast<unsigned>(c)) + ";";
-    } else {
-      AppendUtf8(IsXmlCharacter(c) ? c : kReplacement, &m_buffer);
-    }
-  }
-  m_file.Write(m_buffer);
+  xml::AppendReadable(m_buffer, text, isAttribute);
+  m_file.Write(cor::ToUtf8(m_buffer));
 }
 
 void XmlOutput::ListNumber(const char* begin, const char* end) {

@@ -49,7 +49,7 @@ class XmlOutput {
   bool m_isTagOpen = false;  // the start tag's ">" is still to come
   bool m_hasText = false;    // the end tag follows the text
   bool m_hasNumber = false;  // a number stands in the element
-  std::string m_buffer;
+  std::u16string m_buffer;
 };
 
 }  // namespace hv::vex::engine::atfx

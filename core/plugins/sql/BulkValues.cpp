@@ -96,6 +96,16 @@ class SegmentBuffer final {
   std::vector<std::uint32_t> m_ends;
 };
 
+void InsertSegment(Connection& connection, const BulkKey& key, OdsType type, std::int64_t number,
+                   std::int64_t first, std::int64_t count, std::span<const std::byte> data) {
+  Run run(connection,
+          "INSERT INTO SF_BULK(AID,IID,PART,SEG,TYPE,FIRST,NVAL,DATA) VALUES(?,?,?,?,?,?,?,?)");
+  run.Add(key.aid).Add(key.id).Add(static_cast<std::int64_t>(key.part)).Add(number);
+  run.Add(std::int64_t{static_cast<int>(type)}).Add(first).Add(count);
+  run->BindBytes(run.Next(), data);
+  run.Finish();
+}
+
 /// Writes segments one behind the other.
 class SegmentWriter final {
  public:
@@ -142,12 +152,7 @@ class SegmentWriter final {
     }
     const auto count = static_cast<std::int64_t>(m_buffer.Count());
     const Bytes data = m_buffer.Take();
-    Run run(m_connection,
-            "INSERT INTO SF_BULK(AID,IID,PART,SEG,TYPE,FIRST,NVAL,DATA) VALUES(?,?,?,?,?,?,?,?)");
-    run.Add(m_key.aid).Add(m_key.id).Add(static_cast<std::int64_t>(m_key.part)).Add(m_segment);
-    run.Add(std::int64_t{static_cast<int>(m_type)}).Add(m_first).Add(count);
-    run->BindBytes(run.Next(), data);
-    run.Finish();
+    InsertSegment(m_connection, m_key, m_type, m_segment, m_first, count, data);
     m_first += count;
     ++m_segment;
   }
@@ -160,6 +165,121 @@ class SegmentWriter final {
   std::int64_t m_first = 0;
   std::int64_t m_replaced = 0;  // row of the small last segment
 };
+
+// --- changing in place -------------------------------------------------------------------------
+
+struct StoredSegment {
+  std::int64_t row = 0;
+  std::int64_t number = 0;
+  std::uint64_t first = 0;
+  std::uint64_t count = 0;
+};
+
+StoredSegment ReadSegment(Connection& connection, const BulkKey& key, OdsType type,
+                          std::int64_t number) {
+  Run run(connection,
+          "SELECT SEQ, FIRST, NVAL, TYPE, length(DATA) FROM SF_BULK"
+          " WHERE AID=? AND IID=? AND PART=? AND SEG=?");
+  run.Add(key.aid).Add(key.id).Add(static_cast<std::int64_t>(key.part)).Add(number);
+  if (!run->Step() || run->Integer(3) != static_cast<std::int64_t>(type) ||
+      !IsSize(type, run->Integer(2), run->Integer(4))) {
+    FailDamaged();
+  }
+  return {run->Integer(0), number, static_cast<std::uint64_t>(run->Integer(1)),
+          static_cast<std::uint64_t>(run->Integer(2))};
+}
+
+/// The segment that a value lies in. Segments differ in size, but are counted without gaps.
+StoredSegment FindSegment(Connection& connection, const BulkKey& key, OdsType type,
+                          std::uint64_t value) {
+  std::int64_t low = 0;
+  std::int64_t high = 0;
+  {
+    Run last(connection, "SELECT max(SEG) FROM SF_BULK WHERE AID=? AND IID=? AND PART=?");
+    last.Add(key.aid).Add(key.id).Add(static_cast<std::int64_t>(key.part));
+    if (last->Step()) high = last->Integer(0);
+  }
+  while (low <= high) {
+    const std::int64_t middle = low + (high - low) / 2;
+    const StoredSegment segment = ReadSegment(connection, key, type, middle);
+    if (value < segment.first) {
+      high = middle - 1;
+    } else if (value - segment.first >= segment.count) {
+      low = middle + 1;
+    } else {
+      return segment;
+    }
+  }
+  FailDamaged();
+}
+
+/// Makes room for more segments behind one.
+void ShiftSegments(Connection& connection, const BulkKey& key, std::int64_t behind,
+                   std::int64_t by) {
+  // Numbers are unique at every moment, so they move by way of the negative ones.
+  Run(connection, "UPDATE SF_BULK SET SEG=-SEG-? WHERE AID=? AND IID=? AND PART=? AND SEG>?")
+      .Add(by)
+      .Add(key.aid)
+      .Add(key.id)
+      .Add(static_cast<std::int64_t>(key.part))
+      .Add(behind)
+      .Finish();
+  Run(connection, "UPDATE SF_BULK SET SEG=-SEG WHERE AID=? AND IID=? AND PART=? AND SEG<0")
+      .Add(key.aid)
+      .Add(key.id)
+      .Add(static_cast<std::int64_t>(key.part))
+      .Finish();
+}
+
+/// Writes a segment of texts or byte strings with `pieces` in place of those from `offset` on. It
+/// gets a new row, so that whoever opened it notices that ends have moved.
+void ReplacePieces(Connection& connection, const BulkKey& key, OdsType type,
+                   const StoredSegment& segment, std::size_t offset,
+                   std::span<const std::span<const std::byte>> pieces) {
+  Bytes stored;
+  {
+    Run run(connection, "SELECT DATA FROM SF_BULK WHERE SEQ=?");
+    run.Add(segment.row);
+    if (!run->Step()) FailDamaged();
+    const std::span<const std::byte> data = run->Bytes(0);
+    stored.assign(data.begin(), data.end());
+  }
+  const auto count = static_cast<std::size_t>(segment.count);
+  std::vector<std::uint32_t> ends(count + 1);
+  const std::size_t head = count * sizeof(std::uint32_t);
+  std::copy_n(stored.begin(), head, std::as_writable_bytes(std::span(ends).subspan(1)).begin());
+  const std::span<const std::byte> content = std::span(stored).subspan(head);
+  if (!std::is_sorted(ends.begin(), ends.end()) || ends.back() > content.size()) FailDamaged();
+  const auto pieceAt = [&](std::size_t i) {
+    const bool isNew = i >= offset && i - offset < pieces.size();
+    return isNew ? pieces[i - offset] : content.subspan(ends[i], ends[i + 1] - ends[i]);
+  };
+  std::size_t size = head;
+  for (std::size_t i = 0; i < count; ++i) size += pieceAt(i).size();
+  // A segment may grow to twice its size before it is cut up, so that this comes seldom.
+  const std::size_t most = size > 2 * kSegmentBytes ? kSegmentBytes : size;
+  struct Part {
+    std::int64_t count;
+    Bytes data;
+  };
+  std::vector<Part> parts;
+  SegmentBuffer buffer(type);
+  for (std::size_t i = 0; i < count; ++i) {
+    buffer.Add(pieceAt(i));
+    if (buffer.Size() < most && i + 1 != count) continue;
+    const auto taken = static_cast<std::int64_t>(buffer.Count());
+    parts.push_back({taken, buffer.Take()});
+  }
+  Run(connection, "DELETE FROM SF_BULK WHERE SEQ=?").Add(segment.row).Finish();
+  const auto more = static_cast<std::int64_t>(parts.size()) - 1;
+  if (more > 0) ShiftSegments(connection, key, segment.number, more);
+  auto first = static_cast<std::int64_t>(segment.first);
+  std::int64_t number = segment.number;
+  for (const Part& part : parts) {
+    InsertSegment(connection, key, type, number++, first, part.count, part.data);
+    first += part.count;
+  }
+}
 
 // --- reading -----------------------------------------------------------------------------------
 
@@ -328,6 +448,39 @@ void AppendBulk(Connection& connection, const BulkKey& key, const Value& values)
     writer.AddPacked(InMemoryValues::FromValue(values)->Packed());
   }
   writer.Finish(true);
+}
+
+void OverwriteBulk(Connection& connection, const BulkKey& key, std::uint64_t first,
+                   const Value& values) {
+  const OdsType type = values.type;
+  const std::size_t width = WidthOf(type);
+  std::vector<std::string> stored;
+  std::vector<std::span<const std::byte>> pieces;
+  std::shared_ptr<const InMemoryValues> numbers;
+  if (const auto* texts = std::get_if<Value::Texts>(&values.data)) {
+    stored.reserve(texts->size());
+    for (const std::u16string& text : *texts) {
+      pieces.push_back(std::as_bytes(std::span(stored.emplace_back(ToStored(text)))));
+    }
+  } else if (const auto* strings = std::get_if<Value::ByteStrings>(&values.data)) {
+    pieces.assign(strings->begin(), strings->end());
+  } else {
+    numbers = InMemoryValues::FromValue(values);
+  }
+  const auto count = static_cast<std::size_t>(values.Count());
+  for (std::size_t done = 0; done < count;) {
+    const StoredSegment segment = FindSegment(connection, key, type, first + done);
+    const auto offset = static_cast<std::size_t>(first + done - segment.first);
+    const std::size_t part =
+        std::min(count - done, static_cast<std::size_t>(segment.count) - offset);
+    if (numbers != nullptr) {
+      connection.OpenBlobToWrite("SF_BULK", "DATA", segment.row)
+          ->Write(offset * width, numbers->Packed().subspan(done * width, part * width));
+    } else {
+      ReplacePieces(connection, key, type, segment, offset, std::span(pieces).subspan(done, part));
+    }
+    done += part;
+  }
 }
 
 void CopyBulk(Connection& connection, const BulkKey& key, const ValueSource& source) {

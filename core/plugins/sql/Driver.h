@@ -62,6 +62,17 @@ class BlobReader {
   virtual void Read(std::size_t offset, std::span<std::byte> out) = 0;
 };
 
+/// One stored binary value, changed in place.
+class BlobWriter {
+ public:
+  BlobWriter() = default;
+  BlobWriter(const BlobWriter&) = delete;
+  BlobWriter& operator=(const BlobWriter&) = delete;
+  virtual ~BlobWriter() = default;
+  /// The range must lie inside.
+  virtual void Write(std::size_t offset, std::span<const std::byte> bytes) = 0;
+};
+
 /// What differs between kinds of databases, as pieces of statements.
 class Dialect {
  public:
@@ -131,6 +142,9 @@ class Connection {
   [[nodiscard]] virtual std::unique_ptr<BlobReader> OpenBlob(std::string_view table,
                                                              std::string_view column,
                                                              std::int64_t row) = 0;
+  [[nodiscard]] virtual std::unique_ptr<BlobWriter> OpenBlobToWrite(std::string_view table,
+                                                                    std::string_view column,
+                                                                    std::int64_t row) = 0;
   /// A connection of its own for reading large values, which would drive everything else out of
   /// this one's memory. It doesn't see what this one hasn't saved. Null for a database in memory,
   /// and where another file has taken the place of this one.
@@ -139,6 +153,8 @@ class Connection {
   virtual void Begin() = 0;
   virtual void Commit() = 0;
   virtual void Rollback() = 0;
+  /// A number that is another one as soon as another connection has changed the database.
+  [[nodiscard]] virtual std::int64_t ChangesOfOthers() = 0;
   /// False also after a failure for which the database gave up all changes by itself.
   [[nodiscard]] virtual bool IsInTransaction() const = 0;
   /// Asks again and again while a statement runs whether it may go on; one that may not fails with

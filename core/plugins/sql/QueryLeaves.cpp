@@ -184,11 +184,7 @@ Fragment QueryCompiler::InstanceLeaf(const BoundNode& node, const std::string& a
   if (!isDriver) all += " AND " + n + ".IID=" + id;
   if (!node.anyValue) {
     const BoundConstant& constant = node.constant;
-    BoundConstant number = constant;
-    number.isNever = constant.isNever || !constant.isNumber;
-    BoundConstant date = constant;
-    date.isNever = constant.isNever || constant.date.empty();
-    date.text = constant.date;
+    const BoundConstant number = constant.ForNumbers();
     const std::string value = n + ".VALUE";
     const std::string key = "coalesce(" + n + ".VALUE_F," + value + ")";
     const auto add = [&](const char* types, Fragment test) {
@@ -202,7 +198,7 @@ Fragment QueryCompiler::InstanceLeaf(const BoundNode& node, const std::string& a
     all += " OR ";
     add("7", RealTestOf(value, node.op, number, false));
     all += " OR ";
-    add("10", TextTestOf({value, key, true, true}, node.op, date));
+    add("10", TextTestOf({value, key, true, true}, node.op, constant.ForDates()));
     all += " OR ";
     add("1", TextTestOf({value, key, true, false}, node.op, constant));
     all += ")";

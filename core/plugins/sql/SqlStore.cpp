@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <atomic>
 
+#include "core/model/ModelChange.h"
 #include "core/plugins/sql/Cells.h"
 #include "core/plugins/sql/QueryPlanner.h"
 #include "core/plugins/sql/SchemaMigration.h"
@@ -22,6 +23,7 @@ std::atomic<std::uint64_t> g_changes{1};
 SqlStore::SqlStore(std::shared_ptr<Connection> connection, std::u16string name)
     : m_connection(std::move(connection)),
       m_name(std::move(name)),
+      m_seenChanges(m_connection->ChangesOfOthers()),
       m_schema(ReadSchema(*m_connection, m_name)) {
   if (MigrateSchema(*m_connection, m_schema)) m_schema = ReadSchema(*m_connection, m_name);
 }
@@ -257,6 +259,23 @@ void SqlStore::Save(std::u16string_view) {
   ++g_changes;
   m_isWriting = false;
   m_isModified = false;
+}
+
+// Every statement sees what others have saved, so that only their model may have to be read.
+void SqlStore::Refresh() {
+  if (m_isWriting) return;
+  const std::int64_t changes = m_connection->ChangesOfOthers();
+  if (changes == m_seenChanges) return;
+  OpenedSchema schema = ReadSchema(*m_connection, m_name);
+  const ModelChange change = CompareModels(*m_schema.model, *schema.model);
+  if (change == ModelChange::Other) FailModelChanged();
+  if (change == ModelChange::Grown) {
+    ++m_modelStamp;
+  } else {
+    schema.model = m_schema.model;
+  }
+  m_schema = std::move(schema);
+  m_seenChanges = changes;
 }
 
 void SqlStore::Discard() {

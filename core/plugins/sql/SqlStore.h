@@ -65,10 +65,13 @@ class SqlStore final : public RecordStore {
   bool RemoveInstanceAttribute(RecordRef record, std::u16string_view name) override;
   void WriteValues(RecordRef localColumn, const Value& values, std::span<const std::int16_t> flags,
                    bool append) override;
+  void PutValues(RecordRef localColumn, ColumnPart part, std::uint64_t first,
+                 const Value& values) override;
   [[nodiscard]] bool IsModified() const override { return m_isModified; }
   void Save(std::u16string_view mode) override;
   void Discard() override;
-  void Refresh() override {}  // every statement sees what others have saved
+  void Refresh() override;
+  [[nodiscard]] std::uint64_t ModelStamp() const override { return m_modelStamp; }
   [[nodiscard]] std::vector<std::u16string> Warnings() const override { return m_schema.warnings; }
   [[nodiscard]] ContextTexts ContextValues() const override { return m_schema.contextValues; }
 
@@ -106,7 +109,9 @@ class SqlStore final : public RecordStore {
   std::shared_ptr<Connection> m_connection;
   mutable std::shared_ptr<Connection> m_bulkReader;  // null: not needed yet
   std::u16string m_name;
+  std::int64_t m_seenChanges;  // of others when the schema was read
   OpenedSchema m_schema;
+  std::uint64_t m_modelStamp = 1;
   bool m_isWriting = false;  // holds the right to write
   bool m_isModified = false;
   mutable std::set<std::pair<EntityId, RecordId>> m_unindexed;  // records whose texts changed

@@ -14,24 +14,9 @@
 namespace hv::vex::engine::sql {
 namespace {
 
-constexpr std::int16_t kValidFlag = 15;
-
 /// A column of the type knows all rules of fitting.
 bool Fits(const Attribute& declared, const Value& value) {
   Column probe(declared.type, declared.sequence);
-  return probe.SetValue(0, value);
-}
-
-bool FitsInstanceAttribute(const Value& value) {
-  if (!InstanceAttributes::IsAllowed(value.type)) return false;
-  if (!value.IsSet()) return true;
-  if (value.sequence || value.Count() != 1) return false;
-  const auto* integers = std::get_if<Value::Integers>(&value.data);
-  // Files know signed bytes here, and only here.
-  if (integers != nullptr && value.type == OdsType::Byte && integers->front() < 0) {
-    return integers->front() >= std::numeric_limits<std::int8_t>::min();
-  }
-  Column probe(value.type, false);
   return probe.SetValue(0, value);
 }
 
@@ -220,7 +205,7 @@ void SqlStore::SetInstanceAttribute(RecordRef record, const InstanceAttribute& a
   if (attribute.name.empty()) {
     FailAt(*this, record, errc::kInvalidArgument, {u"an instance attribute needs a name"});
   }
-  if (!FitsInstanceAttribute(attribute.value)) {
+  if (!InstanceAttributes::IsAllowed(attribute.value)) {
     FailAt(*this, record, errc::kWrongType,
            {u"instance attribute ", attribute.name, u" can't have this value"});
   }
@@ -273,12 +258,40 @@ void SqlStore::WriteValues(RecordRef localColumn, const Value& values,
   // Once some values have flags, all have; those written without one are valid.
   const std::uint64_t oldFlags = append ? CountBulk(*m_connection, flagKey, nullptr) : 0;
   if (!flags.empty() || oldFlags != 0) {
-    Value::Integers all(oldFlags == 0 ? static_cast<std::size_t>(old) : 0, kValidFlag);
+    Value::Integers all(oldFlags == 0 ? static_cast<std::size_t>(old) : 0, kFlagsOfValid);
     all.insert(all.end(), flags.begin(), flags.end());
-    if (flags.empty()) all.resize(all.size() + values.Count(), kValidFlag);
+    if (flags.empty()) all.resize(all.size() + values.Count(), kFlagsOfValid);
     AppendBulk(*m_connection, flagKey, {OdsType::Short, true, std::move(all)});
   }
   if (values.IsSet()) AppendBulk(*m_connection, valueKey, values);
+  change.Done();
+}
+
+void SqlStore::PutValues(RecordRef localColumn, ColumnPart part, std::uint64_t first,
+                         const Value& values) {
+  (void)Place(localColumn.entity);
+  Change change(*this);
+  MustExist(localColumn);
+  const bool isFlags = part == ColumnPart::Flags;
+  const BulkKey key = KeyOf(localColumn, isFlags ? BulkPart::Flags : BulkPart::Values);
+  OdsType type = OdsType::Unknown;
+  std::uint64_t count = CountBulk(*m_connection, key, &type);
+  std::unique_ptr<ValueSource> parameters;
+  if (!isFlags && type == OdsType::Unknown) parameters = OpenParameters(*this, localColumn);
+  if (parameters != nullptr) {
+    type = parameters->Type();
+    count = parameters->Count();
+  }
+  CheckPut(*this, localColumn, part, type, count, first, values);
+  (void)InMemoryValues::FromValue(values);
+  if (parameters != nullptr) CopyBulk(*m_connection, key, *parameters);
+  if (first < count) {
+    OverwriteBulk(*m_connection, key, first, values);
+  } else if (isFlags) {
+    AppendBulk(*m_connection, key, values);
+  } else {
+    WriteValues(localColumn, values, {}, true);
+  }
   change.Done();
 }
 

@@ -171,13 +171,13 @@ class SqliteStatement final : public Statement {
   std::span<const std::int64_t> m_ids;
 };
 
-class SqliteBlob final : public BlobReader {
+class SqliteBlob final : public BlobReader, public BlobWriter {
  public:
   SqliteBlob(const ErrorSource& source, const std::string& table, const std::string& column,
-             std::int64_t row)
+             std::int64_t row, bool mayWrite)
       : m_source(source) {
-    const int rc =
-        sqlite3_blob_open(source.database, "main", table.c_str(), column.c_str(), row, 0, &m_blob);
+    const int rc = sqlite3_blob_open(source.database, "main", table.c_str(), column.c_str(), row,
+                                     mayWrite ? 1 : 0, &m_blob);
     if (rc != SQLITE_OK) FailGone();
   }
   ~SqliteBlob() override { sqlite3_blob_close(m_blob); }
@@ -187,6 +187,10 @@ class SqliteBlob final : public BlobReader {
   void Read(std::size_t offset, std::span<std::byte> out) override {
     m_source.Check(sqlite3_blob_read(m_blob, out.data(), static_cast<int>(out.size()),
                                      static_cast<int>(offset)));
+  }
+  void Write(std::size_t offset, std::span<const std::byte> bytes) override {
+    m_source.Check(sqlite3_blob_write(m_blob, bytes.data(), static_cast<int>(bytes.size()),
+                                      static_cast<int>(offset)));
   }
 
  private:
@@ -226,7 +230,13 @@ class SqliteConnection final : public Connection {
   std::int64_t Changes() const override { return sqlite3_changes64(m_source.database); }
   std::unique_ptr<BlobReader> OpenBlob(std::string_view table, std::string_view column,
                                        std::int64_t row) override {
-    return std::make_unique<SqliteBlob>(m_source, std::string(table), std::string(column), row);
+    return std::make_unique<SqliteBlob>(m_source, std::string(table), std::string(column), row,
+                                        false);
+  }
+  std::unique_ptr<BlobWriter> OpenBlobToWrite(std::string_view table, std::string_view column,
+                                              std::int64_t row) override {
+    return std::make_unique<SqliteBlob>(m_source, std::string(table), std::string(column), row,
+                                        true);
   }
   std::shared_ptr<Connection> OpenReader() const override {
     // Where another file has taken the place meanwhile, this one's data are to be had here alone.
@@ -251,6 +261,10 @@ class SqliteConnection final : public Connection {
   void Commit() override { Execute("COMMIT"); }
   void Rollback() override {
     if (IsInTransaction()) Execute("ROLLBACK");
+  }
+  std::int64_t ChangesOfOthers() override {
+    Run run(*this, "PRAGMA data_version");
+    return run->Step() ? run->Integer(0) : 0;
   }
   bool IsInTransaction() const override { return sqlite3_get_autocommit(m_source.database) == 0; }
   void AskMeanwhile(std::function<bool()> mayGoOn) override {

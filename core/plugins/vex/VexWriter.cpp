@@ -10,6 +10,7 @@
 #include "core/plugins/vex/ModelDefinition.h"
 #include "core/plugins/vex/ScalarText.h"
 #include "core/store/memory/Failure.h"
+#include "xml/Escape.h"
 
 namespace hv::vex::engine::vexdoc {
 
@@ -32,12 +33,10 @@ Value CellOf(const ColumnBlock& block, std::size_t row) {
 /// True if XML has a place for every character.
 bool IsXmlText(std::u16string_view text) {
   for (std::size_t i = 0; i < text.size(); ++i) {
-    const char16_t c = text[i];
-    if (c >= 0xD800 && c <= 0xDBFF && i + 1 < text.size() && text[i + 1] >= 0xDC00 &&
-        text[i + 1] <= 0xDFFF) {
-      ++i;
-    } else if ((c < 0x20 && c != u'\t' && c != u'\n' && c != u'\r') || c >= 0xFFFE ||
-               (c >= 0xD800 && c <= 0xDFFF)) {
+    const auto isLow = [&](std::size_t at) { return (text[at] & 0xFC00) == 0xDC00; };
+    if ((text[i] & 0xFC00) == 0xD800) {
+      if (++i == text.size() || !isLow(i)) return false;
+    } else if (isLow(i) || !xml::IsXmlUnit(text[i])) {
       return false;
     }
   }
@@ -135,24 +134,9 @@ class Writer {
       Fail(errc::kWriteFailed, {u"'", attribute.name, u"' of '", entity.name,
                                 u"' holds a control character, which a document can't keep"});
     }
-    for (const char c : cor::ToUtf8(m_element)) {
-      switch (c) {
-        case '&':
-          m_text += "&amp;";
-          break;
-        case '<':
-          m_text += "&lt;";
-          break;
-        case '>':
-          m_text += "&gt;";
-          break;
-        case '\r':  // a reader would turn the bare character into a line feed
-          m_text += "&#13;";
-          break;
-        default:
-          m_text += c;
-      }
-    }
+    m_escaped.clear();
+    xml::AppendReadable(m_escaped, m_element, false);
+    m_text += cor::ToUtf8(m_escaped);
   }
 
   const Model& m_model;
@@ -162,6 +146,7 @@ class Writer {
   std::size_t m_depth = 0;
   std::string m_text;
   std::u16string m_element;
+  std::u16string m_escaped;
 };
 
 }  // namespace

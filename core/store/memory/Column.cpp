@@ -64,6 +64,17 @@ bool ElementsFit(OdsType type, const Value& value) {
   return StorageKindOf(type) == StorageKind::Bytes;
 }
 
+template <class Number>
+void SetCell(NumberCells& cells, Row row, Number value) {
+  std::visit(
+      [row, value](auto& numbers) {
+        if (row >= numbers.size()) numbers.resize(std::size_t{row} + 1);
+        numbers[row] = static_cast<std::decay_t<decltype(numbers[row])>>(value);
+      },
+      cells.numbers);
+  cells.isSet.Add(row);
+}
+
 }  // namespace
 
 bool IntegerFits(OdsType type, std::int64_t value) {
@@ -102,13 +113,7 @@ bool Column::IsSet(Row row) const {
 bool Column::SetInteger(Row row, std::int64_t value) {
   auto* cells = std::get_if<NumberCells>(&m_cells);
   if (cells == nullptr || !IntegerFits(m_type, value)) return false;
-  std::visit(
-      [row, value](auto& numbers) {
-        if (row >= numbers.size()) numbers.resize(std::size_t{row} + 1);
-        numbers[row] = static_cast<std::decay_t<decltype(numbers[row])>>(value);
-      },
-      cells->numbers);
-  cells->isSet.Add(row);
+  SetCell(*cells, row, value);
   return true;
 }
 
@@ -117,13 +122,7 @@ bool Column::SetReal(Row row, double value) {
   if (cells == nullptr || StorageKindOf(m_type) != StorageKind::Real || !RealFits(m_type, value)) {
     return false;
   }
-  std::visit(
-      [row, value](auto& numbers) {
-        if (row >= numbers.size()) numbers.resize(std::size_t{row} + 1);
-        numbers[row] = static_cast<std::decay_t<decltype(numbers[row])>>(value);
-      },
-      cells->numbers);
-  cells->isSet.Add(row);
+  SetCell(*cells, row, value);
   return true;
 }
 

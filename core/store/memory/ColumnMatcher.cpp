@@ -155,16 +155,12 @@ class InstanceAttributeMatcher final : public ColumnMatcher {
                         FoldCase(name, buffer) == m_node.attributeName);
     }
     const BoundConstant& constant = m_node.constant;
-    BoundConstant number = constant;
-    number.isNever = constant.isNever || !constant.isNumber;
-    BoundConstant date = constant;
-    date.isNever = constant.isNever || constant.date.empty();
-    date.text = constant.date;
+    const BoundConstant number = constant.ForNumbers();
     const IntegerTest integerTest = IntegerTest::Make(m_node.op, number);
     const RealTest floatTest = RealTest::Make(m_node.op, number, true);
     const RealTest doubleTest = RealTest::Make(m_node.op, number, false);
     const TextTest textTest(m_node.op, constant, false);
-    const TextTest dateTest(m_node.op, date, true);
+    const TextTest dateTest(m_node.op, constant.ForDates(), true);
 
     const auto passes = [&](const InstanceAttributes::Item& item) {
       if (!item.isSet || !isNamed[item.name]) return false;

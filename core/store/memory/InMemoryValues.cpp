@@ -185,6 +185,11 @@ InMemoryValues InMemoryValues::FromImage(OdsType type, std::uint64_t count,
 }
 
 Bytes InMemoryValues::Image() const {
+  if (!m_replaced.empty()) {
+    InMemoryValues settled = *this;
+    settled.Settle();
+    return settled.Image();
+  }
   const auto ends = std::as_bytes(std::span(m_ends));
   Bytes image;
   image.reserve(SizeInBytes());
@@ -196,6 +201,7 @@ Bytes InMemoryValues::Image() const {
 void InMemoryValues::Clear() {
   m_data.clear();
   m_ends.clear();
+  m_replaced.clear();
 }
 
 void InMemoryValues::Reserve(std::size_t count) {
@@ -278,6 +284,41 @@ void InMemoryValues::Append(const Value& value) {
   Fail(errc::kWrongType, {u"the values don't fit the type ", NameOfType(m_type, true)});
 }
 
+void InMemoryValues::Overwrite(std::uint64_t first, const Value& value) {
+  CheckRange(first, value.Count(), Count());
+  InMemoryValues fitting(m_type);
+  fitting.Append(value);
+  if (m_width != 0) {
+    const std::size_t offset = static_cast<std::size_t>(first) * PartsOf(m_type) * m_width;
+    std::copy(fitting.m_data.begin(), fitting.m_data.end(),
+              m_data.begin() + static_cast<std::ptrdiff_t>(offset));
+    return;
+  }
+  if (const auto* texts = std::get_if<Value::Texts>(&value.data)) {
+    for (const std::u16string& text : *texts) {
+      const auto bytes = std::as_bytes(std::span(text));
+      m_replaced[first++].assign(bytes.begin(), bytes.end());
+    }
+  } else {
+    for (const Bytes& bytes : std::get<Value::ByteStrings>(value.data)) m_replaced[first++] = bytes;
+  }
+  // Settling passes over everything, so it waits until that is little for each that was replaced.
+  constexpr std::size_t kFew = 1024;
+  constexpr std::size_t kShare = 8;
+  if (m_replaced.size() > kFew + Count() / kShare) Settle();
+}
+
+void InMemoryValues::Settle() {
+  InMemoryValues settled(m_type);
+  settled.Reserve(static_cast<std::size_t>(Count()));
+  if (m_kind == StorageKind::Text) {
+    ReadTexts(0, Count(), [&](std::u16string_view text) { settled.AddText(text); });
+  } else {
+    ReadBytes(0, Count(), [&](std::span<const std::byte> bytes) { settled.AddBytes(bytes); });
+  }
+  *this = std::move(settled);
+}
+
 std::uint64_t InMemoryValues::Count() const {
   return m_width == 0 ? m_ends.size() : m_data.size() / (m_width * PartsOf(m_type));
 }
@@ -294,12 +335,24 @@ void InMemoryValues::ReadReals(std::uint64_t first, std::span<double> out) const
   ConvertFrom(m_type, m_data.data() + first * parts * m_width, out);
 }
 
+const Bytes* InMemoryValues::ReplacedAt(std::uint64_t index) const {
+  if (m_replaced.empty()) return nullptr;
+  const auto found = m_replaced.find(index);
+  return found == m_replaced.end() ? nullptr : &found->second;
+}
+
 void InMemoryValues::ReadTexts(std::uint64_t first, std::uint64_t count,
                                const std::function<void(std::u16string_view)>& sink) const {
   if (m_kind != StorageKind::Text) Fail(errc::kWrongType, {u"the values aren't texts"});
   CheckRange(first, count, Count());
   std::u16string buffer;
   for (std::uint64_t i = first; i < first + count; ++i) {
+    if (const Bytes* const other = ReplacedAt(i)) {
+      buffer.resize(other->size() / sizeof(char16_t));
+      if (!buffer.empty()) std::memcpy(buffer.data(), other->data(), other->size());
+      sink(buffer);
+      continue;
+    }
     const auto end = static_cast<std::size_t>(m_ends[i] >> 1);
     std::size_t begin = i == 0 ? 0 : static_cast<std::size_t>(m_ends[i - 1] >> 1);
     if ((m_ends[i] & 1) != 0) {
@@ -318,6 +371,10 @@ void InMemoryValues::ReadBytes(std::uint64_t first, std::uint64_t count,
   if (m_kind != StorageKind::Bytes) Fail(errc::kWrongType, {u"the values aren't byte strings"});
   CheckRange(first, count, Count());
   for (std::uint64_t i = first; i < first + count; ++i) {
+    if (const Bytes* const other = ReplacedAt(i)) {
+      sink(*other);
+      continue;
+    }
     const auto begin = i == 0 ? 0 : static_cast<std::size_t>(m_ends[i - 1]);
     sink(std::span(m_data).subspan(begin, static_cast<std::size_t>(m_ends[i]) - begin));
   }

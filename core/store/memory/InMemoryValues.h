@@ -8,6 +8,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "core/model/Value.h"
@@ -17,7 +18,8 @@ namespace hv::vex::engine {
 
 /// Values packed without gaps at their type's own width: Boolean and Byte 1 byte, Short 2, Long,
 /// Enum and Float 4, LongLong, Id and Double 8, Complex and DComplex two reals; texts as ASCII or
-/// UTF-16 in one buffer; byte strings in one buffer. Filled once, then shared by those who read.
+/// UTF-16 in one buffer; byte strings in one buffer. Those who read share them; only who holds them
+/// alone may go on changing them.
 class InMemoryValues final {
  public:
   /// `type` may be any scalar type but Unknown, otherwise throws kWrongType.
@@ -51,6 +53,9 @@ class InMemoryValues final {
   void AddPacked(const void* numbers, std::size_t count);
   /// Adds all values; throws kWrongType as `FromValue` does, then nothing was added.
   void Append(const Value& value);
+  /// Replaces the values from `first` on; throws kWrongType as `FromValue` does, and
+  /// kInvalidArgument for a range that doesn't lie inside, then nothing was replaced.
+  void Overwrite(std::uint64_t first, const Value& value);
 
   [[nodiscard]] OdsType Type() const { return m_type; }
   [[nodiscard]] std::uint64_t Count() const;
@@ -75,12 +80,18 @@ class InMemoryValues final {
   static std::unique_ptr<ValueSource> Open(std::shared_ptr<const InMemoryValues> values);
 
  private:
+  /// Brings replaced texts and byte strings to their places.
+  void Settle();
+  [[nodiscard]] const Bytes* ReplacedAt(std::uint64_t index) const;
+
   OdsType m_type;
   StorageKind m_kind;
   std::size_t m_width = 0;        // of one number; 0 for texts and byte strings
   std::vector<std::byte> m_data;  // numbers, or texts and byte strings one after the other
   std::vector<std::uint64_t>
       m_ends;  // texts: twice the end plus 1 if UTF-16; byte strings: the end
+  // What stands for texts (UTF-16) and byte strings that were replaced, by their position.
+  std::unordered_map<std::uint64_t, Bytes> m_replaced;
 };
 
 /// Opens the values of a local column, each time they are asked for.

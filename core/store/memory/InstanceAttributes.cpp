@@ -9,22 +9,7 @@
 namespace hv::vex::engine {
 namespace {
 
-bool ValueFits(const Value& value) {
-  if (!value.IsSet()) return true;
-  if (value.sequence || value.Count() != 1) return false;
-  const auto* integers = std::get_if<Value::Integers>(&value.data);
-  if (integers != nullptr && value.type == OdsType::Byte && integers->front() < 0) {
-    // Files know signed bytes here, and only here.
-    return integers->front() >= std::numeric_limits<std::int8_t>::min();
-  }
-  // A column of the type knows all rules of fitting.
-  Column probe(value.type, false);
-  return probe.SetValue(0, value);
-}
-
-}  // namespace
-
-bool InstanceAttributes::IsAllowed(OdsType type) {
+bool IsAllowedType(OdsType type) {
   switch (type) {
     case OdsType::String:
     case OdsType::Byte:
@@ -38,6 +23,22 @@ bool InstanceAttributes::IsAllowed(OdsType type) {
     default:
       return false;
   }
+}
+
+}  // namespace
+
+bool InstanceAttributes::IsAllowed(const Value& value) {
+  if (!IsAllowedType(value.type)) return false;
+  if (!value.IsSet()) return true;
+  if (value.sequence || value.Count() != 1) return false;
+  const auto* integers = std::get_if<Value::Integers>(&value.data);
+  if (integers != nullptr && value.type == OdsType::Byte && integers->front() < 0) {
+    // Files know signed bytes here, and only here.
+    return integers->front() >= std::numeric_limits<std::int8_t>::min();
+  }
+  // A column of the type knows all rules of fitting.
+  Column probe(value.type, false);
+  return probe.SetValue(0, value);
 }
 
 std::uint32_t InstanceAttributes::NameNumber(std::u16string_view name) {
@@ -58,7 +59,7 @@ std::uint32_t* InstanceAttributes::Find(Row row, std::u16string_view name) {
 
 bool InstanceAttributes::Set(Row row, const InstanceAttribute& attribute) {
   const Value& value = attribute.value;
-  if (!IsAllowed(value.type) || !ValueFits(value)) return false;
+  if (!IsAllowed(value)) return false;
   std::int64_t payload = 0;
   if (const auto* integers = std::get_if<Value::Integers>(&value.data)) {
     payload = integers->front();

@@ -27,11 +27,11 @@ class InstanceAttributes final {
     bool isSet;
   };
 
-  /// The types that the standard allows here.
-  static bool IsAllowed(OdsType type);
+  /// True if the standard allows the value's type here, and the value fits it.
+  static bool IsAllowed(const Value& value);
 
-  /// Adds the attribute at the end, or replaces the one of that name. False if its type isn't
-  /// allowed, or the value doesn't fit the type.
+  /// Adds the attribute at the end, or replaces the one of that name. False if its value isn't
+  /// allowed.
   bool Set(Row row, const InstanceAttribute& attribute);
   bool Remove(Row row, std::u16string_view name);
   void Clear(Row row);

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include "core/model/ModelChange.h"
+#include "core/store/RecordAccess.h"
 #include "core/store/memory/Failure.h"
 #include "core/store/memory/MemoryStoreAccess.h"
 #include "core/store/memory/MemoryTable.h"
@@ -10,8 +12,6 @@
 
 namespace hv::vex::engine {
 namespace {
-
-constexpr std::int16_t kValidFlag = 15;
 
 /// The two directions of a relation between two tables.
 struct Link2 {
@@ -39,38 +39,9 @@ struct Link2 {
   }
 };
 
-/// True if records of one model can be read with the other: same names, types and directions in the
-/// same order.
-bool HasSameShape(const Model& a, const Model& b) {
-  const auto sameAttribute = [](const Attribute& x, const Attribute& y) {
-    return x.name == y.name && x.baseName == y.baseName && x.type == y.type &&
-           x.sequence == y.sequence && x.obligatory == y.obligatory && x.unique == y.unique &&
-           x.autogenerate == y.autogenerate && x.length == y.length &&
-           x.enumeration == y.enumeration && x.unit == y.unit;
-  };
-  const auto sameRelation = [](const Relation& x, const Relation& y) {
-    return x.name == y.name && x.baseName == y.baseName && x.target == y.target &&
-           x.minOccurs == y.minOccurs && x.maxOccurs == y.maxOccurs && x.inverse == y.inverse &&
-           x.inverseName == y.inverseName && x.relationship == y.relationship;
-  };
-  const auto sameEntity = [&](const Entity& x, const Entity& y) {
-    return x.name == y.name && x.isBase == y.isBase && x.super == y.super &&
-           std::equal(x.attributes.begin(), x.attributes.end(), y.attributes.begin(),
-                      y.attributes.end(), sameAttribute) &&
-           std::equal(x.relations.begin(), x.relations.end(), y.relations.begin(),
-                      y.relations.end(), sameRelation);
-  };
-  const auto sameEnumeration = [](const Enumeration& x, const Enumeration& y) {
-    return x.name == y.name && std::equal(x.items.begin(), x.items.end(), y.items.begin(),
-                                          y.items.end(), [](const EnumItem& i, const EnumItem& j) {
-                                            return i.name == j.name && i.value == j.value;
-                                          });
-  };
-  return a.BaseModelVersion() == b.BaseModelVersion() &&
-         std::equal(a.Entities().begin(), a.Entities().end(), b.Entities().begin(),
-                    b.Entities().end(), sameEntity) &&
-         std::equal(a.Enumerations().begin(), a.Enumerations().end(), b.Enumerations().begin(),
-                    b.Enumerations().end(), sameEnumeration);
+std::uint64_t CountOfValues(const LongValues& values) {
+  const std::unique_ptr<ValueSource> source = values.Open();
+  return source == nullptr ? 0 : source->Count();
 }
 
 std::vector<std::unique_ptr<MemoryTable>> MakeTables(const Model& model) {
@@ -81,18 +52,21 @@ std::vector<std::unique_ptr<MemoryTable>> MakeTables(const Model& model) {
   return tables;
 }
 
-/// Values or flags after adding to those there are.
-std::shared_ptr<const InMemoryValues> Extended(const LongValues& old, const Value& added) {
-  const std::unique_ptr<ValueSource> source = old.Open();
-  if (source == nullptr || source->Count() == 0) return InMemoryValues::FromValue(added);
-  const std::shared_ptr<InMemoryValues> values = InMemoryValues::FromSource(*source);
-  values->Append(added);
-  return values;
+/// What may be changed where it lies. Whoever else holds it keeps it as it was.
+InMemoryValues& Own(LongValues& values, const std::function<std::unique_ptr<ValueSource>()>& open) {
+  if (values.own == nullptr || values.own.use_count() > 1) {
+    values = {nullptr, nullptr, InMemoryValues::FromSource(*open())};
+  }
+  return *values.own;
 }
 
-std::uint64_t CountOfValues(const LongValues& values) {
-  const std::unique_ptr<ValueSource> source = values.Open();
-  return source == nullptr ? 0 : source->Count();
+/// Adds to the values or flags there are. Throws kWrongType as `InMemoryValues::Append` does.
+void Extend(LongValues& values, const Value& added) {
+  if (CountOfValues(values) == 0) {
+    values = {nullptr, nullptr, InMemoryValues::FromValue(added)};
+  } else {
+    Own(values, [&] { return values.Open(); }).Append(added);
+  }
 }
 
 }  // namespace
@@ -269,24 +243,50 @@ void MemoryStore::WriteValues(RecordRef localColumn, const Value& values,
   }
   if (append && !values.IsSet()) return;
   LocalColumn& column = table.MakeLocalColumn(row);
-  LocalColumn changed;
   if (!append) {
+    LocalColumn changed;
     if (values.IsSet()) changed.values.inMemory = InMemoryValues::FromValue(values);
     if (!flags.empty()) changed.flags.inMemory = InMemoryValues::FromFlags(flags);
+    column = std::move(changed);
   } else {
-    changed.values.inMemory = Extended(column.values, values);
+    const bool hadFlags = column.flags.IsSet();
+    const std::uint64_t old = hadFlags ? 0 : CountOfValues(column.values);
+    Extend(column.values, values);
     // Once some values have flags, all have; those written without one are valid.
-    if (!flags.empty() || column.flags.IsSet()) {
+    if (!flags.empty() || hadFlags) {
       Value added{OdsType::Short, true, Value::Integers(flags.begin(), flags.end())};
       auto& all = std::get<Value::Integers>(added.data);
-      all.resize(values.Count(), kValidFlag);
-      if (!column.flags.IsSet()) {
-        all.insert(all.begin(), static_cast<std::size_t>(CountOfValues(column.values)), kValidFlag);
-      }
-      changed.flags.inMemory = Extended(column.flags, added);
+      all.resize(values.Count(), kFlagsOfValid);
+      all.insert(all.begin(), static_cast<std::size_t>(old), kFlagsOfValid);
+      Extend(column.flags, added);
     }
   }
-  column = std::move(changed);
+  m_isModified = true;
+}
+
+void MemoryStore::PutValues(RecordRef localColumn, ColumnPart part, std::uint64_t first,
+                            const Value& values) {
+  MemoryTable& table = Writable(localColumn.entity);
+  const Row row = RowOf(*this, localColumn);
+  const bool isFlags = part == ColumnPart::Flags;
+  const auto open = [&] { return isFlags ? OpenFlags(localColumn) : OpenValues(localColumn); };
+  OdsType type = values.type;
+  std::uint64_t count = 0;
+  if (const std::unique_ptr<ValueSource> source = open()) {
+    type = source->Type();
+    count = source->Count();
+  }
+  CheckPut(*this, localColumn, part, type, count, first, values);
+  LocalColumn& column = table.MakeLocalColumn(row);
+  LongValues& changed = isFlags ? column.flags : column.values;
+  if (first < count) {
+    Own(changed, open).Overwrite(first, values);
+  } else if (isFlags) {
+    Extend(changed, values);
+  } else {
+    if (count != 0) (void)Own(changed, open);  // parameters stay in front
+    WriteValues(localColumn, values, {}, true);
+  }
   m_isModified = true;
 }
 
@@ -318,7 +318,9 @@ void MemoryStore::Refresh() {
 }
 
 void MemoryStore::TakeOver(MemoryStore& other) {
-  if (!HasSameShape(*m_model, *other.m_model)) {
+  const ModelChange change = CompareModels(*m_model, *other.m_model);
+  if (change == ModelChange::Other) FailModelChanged();
+  if (change == ModelChange::Grown) {
     m_model = other.m_model;
     ++m_modelStamp;
   }

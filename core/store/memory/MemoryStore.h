@@ -89,6 +89,8 @@ class MemoryStore final : public RecordStore {
   bool RemoveInstanceAttribute(RecordRef record, std::u16string_view name) override;
   void WriteValues(RecordRef localColumn, const Value& values, std::span<const std::int16_t> flags,
                    bool append) override;
+  void PutValues(RecordRef localColumn, ColumnPart part, std::uint64_t first,
+                 const Value& values) override;
   [[nodiscard]] bool IsModified() const override { return m_isModified; }
   void Save(std::u16string_view mode) override;
   void Discard() override;

@@ -15,14 +15,19 @@
 
 namespace hv::vex::engine {
 
-/// Long values of one row: in memory, or behind a provider.
+/// Long values of one row: in memory, behind a provider, or (`own`) copied from there by who
+/// changes them one by one.
 struct LongValues {
   std::shared_ptr<const InMemoryValues> inMemory;
   ValueProvider provider;
+  std::shared_ptr<InMemoryValues> own = nullptr;
 
-  [[nodiscard]] bool IsSet() const { return inMemory != nullptr || provider != nullptr; }
+  [[nodiscard]] bool IsSet() const {
+    return inMemory != nullptr || provider != nullptr || own != nullptr;
+  }
   /// Null if not set.
   [[nodiscard]] std::unique_ptr<ValueSource> Open() const {
+    if (own != nullptr) return InMemoryValues::Open(own);
     if (inMemory != nullptr) return InMemoryValues::Open(inMemory);
     return provider ? provider() : nullptr;
   }
@@ -35,7 +40,7 @@ struct LocalColumn {
 };
 
 /// Keeps columns, links and ids together; knows nothing of other tables. Copying copies all
-/// records; long values are shared, since they are replaced and never changed.
+/// records; long values are shared until one of those who share them changes theirs.
 class MemoryTable final {
  public:
   explicit MemoryTable(const Entity& entity);

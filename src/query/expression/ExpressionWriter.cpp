@@ -10,8 +10,7 @@
 #include "query/values/OrList.h"
 
 #include <algorithm>
-#include <array>
-#include <cstdio>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -19,19 +18,27 @@ namespace hv::vex {
 
 namespace {
 
+using util::conv::TimeValue;
+
 constexpr std::u16string_view kAnd = u"AND";
 constexpr std::u16string_view kOr = u"OR";
 constexpr std::u16string_view kBlanks = u" \t\r\n";
 
-WString DateDigits(int year, int month, int day, int hour, int minute, int second) {
-  std::array<char, 80> digits{};
-  const int length = std::snprintf(digits.data(), digits.size(), "%04d%02d%02d%02d%02d%02d", year,
-                                   month, day, hour, minute, second);
-  return cor::FromUtf8({digits.data(), static_cast<std::size_t>(length)});
+/// A date constant: 14 digits, of which the first eight are the day.
+WString DateDigits(const TimeValue& time) {
+  constexpr int kDigits = 14;
+  std::string digits;
+  time.ToText(&digits, kDigits);
+  return cor::FromUtf8(digits);
 }
 
 WString DateDigits(const SystemTime& time) {
-  return DateDigits(time.year, time.month, time.day, time.hour, time.minute, time.second);
+  return DateDigits(TimeValue::FromParts({.year = time.year,
+                                          .month = time.month,
+                                          .day = time.day,
+                                          .hour = time.hour,
+                                          .minute = time.minute,
+                                          .second = time.second}));
 }
 
 /// True for a text that is its own and only value.
@@ -183,20 +190,17 @@ Result ExpressionWriter::WriteDate(easyImpl::IConditionImpl& condition, std::u16
     WriteRange(DateDigits(range.from), DateDigits(range.to), target, body);
     return S_OK;
   }
-  util::conv::TimeValue time;
+  TimeValue time;
   if (Failed(util::conv::TimeOfVariant(condition.GetFirstValue(), &time))) return VEX_E_VALUE_TYPE;
-  const util::conv::TimeParts at = time.ToParts();
-  const WString day = DateDigits(at.year, at.month, at.day, 0, 0, 0);
+  const WString moment = DateDigits(time);
+  const WString day(moment.view().substr(0, 8));
   if (op == u"=") {
-    WriteRange(day, DateDigits(at.year, at.month, at.day, 23, 59, 59), target, body);
+    WriteRange(day + u"000000", day + u"235959", target, body);
     return S_OK;
   }
   const bool isPairApart = !target.isModelProperty && target.isInOr;
   if (isPairApart) OpenFunction(*body, kAnd);
-  WriteValue(
-      op,
-      HasTimeOfDay(op) ? DateDigits(at.year, at.month, at.day, at.hour, at.minute, at.second) : day,
-      ConstantKind::Plain, target, body);
+  WriteValue(op, HasTimeOfDay(op) ? moment : day + u"000000", ConstantKind::Plain, target, body);
   if (isPairApart) CloseFunction(*body);
   return S_OK;
 }

@@ -42,12 +42,7 @@ bool AttachCore() noexcept {
          g_core.vexCreateInstList && g_core.vexCreateContainerList;
 }
 
-void DetachCore() noexcept {
-  if (g_core.attachCount-- != 1 || !g_core.module) return;
-  const cor::osdep::SharedLibrary* const module = g_core.module;
-  g_core = {};
-  delete module;
-}
+void DetachCore() noexcept { DetachModule(g_core); }
 
 void StartCore() {
   if (g_core.Init) g_core.Init();

@@ -24,4 +24,14 @@ Function TryBind(const cor::osdep::SharedLibrary* module, const char* name) {
   return module ? reinterpret_cast<Function>(module->GetSymbol(name, false)) : nullptr;
 }
 
+/// Gives back one attachment to a table of a module's functions; the last one unloads the module,
+/// which nothing finds any more by then.
+template <class Library>
+void DetachModule(Library& library) noexcept {
+  if (library.attachCount-- != 1 || !library.module) return;
+  const cor::osdep::SharedLibrary* const module = library.module;
+  library = {};
+  delete module;
+}
+
 }  // namespace hv::vex

@@ -34,12 +34,7 @@ bool AttachGuiCompanion() noexcept {
          g_companion.gvexCreateDragDrop;
 }
 
-void DetachGuiCompanion() noexcept {
-  if (g_companion.attachCount-- != 1 || !g_companion.module) return;
-  const cor::osdep::SharedLibrary* const module = g_companion.module;
-  g_companion = {};
-  delete module;
-}
+void DetachGuiCompanion() noexcept { DetachModule(g_companion); }
 
 void StartGuiCompanion() {
   if (g_companion.Init) g_companion.Init();

@@ -48,7 +48,9 @@ class IStore : public IUnknown {
   virtual void GetDisplayLocation(WString& location) = 0;
   /// The instances at an absolute path ("/#Name", "/##name", see IContainer); never null.
   virtual IInstList* GetInstances(std::u16string_view path) = 0;
-  /// Looks again at what others have changed. Unsaved changes of this session stay.
+  /// Looks again at what others have changed. Unsaved changes of this session stay. A model that
+  /// has grown is shown by the objects that stand for it; one that has changed otherwise is
+  /// kNotSupported, and the store must be opened anew to see anything that others did.
   virtual void Refresh() = 0;
   virtual void DeleteInstance(IInstance* instance) = 0;
   /// Drops all unsaved changes.

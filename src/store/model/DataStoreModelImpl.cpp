@@ -42,8 +42,20 @@ Result CDataStoreModelImpl::GetEntities(IEntityCollImpl** entities) {
   HV_RETURN_IF_NULL(entities);
   *entities = nullptr;
   HV_RETURN_CODE_IF(!m_entities, E_UNEXPECTED);
+  HV_RETURN_IF_FAILED(Follow());
   return m_entities.CopyTo(entities);
 }
+
+Result CDataStoreModelImpl::Follow() try {
+  const auto model = Ref<IModel>::Adopt(m_store->GetModel());
+  HV_RETURN_CODE_IF(!model || model->GetChangeCounter() == m_modelStamp, S_OK);
+  const auto list = Ref<IEntityList>::Adopt(model->GetEntities());
+  HV_RETURN_CODE_IF(!list, E_FAIL);
+  HV_RETURN_IF_FAILED(m_entities->AddNew(*list));
+  m_modelStamp = model->GetChangeCounter();
+  return S_OK;
+}
+HV_CATCH_RETURN()
 
 Result CDataStoreModelImpl::Export(std::u16string_view path) try {
   HV_RETURN_CODE_IF(!m_store, E_UNEXPECTED);
@@ -74,6 +86,7 @@ Result CDataStoreModelImpl::SetStore(IStore* store) try {
   m_cache = MakeRef<CEntityImplCache>();
   const auto model = Ref<IModel>::Adopt(m_store->GetModel());
   HV_RETURN_CODE_IF(!model, E_FAIL);
+  m_modelStamp = model->GetChangeCounter();
   const auto list = Ref<IEntityList>::Adopt(model->GetEntities());
   HV_RETURN_CODE_IF(!list, E_FAIL);
   return m_entities->Fill(*list, *m_cache);

@@ -1,6 +1,7 @@
 // store/model/DataStoreModelImpl.h - the data model of a session.
 #pragma once
 
+#include <cstdint>
 #include <string_view>
 
 #include <storefabric/Ref.h>
@@ -16,7 +17,8 @@ namespace hv::vex {
 class CEntityCollImpl;
 class CEntityImplCache;
 
-/// Read from the engine once, when the store is set, and kept.
+/// Read from the engine when the store is set, and kept: what others add to the model in the
+/// meantime is appended.
 class CDataStoreModelImpl final : private CoreBinding, public cor::Counted<IDataStoreModelImpl> {
  public:
   CDataStoreModelImpl();
@@ -30,10 +32,14 @@ class CDataStoreModelImpl final : private CoreBinding, public cor::Counted<IData
  private:
   ~CDataStoreModelImpl() override;
 
+  /// Adds what the engine's model has grown by.
+  Result Follow();
+
   WString m_exportPath;  // of the last export, with its extension
   Ref<CEntityCollImpl> m_entities;
   Ref<IStore> m_store;
   Ref<CEntityImplCache> m_cache;
+  std::uint64_t m_modelStamp = 0;
 };
 
 }  // namespace hv::vex

@@ -22,6 +22,19 @@ Result CEntityCollImpl::Fill(IEntityList& list, IEntityImplCache& cache) try {
 }
 HV_CATCH_RETURN()
 
+Result CEntityCollImpl::AddNew(IEntityList& list) try {
+  Result result = S_OK;
+  const std::uint64_t count = list.GetCount();
+  for (std::uint64_t i = 0; i < count; ++i) {
+    const auto coreEntity = Ref<IEntity>::Adopt(list.GetEntity(i));
+    if (!coreEntity) continue;
+    const Result added = AddEntity(*coreEntity);
+    if (Failed(added) && added != E_ACCESSDENIED) result = added;
+  }
+  return result;
+}
+HV_CATCH_RETURN()
+
 Result CEntityCollImpl::AddEntity(IEntity& coreEntity) {
   WString name;
   coreEntity.GetName(name);

@@ -22,6 +22,9 @@ class CEntityCollImpl final : private CoreBinding,
   /// \return S_OK; the last failure: E_ACCESSDENIED for a name that is there already, the code of
   ///         an entity that can't be made or of the engine.
   Result Fill(IEntityList& list, IEntityImplCache& cache);
+  /// Appends those of the list that have come since.
+  /// \return as `Fill`, but a name that is there is no failure
+  Result AddNew(IEntityList& list);
 
  private:
   ~CEntityCollImpl() override = default;

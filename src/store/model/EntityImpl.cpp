@@ -19,7 +19,16 @@ CEntityImpl::CEntityImpl(CEntityImplCache& cache, IEntity& entity, std::u16strin
 
 CEntityImpl::~CEntityImpl() = default;
 
-Result CEntityImpl::Init() { return m_properties->Fill(); }
+Result CEntityImpl::Init() try {
+  m_modelStamp = ModelStamp();
+  return m_properties->Fill();
+}
+HV_CATCH_RETURN()
+
+std::uint64_t CEntityImpl::ModelStamp() const {
+  const auto model = Ref<IModel>::Adopt(m_entity->GetModel());
+  return model ? model->GetChangeCounter() : 0;
+}
 
 Result CEntityImpl::GetName(WString* name) {
   HV_RETURN_IF_NULL(name);
@@ -27,9 +36,11 @@ Result CEntityImpl::GetName(WString* name) {
   return S_OK;
 }
 
-Result CEntityImpl::GetModelProperties(IModelPropertyCollImpl** properties) {
+Result CEntityImpl::GetModelProperties(IModelPropertyCollImpl** properties) try {
+  if (ModelStamp() != m_modelStamp) HV_RETURN_IF_FAILED(Init());
   return m_properties.CopyTo(properties);
 }
+HV_CATCH_RETURN()
 
 Result CEntityImpl::GetModelReferences(IModelReferenceCollImpl** references) try {
   HV_RETURN_IF_NULL(references);

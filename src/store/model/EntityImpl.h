@@ -16,7 +16,8 @@ namespace hv::vex {
 class CEntityImplCache;
 class CModelPropertyCollImpl;
 
-/// Reads its properties once, when it is made, and its references at each request.
+/// Reads its properties when it is made and when the model has grown, and its references at each
+/// request.
 class CEntityImpl final : private CoreBinding, public cor::Counted<IEntityImpl> {
  public:
   /// \param cache  not held; calls `ForgetCache` before it goes
@@ -39,10 +40,13 @@ class CEntityImpl final : private CoreBinding, public cor::Counted<IEntityImpl> 
  private:
   ~CEntityImpl() override;
 
+  [[nodiscard]] std::uint64_t ModelStamp() const;
+
   CEntityImplCache* m_cache;
   Ref<IEntity> m_entity;
   WString m_name;
   Ref<CModelPropertyCollImpl> m_properties;
+  std::uint64_t m_modelStamp = 0;  // when the properties were read
 };
 
 }  // namespace hv::vex

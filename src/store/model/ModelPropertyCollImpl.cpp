@@ -15,9 +15,11 @@ namespace hv::vex {
 Result CModelPropertyCollImpl::Fill() try {
   const auto list = Ref<IAttribute>::Adopt(m_entity->GetAttributeNames());
   const std::span<const WString> names = TextsOf(list.Get());
+  std::int32_t known = 0;
+  HV_RETURN_IF_FAILED(m_members.GetCount(&known));
   for (std::size_t i = 0; i < names.size(); ++i) {
     const std::int32_t type = m_entity->GetAttributeType(i);
-    if (!IsPropertyType(type)) continue;
+    if (!IsPropertyType(type) || (known != 0 && m_members.Contains(names[i]))) continue;
     WString baseName;
     m_entity->GetAttributeBaseName(baseName, names[i]);
     std::int32_t minOccur = 0;

@@ -19,7 +19,7 @@ class CModelPropertyCollImpl final : private CoreBinding,
  public:
   explicit CModelPropertyCollImpl(IEntity& entity) : m_entity(Ref<IEntity>::Share(&entity)) {}
 
-  /// Reads the entity's attributes of property types. Called once.
+  /// Reads the entity's attributes of property types; called again, appends those of new names.
   Result Fill();
 
   // IModelPropertyCollImpl

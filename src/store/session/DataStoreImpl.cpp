@@ -39,6 +39,14 @@ constexpr CodeRow kBuildRows[] = {
     {errc::kWriteProtected, E_UNEXPECTED},
 };
 
+Result ReadText(IStore* store, void (IStore::*read)(WString&), WString* text) try {
+  HV_RETURN_IF_NULL(text);
+  HV_RETURN_CODE_IF(!store, E_UNEXPECTED);
+  (store->*read)(*text);
+  return S_OK;
+}
+HV_CATCH_RETURN_AS(E_UNEXPECTED)
+
 /// The engine's own environment if none is given.
 Ref<IStore> OpenStore(std::u16string_view name, std::u16string_view pluginName,
                       std::u16string_view parameter, IEnvironment* given) {
@@ -90,29 +98,17 @@ Result CDataStoreImpl::Build() try {
 }
 HV_CATCH_RETURN_AS(E_UNEXPECTED, kBuildRows)
 
-Result CDataStoreImpl::GetName(WString* name) try {
-  HV_RETURN_IF_NULL(name);
-  HV_RETURN_CODE_IF(!m_store, E_UNEXPECTED);
-  m_store->GetName(*name);
-  return S_OK;
+Result CDataStoreImpl::GetName(WString* name) {
+  return ReadText(m_store.Get(), &IStore::GetName, name);
 }
-HV_CATCH_RETURN_AS(E_UNEXPECTED)
 
-Result CDataStoreImpl::GetPluginName(WString* name) try {
-  HV_RETURN_IF_NULL(name);
-  HV_RETURN_CODE_IF(!m_store, E_UNEXPECTED);
-  m_store->GetPluginName(*name);
-  return S_OK;
+Result CDataStoreImpl::GetPluginName(WString* name) {
+  return ReadText(m_store.Get(), &IStore::GetPluginName, name);
 }
-HV_CATCH_RETURN_AS(E_UNEXPECTED)
 
-Result CDataStoreImpl::GetParameters(WString* parameters) try {
-  HV_RETURN_IF_NULL(parameters);
-  HV_RETURN_CODE_IF(!m_store, E_UNEXPECTED);
-  m_store->GetParameters(*parameters);
-  return S_OK;
+Result CDataStoreImpl::GetParameters(WString* parameters) {
+  return ReadText(m_store.Get(), &IStore::GetParameters, parameters);
 }
-HV_CATCH_RETURN_AS(E_UNEXPECTED)
 
 Result CDataStoreImpl::GetModel(IDataStoreModelImpl** model) {
   HV_RETURN_IF_NULL(model);

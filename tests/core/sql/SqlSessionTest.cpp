@@ -9,11 +9,13 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "core/objects/StoreObject.h"
 #include "core/plugins/sql/SqlPlugin.h"
 #include "core/plugins/sql/SqlStore.h"
 #include "core/query/TextMatch.h"
 #include "core/store/memory/MemoryStore.h"
 #include "store/core/Exception.h"
+#include "store/core/IInstance.h"
 
 #include "ContractModel.h"
 #include "SqlFixtures.h"
@@ -97,6 +99,64 @@ TEST_F(SqlSessions, SeeWhatOthersSavedAndNothingElse) {
   EXPECT_EQ(u"Größe", NameOf(*reader, 1)) << "a reader doesn't wait for a writer";
   writer->Discard();
   EXPECT_EQ(u"Größe", NameOf(*writer, 1));
+}
+
+TEST_F(SqlSessions, ShowWhatTheModelHasGrownTo) {
+  const auto open = [&] {
+    return MakeRef<StoreObject>(Open(), StoreObject::Names{}, Ref<IEnvironment>());
+  };
+  const auto names = [](const Ref<IEntity>& entity) {
+    return Ref<IAttribute>::Adopt(entity->GetAttributeNames())->GetCount();
+  };
+  // As if another program had changed the tables of the open file.
+  const auto becomes = [&](ModelVariant variant, RecordId run) {
+    const std::filesystem::path other = m_folder.File("other.sqlite");
+    MemoryStore records(MakeContractModel(variant),
+                        {[](const MemoryStore&, std::u16string_view) { return false; }, {}});
+    records.Create(m.run, run);
+    sql::WriteDatabase(records, other);
+    sqlite3 *from = nullptr, *to = nullptr;
+    sqlite3_open(other.c_str(), &from);
+    sqlite3_open(m_path.c_str(), &to);
+    sqlite3_backup* const copy = sqlite3_backup_init(to, "main", from, "main");
+    EXPECT_EQ(SQLITE_DONE, sqlite3_backup_step(copy, -1));
+    EXPECT_EQ(SQLITE_OK, sqlite3_backup_finish(copy));
+    sqlite3_close(from);
+    sqlite3_close(to);
+  };
+  becomes(ModelVariant::Plain, 1);
+  const auto session = open();
+  const auto model = Ref<IModel>::Adopt(session->GetModel());
+  const auto run = Ref<IEntity>::Adopt(model->GetEntity(u"Run"));
+  const auto instance = Ref<IInstance>::Adopt(session->GetInstance(u"Run:1"));
+  const std::uint64_t members = names(run);
+  becomes(ModelVariant::Grown, 1);
+  EXPECT_EQ(nullptr, model->GetEntity(u"Extra"));
+  session->Refresh();
+  EXPECT_EQ(2u, model->GetChangeCounter());
+  EXPECT_EQ(members + 2, names(run)) << "a mood, and the way to the extras";
+  const auto extra = Ref<IEntity>::Adopt(model->GetEntity(u"Extra"));
+  ASSERT_TRUE(extra);
+  EXPECT_EQ(run, Ref<IEntity>::Adopt(
+                     Ref<IRelation>::Adopt(extra->GetRelationByName(u"Run"))->GetTargetEntity()));
+  // What was held from before reads and writes the new places.
+  Ref<IAttribute>::Adopt(instance->GetAttributeValue(u"Mood"))->SetText(0, u"good");
+  const auto made = Ref<IInstance>::Adopt(session->CreateInstance(extra.Get()));
+  EXPECT_TRUE(made);
+  session->Refresh();
+  session->Save(u"");
+  const auto second = open();
+  WString mood;
+  const auto seen = Ref<IInstance>::Adopt(second->GetInstance(u"Run:1"));
+  Ref<IAttribute>::Adopt(seen->GetAttributeValue(u"Mood"))->GetStringValue(mood);
+  EXPECT_EQ(u"good", mood);
+  session->Refresh();
+  EXPECT_EQ(2u, model->GetChangeCounter()) << "others have changed nothing";
+
+  becomes(ModelVariant::Moved, 2);
+  EXPECT_EQ(errc::kNotSupported, CodeOf([&] { session->Refresh(); }));
+  EXPECT_EQ(errc::kNotSupported, CodeOf([&] { session->Refresh(); })) << "it stays so";
+  EXPECT_EQ(extra, Ref<IEntity>::Adopt(model->GetEntity(u"Extra")));
 }
 
 TEST_F(SqlSessions, ASecondWriterWaitsAndThenGivesUp) {

@@ -47,12 +47,13 @@ void BeginEntity(ModelBuilder& builder, std::u16string_view name, std::u16string
 
 }  // namespace
 
-std::shared_ptr<const Model> MakeContractModel() {
+std::shared_ptr<const Model> MakeContractModel(ModelVariant variant) {
   ModelBuilder builder(u"asam36");
   builder.AddEnumeration(
       {u"kind_enum", false, {{u"Rest", kRest}, {u"Idle", kIdle}, {u"Load", kLoad}}});
 
   BeginEntity(builder, u"Project", u"AoAny");
+  if (variant == ModelVariant::Moved) AddPlain(builder, u"Mood", OdsType::String);
   AddPlain(builder, u"Started", OdsType::Date);
   AddPlain(builder, u"Budget", OdsType::Double);
   AddRelation(builder, u"Runs", u"Run", u"Project", kMany);
@@ -75,6 +76,7 @@ std::shared_ptr<const Model> MakeContractModel() {
   AddPlain(builder, u"Pair", OdsType::DComplex);
   AddPlain(builder, u"Numbers", OdsType::Long, true);
   AddPlain(builder, u"Words", OdsType::String, true);
+  if (variant == ModelVariant::Grown) AddPlain(builder, u"Mood", OdsType::String);
   AddRelation(builder, u"Project", u"Project", u"Runs", 1);
   AddRelation(builder, u"Tags", u"Tag", u"Runs", kMany);
   AddRelation(builder, u"Next", u"Run", u"Previous", 1);
@@ -89,6 +91,10 @@ std::shared_ptr<const Model> MakeContractModel() {
   AddBased(builder, u"Flags", u"flags");
   AddBased(builder, u"Representation", u"sequence_representation");
   AddBased(builder, u"Parameters", u"generation_parameters");
+  if (variant == ModelVariant::Grown) {
+    BeginEntity(builder, u"Extra", u"AoAny");
+    AddRelation(builder, u"Run", u"Run", u"Extras", 1);
+  }
   std::shared_ptr<const Model> model = builder.Build();
   for (const ModelProblem& problem : builder.Problems()) {
     EXPECT_FALSE(problem.isError) << cor::ToUtf8(cor::WString(problem.text));

@@ -14,7 +14,12 @@ namespace hv::vex::engine::test {
 
 /// Projects hold runs; runs carry an attribute of every type, tags (many to many), and a next and a
 /// previous run (one to one); columns are local columns of a run.
-std::shared_ptr<const Model> MakeContractModel();
+enum class ModelVariant {
+  Plain,
+  Grown,  ///< runs have a mood, and there are extras of a run
+  Moved,  ///< another attribute stands where that of a project's start did
+};
+std::shared_ptr<const Model> MakeContractModel(ModelVariant variant = ModelVariant::Plain);
 
 /// Indexes of the model's members, looked up once.
 struct ContractModel {

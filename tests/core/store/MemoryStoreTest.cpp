@@ -113,13 +113,17 @@ TEST(MemoryStore, TakesOverWhatIsReadAgain) {
   store.Save(u"moved");
   EXPECT_EQ("6", Describe(store.AllOf(m.run)));
 
-  ModelBuilder builder(u"asam36");
-  builder.BeginEntity(u"Run", u"AoAny");
-  const auto other = builder.Build();
-  next = makeContents(other, 1);
+  const auto grown = MakeContractModel(ModelVariant::Grown);
+  next = makeContents(grown, 1);
   store.Refresh();
-  EXPECT_EQ(other, store.GetModel());
+  EXPECT_EQ(grown, store.GetModel());
   EXPECT_EQ(2u, store.ModelStamp());
+  for (const auto variant : {ModelVariant::Plain, ModelVariant::Moved}) {
+    next = makeContents(MakeContractModel(variant), 2);
+    EXPECT_THROW(store.Refresh(), Exception);
+    EXPECT_EQ(grown, store.GetModel());
+    EXPECT_EQ("1", Describe(store.AllOf(m.run)));
+  }
 }
 
 TEST(MemoryStore, KeepsRelationsApartThatClaimTheSameInverse) {

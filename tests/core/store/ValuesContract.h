@@ -1,7 +1,9 @@
 // tests/core/store/ValuesContract.h - what every record store must do: local columns, and sessions.
 #pragma once
 
+#include <algorithm>
 #include <cstring>
+#include <numeric>
 
 #include "RecordStoreContract.h"
 
@@ -158,6 +160,104 @@ TEST_P(RecordStoreContract, AppendsValuesAndFillsFlagsUp) {
   store->Delete(column);
   EXPECT_EQ(errc::kInstanceGone, CodeOf([&] { (void)store->OpenValues(column); }));
   EXPECT_EQ(nullptr, store->OpenValues(Make(m.column, 1))) << "a new record of the old id is empty";
+}
+
+TEST_P(RecordStoreContract, PutsNumbersInPlaceOfOthers) {
+  const RecordRef column = Make(m.column, 1);
+  Value::Reals expected(200000);  // more than a store may keep in one piece
+  std::iota(expected.begin(), expected.end(), 0.0);
+  store->WriteValues(column, {OdsType::Double, true, expected}, {}, false);
+  const auto put = [&](std::uint64_t first, Value::Reals values) {
+    expected.resize(std::max<std::size_t>(expected.size(), first + values.size()));
+    std::copy(values.begin(), values.end(), expected.begin() + static_cast<std::ptrdiff_t>(first));
+    store->PutValues(column, ColumnPart::Values, first, {OdsType::Double, true, std::move(values)});
+  };
+  const auto before = store->OpenValues(column);
+  for (const std::uint64_t at : {0, 65535, 65536, 199999})
+    put(at, {-1.5 - static_cast<double>(at)});
+  put(65000, Value::Reals(70000, 0.25));
+  put(200000, {7, 8});  // behind the last: they are added
+  EXPECT_TRUE(expected == Reals(*store->OpenValues(column), 0, expected.size()));
+  double old = 0;
+  const std::int32_t code = CodeOf([&] { before->ReadReals(1, {&old, 1}); });
+  EXPECT_TRUE(code == errc::kInstanceGone || old == 1.0) << "opened before, code " << code;
+
+  const auto refused = [&](std::uint64_t first, const Value& values) {
+    return CodeOf([&] { store->PutValues(column, ColumnPart::Values, first, values); });
+  };
+  EXPECT_EQ(errc::kInvalidArgument, refused(200003, {OdsType::Double, true, Value::Reals{1}}));
+  EXPECT_EQ(errc::kInvalidArgument, refused(200001, {OdsType::Double, true, Value::Reals{1, 2}}));
+  EXPECT_EQ(errc::kWrongType, refused(0, {OdsType::Long, true, Value::Integers{1}}));
+  EXPECT_EQ(errc::kWrongType, refused(0, Value::Unset(OdsType::Double, true)));
+  EXPECT_TRUE(expected == Reals(*store->OpenValues(column), 0, expected.size()));
+  EXPECT_EQ(200002u, store->OpenValues(column)->Count());
+}
+
+TEST_P(RecordStoreContract, PutsFlagsAndChecksThem) {
+  const RecordRef column = Make(m.column, 1);
+  const auto put = [&](ColumnPart part, OdsType type, std::uint64_t first, std::int64_t value) {
+    return CodeOf([&] {
+      store->PutValues(column, part, first, {type, true, Value::Integers{value}});
+    });
+  };
+  const auto all = [](const std::unique_ptr<ValueSource>& source) {
+    return source ? Integers(*source, 0, source->Count()) : Value::Integers();
+  };
+  EXPECT_EQ(0, put(ColumnPart::Values, OdsType::Byte, 0, 3));
+  EXPECT_EQ(0, put(ColumnPart::Flags, OdsType::Short, 0, 9));
+  EXPECT_EQ(0, put(ColumnPart::Values, OdsType::Byte, 1, 4)) << "its flag comes by itself";
+  EXPECT_EQ(0, put(ColumnPart::Flags, OdsType::Short, 0, 0));
+  EXPECT_EQ(0, put(ColumnPart::Values, OdsType::Byte, 0, 255));
+  EXPECT_EQ(errc::kWrongType, put(ColumnPart::Values, OdsType::Byte, 0, 256));
+  EXPECT_EQ(errc::kWrongType, put(ColumnPart::Flags, OdsType::Long, 0, 1));
+  EXPECT_EQ(errc::kInvalidArgument, put(ColumnPart::Flags, OdsType::Short, 3, 1));
+  EXPECT_EQ((Value::Integers{255, 4}), all(store->OpenValues(column)));
+  EXPECT_EQ((Value::Integers{0, 15}), all(store->OpenFlags(column)));
+  EXPECT_EQ(errc::kNotSupported, CodeOf([&] {
+              store->PutValues(Make(m.run, 1), ColumnPart::Values, 0,
+                               {OdsType::Long, true, Value::Integers{1}});
+            }));
+
+  const RecordRef implicit = Make(m.column, 2);
+  Set(implicit, u"Representation", Value::Integer(OdsType::Enum, 2));
+  Set(implicit, u"Parameters", {OdsType::Double, true, Value::Reals{10, 0.5}});
+  for (const std::uint64_t at : {1, 2})
+    store->PutValues(implicit, ColumnPart::Values, at, {OdsType::Double, true, Value::Reals{4}});
+  EXPECT_EQ((Value::Reals{10, 4, 4}), Reals(*store->OpenValues(implicit), 0, 3));
+}
+
+TEST_P(RecordStoreContract, PutsTextsAndByteStringsOfAnyLength) {
+  const RecordRef column = Make(m.column, 1);
+  Value::Texts texts(3000, u"ä");
+  store->WriteValues(column, {OdsType::String, true, texts}, {}, false);
+  const auto before = store->OpenValues(column);
+  std::uint64_t seed = 1;
+  for (int i = 0; i < 2500; ++i) {  // most grow, so that pieces must be cut up
+    seed = seed * 6364136223846793005u + 1442695040888963407u;
+    const std::size_t at = (seed >> 33) % texts.size();
+    texts[at].assign(i % 10 == 0 ? 0 : 900 + at % 200, i % 3 == 0 ? u'é' : u'x');
+    store->PutValues(column, ColumnPart::Values, at,
+                     {OdsType::String, true, Value::Texts{texts[at]}});
+  }
+  EXPECT_TRUE(texts == Texts(*store->OpenValues(column)));
+  const std::int32_t code = CodeOf([&] { EXPECT_EQ(u"ä", Texts(*before)[2999]); });
+  EXPECT_TRUE(code == 0 || code == errc::kInstanceGone) << code;
+  store->Save(u"");
+  store->PutValues(column, ColumnPart::Values, 7, {OdsType::String, true, Value::Texts{u"lost"}});
+  store->Discard();
+  EXPECT_TRUE(texts == Texts(*store->OpenValues(column)));
+
+  const RecordRef strings = Make(m.column, 2);
+  store->WriteValues(strings, {OdsType::ByteStr, true, Value::ByteStrings(3)}, {}, false);
+  const Value::ByteStrings put{{std::byte{0}, std::byte{1}}, {}, {std::byte{2}}};
+  for (const std::size_t at : {2, 1, 0})
+    store->PutValues(strings, ColumnPart::Values, at,
+                     {OdsType::ByteStr, true, Value::ByteStrings{put[at]}});
+  Value::ByteStrings got;
+  store->OpenValues(strings)->ReadBytes(0, 3, [&](std::span<const std::byte> bytes) {
+    got.emplace_back(bytes.begin(), bytes.end());
+  });
+  EXPECT_EQ(put, got);
 }
 
 TEST_P(RecordStoreContract, GivesParametersOfImplicitColumnsAsTheyAre) {

@@ -111,6 +111,37 @@ TEST_F(FleetModel, ShowsPropertiesOfPropertyTypesOnly) {
                                   {"_NewEnum", "refused"}});
 }
 
+TEST_F(FleetModel, ShowsWhatOthersHaveAddedAfterARefresh) {
+  const std::filesystem::path path = m_folder / "fleet.atfx";
+  const Answer properties = Ask("Entities('Campaign').ModelProperties");
+  std::string content = test::ReadFile(path);
+  const auto rewrite = [&](std::string_view before, std::string_view text) {
+    content.insert(content.find(before), text);
+    std::ofstream(path, std::ios::binary) << content;
+  };
+  rewrite("<relation_attribute><name>Runs</name>",
+          "<application_attribute><name>Late</name><datatype>DT_LONG</datatype>"
+          "</application_attribute>");
+  rewrite("</application_model>",
+          "<application_element><name>Wheel</name><basetype>AoAny</basetype>"
+          "<application_attribute><name>Id</name><base_attribute>id</base_attribute>"
+          "</application_attribute></application_element>");
+  EXPECT_EQ("8", Ask("Entities.Count").Shown());
+  m_store->Refresh();
+  EXPECT_EQ("Campaign Run Quantity Matrix Column Person aoMyTest Part.Of.Truck Wheel",
+            test::NamesOf(Get(m_model.Get(), u"Entities").Object()));
+  ExpectAll(m_model.Get(), {{"Entities('Wheel').ModelProperties.Count", "1"},
+                            {"Entities('Campaign').ModelProperties('Late').DataType", "3"}});
+  ExpectAll(properties.Object(), {{"Count", "15"}, {"Item(14).Name", "Late"}});
+
+  // Places known have other members now: nothing of this file is shown.
+  rewrite("<application_attribute><name>Title",
+          "<application_attribute><name>First</name><datatype>DT_LONG</datatype>"
+          "</application_attribute>");
+  EXPECT_THROW(m_store->Refresh(), Exception);
+  EXPECT_EQ("0", Ask("Entities('Campaign').ModelProperties.Exists('First')").Shown());
+}
+
 TEST_F(FleetModel, FindsPropertiesByNameAndBaseName) {
   ExpectAll(Ask("Entities('Campaign').ModelProperties").Object(),
             {{"Item('Title').Name", "Title"},
