@@ -1,5 +1,7 @@
 #include "python/ModuleState.h"
 
+#include "python/Values.h"
+
 namespace hv::python {
 
 const Member* MemberCache::Find(IDispatch& object, std::int32_t id) {
@@ -16,6 +18,20 @@ const Member* MemberCache::Find(IDispatch& object, std::int32_t id) {
     return &members.try_emplace(id, std::move(member)).first->second;
   }
   return nullptr;
+}
+
+const Member* MemberCache::FindByName(IDispatch& object, py::handle name) {
+  constexpr std::size_t kMostUses = 4096;
+  const Use use{object.GetClassName().data(), name.ptr()};
+  if (const auto known = m_uses.find(use); known != m_uses.end()) return known->second;
+  std::int32_t id = kDispIdUnknown;
+  if (Failed(object.GetIdOfName(TextOf(name), &id))) return nullptr;
+  const Member* const member = Find(object, id);
+  if (member && PyUnicode_CHECK_INTERNED(name.ptr()) && m_uses.size() < kMostUses) {
+    m_uses.emplace(use, member);
+    name.inc_ref();
+  }
+  return member;
 }
 
 ModuleState& State() {

@@ -28,8 +28,23 @@ class MemberCache {
  public:
   /// The member of that id, or null if the object doesn't list it. Valid for good.
   const Member* Find(IDispatch& object, std::int32_t id);
+  /// The member of a name in any case, or null. Names that stand in scripts are known by their
+  /// objects, so that the second look is one of an address.
+  const Member* FindByName(IDispatch& object, py::handle name);
 
  private:
+  struct Use {
+    const char16_t* className;  ///< a class has its name in one place
+    PyObject* name;
+    bool operator==(const Use&) const = default;
+  };
+  struct UseHash {
+    std::size_t operator()(const Use& use) const {
+      return reinterpret_cast<std::uintptr_t>(use.className) ^
+             reinterpret_cast<std::uintptr_t>(use.name) >> 4;
+    }
+  };
+
   struct Hash {
     using is_transparent = void;
     std::size_t operator()(std::u16string_view text) const {
@@ -38,6 +53,7 @@ class MemberCache {
   };
   using MembersById = std::unordered_map<std::int32_t, Member>;
   std::unordered_map<std::u16string, MembersById, Hash, std::equal_to<>> m_classes;
+  std::unordered_map<Use, const Member*, UseHash> m_uses;  // keeps the names alive
 };
 
 /// The objects are borrowed from the module, which keeps them as attributes.

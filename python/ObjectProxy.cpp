@@ -7,18 +7,29 @@
 #include <vector>
 
 #include "python/EventSubscription.h"
+#include "python/Slots.h"
 
 namespace hv::python {
 namespace {
 
 constexpr CallKind kRead = CallKind::Method | CallKind::Get;
 
-std::vector<Variant> Arguments(const std::string& member, const py::args& args,
-                               const py::kwargs& named) {
-  if (!named.empty()) throw py::type_error(member + " takes no arguments by keyword");
+std::string Path(const ObjectProxy& object, std::u16string_view member) {
+  return "'" + object.ClassName() + (member.empty() ? "" : "." + cor::ToUtf8(member)) + "'";
+}
+
+/// The arguments of a call of a member; an empty name stands for the default member.
+std::vector<Variant> Arguments(const ObjectProxy& object, std::u16string_view member,
+                               py::handle args, py::handle named) {
+  if (named && PyDict_GET_SIZE(named.ptr()) > 0) {
+    throw py::type_error(Path(object, member) + " takes no arguments by keyword");
+  }
+  const Py_ssize_t count = PyTuple_GET_SIZE(args.ptr());
   std::vector<Variant> values;
-  values.reserve(args.size());
-  for (const py::handle arg : args) values.push_back(ToVariant(arg));
+  values.reserve(static_cast<std::size_t>(count));
+  for (Py_ssize_t i = 0; i < count; ++i) {
+    values.push_back(ToVariant(PyTuple_GET_ITEM(args.ptr(), i)));
+  }
   return values;
 }
 
@@ -52,10 +63,6 @@ std::string Hexadecimal(Result rc) {
   const py::handle type = State().dispatchError;
   PyErr_SetObject(type.ptr(), type(error.number, ToPython(error.text.view())).ptr());
   throw py::error_already_set();
-}
-
-std::string Path(const ObjectProxy& object, std::u16string_view member) {
-  return "'" + object.ClassName() + (member.empty() ? "" : "." + cor::ToUtf8(member)) + "'";
 }
 
 /// A way of calling that the member doesn't have.
@@ -128,10 +135,10 @@ const Member* ObjectProxy::Find(std::u16string_view name) const {
   return State().members.Find(*m_object, id);
 }
 
-const Member& ObjectProxy::Require(const py::str& name) const {
-  const WString wanted = TextOf(name);
-  if (const Member* member = Find(wanted)) return *member;
-  throw py::attribute_error("'" + ClassName() + "' has no member '" + cor::ToUtf8(wanted) + "'");
+const Member& ObjectProxy::Require(py::handle name) const {
+  if (const Member* member = State().members.FindByName(*m_object, name)) return *member;
+  throw py::attribute_error("'" + ClassName() + "' has no member '" + cor::ToUtf8(TextOf(name)) +
+                            "'");
 }
 
 bool ObjectProxy::Has(std::u16string_view name) const {
@@ -148,7 +155,7 @@ py::object ObjectProxy::Invoke(std::int32_t id, std::u16string_view name, CallKi
   return ToPython(result);
 }
 
-py::object ObjectProxy::GetAttribute(const py::str& name) const {
+py::object ObjectProxy::GetAttribute(py::handle name) const {
   const Member& member = Require(name);
   // A property with optional arguments isn't read at once: `p.Values[0] = 5` would write into a
   // list that nobody keeps.
@@ -177,8 +184,8 @@ py::list ObjectProxy::Names() const {
   return names;
 }
 
-py::object ObjectProxy::Call(const py::args& args, const py::kwargs& named) const {
-  return Invoke(kDispIdValue, {}, kRead, Arguments(Path(*this, {}), args, named));
+py::object ObjectProxy::Call(py::handle args, py::handle named) const {
+  return Invoke(kDispIdValue, {}, kRead, Arguments(*this, {}, args, named));
 }
 
 py::object ObjectProxy::GetItem(py::handle index) const {
@@ -231,9 +238,9 @@ py::object ObjectProxy::Advise(const py::dict& handlers) const {
   return EventSubscription::Make(*this, handlers);
 }
 
-py::object BoundMember::Call(const py::args& args, const py::kwargs& named) const {
+py::object BoundMember::Call(py::handle args, py::handle named) const {
   return m_object.Invoke(m_member.id, m_member.name, kRead,
-                         Arguments(Path(m_object, m_member.name), args, named));
+                         Arguments(m_object, m_member.name, args, named));
 }
 
 py::object BoundMember::GetItem(py::handle index) const {
@@ -281,9 +288,12 @@ void RegisterException(py::module_& module) {
 
 template <class Iterator>
 void RegisterIterator(py::module_& module, const char* name) {
-  py::class_<Iterator>(module, name, py::module_local(), "Walks a collection.")
-      .def("__iter__", [](py::object self) { return self; })
-      .def("__next__", &Iterator::Next);
+  const auto setup = [](PyHeapTypeObject* type) {
+    SetNoConstructor(type->ht_type);
+    SetNext<Iterator>(type->ht_type);
+  };
+  py::class_<Iterator>(module, name, py::module_local(), py::custom_type_setup(setup),
+                       "Walks a collection.");
 }
 
 }  // namespace
@@ -294,21 +304,27 @@ void RegisterProxy(py::module_& module) {
   RegisterEvents(module);
   RegisterIterator<Walker>(module, "_Walker");
   RegisterIterator<IndexWalker>(module, "_IndexWalker");
-  py::class_<BoundMember>(module, "Member", py::module_local(),
+  const auto setupMember = [](PyHeapTypeObject* type) {
+    SetNoConstructor(type->ht_type);
+    SetCall<BoundMember>(type->ht_type);
+    SetGetItem<BoundMember>(*type);
+  };
+  const auto setupObject = [](PyHeapTypeObject* type) {
+    SetNoConstructor(type->ht_type);
+    SetGetAttribute<ObjectProxy>(type->ht_type);
+    SetCall<ObjectProxy>(type->ht_type);
+    SetGetItem<ObjectProxy>(*type);
+  };
+  py::class_<BoundMember>(module, "Member", py::module_local(), py::custom_type_setup(setupMember),
                           "A member waiting for its arguments, in parentheses or brackets.")
-      .def("__call__", &BoundMember::Call)
-      .def("__getitem__", &BoundMember::GetItem)
       .def("__setitem__", &BoundMember::SetItem)
       .def("__bool__", &BoundMember::IsTrue)
       .def("__repr__", &BoundMember::Describe);
-  py::class_<ObjectProxy>(module, "Object", py::module_local(),
+  py::class_<ObjectProxy>(module, "Object", py::module_local(), py::custom_type_setup(setupObject),
                           "An automation object; its members are its attributes, without regard to "
                           "case, and dir() lists them.")
-      .def("__getattr__", &ObjectProxy::GetAttribute)
       .def("__setattr__", &ObjectProxy::SetAttribute)
       .def("__dir__", &ObjectProxy::Names)
-      .def("__call__", &ObjectProxy::Call)
-      .def("__getitem__", &ObjectProxy::GetItem)
       .def("__setitem__", &ObjectProxy::SetItem)
       .def("__len__", &ObjectProxy::Length)
       .def("__bool__", &ObjectProxy::IsTrue)

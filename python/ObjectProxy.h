@@ -22,12 +22,14 @@ class ObjectProxy {
   /// A property that takes no arguments is read at once; a method, or a property that takes some,
   /// even optional ones, gives a BoundMember to call or to index. Throws AttributeError for an
   /// unknown name.
-  [[nodiscard]] py::object GetAttribute(const py::str& name) const;
+  [[nodiscard]] py::object GetAttribute(py::handle name) const;
   void SetAttribute(const py::str& name, py::handle value) const;
   [[nodiscard]] py::list Names() const;
 
   /// The default member: `collection("Id")`, `collection[0]`. TypeError if there is none.
-  [[nodiscard]] py::object Call(const py::args& args, const py::kwargs& named) const;
+  /// \param args   a tuple
+  /// \param named  a dict, or null
+  [[nodiscard]] py::object Call(py::handle args, py::handle named) const;
   [[nodiscard]] py::object GetItem(py::handle index) const;
   void SetItem(py::handle index, py::handle value) const;
 
@@ -47,7 +49,7 @@ class ObjectProxy {
  private:
   /// Null if there is no such member.
   [[nodiscard]] const Member* Find(std::u16string_view name) const;
-  [[nodiscard]] const Member& Require(const py::str& name) const;
+  [[nodiscard]] const Member& Require(py::handle name) const;
   [[nodiscard]] bool Has(std::u16string_view name) const;
 
   Ref<IDispatch> m_object;
@@ -59,7 +61,7 @@ class BoundMember {
   BoundMember(ObjectProxy object, const Member& member)
       : m_object(std::move(object)), m_member(member) {}
 
-  [[nodiscard]] py::object Call(const py::args& args, const py::kwargs& named) const;
+  [[nodiscard]] py::object Call(py::handle args, py::handle named) const;
   [[nodiscard]] py::object GetItem(py::handle index) const;
   void SetItem(py::handle index, py::handle value) const;
   /// Always a TypeError: `if store.IsModified:` lacks the call.

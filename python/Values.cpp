@@ -2,6 +2,8 @@
 
 #include <datetime.h>
 
+#include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <cstdint>
 #include <cstring>
@@ -60,13 +62,14 @@ py::object DateToPython(double date) {
     micros %= kMicrosPerDay;
   }
   if (!(ordinal >= 1 && ordinal <= kLastOrdinal)) return py::float_(date);
-  const py::object base =
-      py::module_::import("datetime").attr("date").attr("fromordinal")(static_cast<int>(ordinal));
+  constexpr int kUnixOrdinal = 719163;  // 1970-01-01
+  const std::chrono::year_month_day base{
+      std::chrono::sys_days{std::chrono::days{static_cast<int>(ordinal) - kUnixOrdinal}}};
   const auto seconds = static_cast<int>(micros / 1'000'000);
-  PyObject* const moment =
-      PyDateTime_FromDateAndTime(PyDateTime_GET_YEAR(base.ptr()), PyDateTime_GET_MONTH(base.ptr()),
-                                 PyDateTime_GET_DAY(base.ptr()), seconds / 3600, seconds / 60 % 60,
-                                 seconds % 60, static_cast<int>(micros % 1'000'000));
+  PyObject* const moment = PyDateTime_FromDateAndTime(
+      static_cast<int>(base.year()), static_cast<int>(static_cast<unsigned>(base.month())),
+      static_cast<int>(static_cast<unsigned>(base.day())), seconds / 3600, seconds / 60 % 60,
+      seconds % 60, static_cast<int>(micros % 1'000'000));
   if (!moment) throw py::error_already_set();
   return py::reinterpret_steal<py::object>(moment);
 }
@@ -176,6 +179,14 @@ py::object ArrayToPython(const std::vector<Variant>& items) {
 }  // namespace
 
 py::str ToPython(std::u16string_view text) {
+  // Most texts are plain ASCII, which needs no decoder.
+  if (std::ranges::all_of(text, [](char16_t unit) { return unit < 0x80; })) {
+    PyObject* const plain = PyUnicode_New(static_cast<Py_ssize_t>(text.size()), 0x7F);
+    if (!plain) throw py::error_already_set();
+    std::ranges::transform(text, PyUnicode_1BYTE_DATA(plain),
+                           [](char16_t unit) { return static_cast<Py_UCS1>(unit); });
+    return py::reinterpret_steal<py::str>(plain);
+  }
   int native = -1;  // little-endian, and no byte order mark is taken away
   PyObject* const made =
       PyUnicode_DecodeUTF16(reinterpret_cast<const char*>(text.data()),
@@ -189,6 +200,10 @@ WString TextOf(py::handle text) {
     return WString(
         std::u16string_view(reinterpret_cast<const char16_t*>(PyUnicode_2BYTE_DATA(text.ptr())),
                             static_cast<std::size_t>(PyUnicode_GET_LENGTH(text.ptr()))));
+  }
+  if (PyUnicode_KIND(text.ptr()) == PyUnicode_1BYTE_KIND) {
+    const Py_UCS1* const units = PyUnicode_1BYTE_DATA(text.ptr());
+    return WString(std::u16string(units, units + PyUnicode_GET_LENGTH(text.ptr())));
   }
   PyObject* const bytes = PyUnicode_AsEncodedString(text.ptr(), "utf-16-le", "surrogatepass");
   if (!bytes) throw py::error_already_set();

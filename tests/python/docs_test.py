@@ -51,7 +51,10 @@ class Documentation(unittest.TestCase):
                 listed[node.target.id] = set()
         self.assertEqual(set(listed), {name for name in dir(storefabric) if not name.startswith("_")})
         for name in set(listed) - {"DispatchError"}:  # its attributes are an object's own
-            self.assertLessEqual(listed[name], set(dir(getattr(storefabric, name))), name)
+            has = set(dir(getattr(storefabric, name)))
+            if name == "Object":
+                has.add("__getattr__")  # which is how a stub says that there are other names
+            self.assertLessEqual(listed[name], has, name)
 
 
 class Examples(unittest.TestCase):

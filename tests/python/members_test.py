@@ -95,6 +95,15 @@ class Members(NoLeaks):
         with self.assertRaisesRegex(AttributeError, "^'Toy' has no member 'Nam'$"):
             self.toy.Nam = 1
 
+    def test_no_object_without_something_behind_it(self):
+        class Derived(type(self.toy)):
+            pass
+
+        walker, member = type(iter(self.toy.List("walked", []))), type(self.toy.Add)
+        for use in (type(self.toy), Derived, walker, member, lambda: Derived.__new__(Derived)):
+            with self.assertRaises(TypeError):
+                use()
+
     def test_ways_that_a_member_does_not_have(self):
         with self.assertRaisesRegex(AttributeError, "^'Toy.Secret' can only be written$"):
             self.toy.secret
