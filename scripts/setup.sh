@@ -53,8 +53,8 @@ sf_build() {  # sf_build PRESET [TARGET]
       return 1
     }
   fi
-  # People see how far it is until all is built once.
-  local quiet=--quiet
-  if [ -t 1 ] && [ ! -e "build/$1/.built" ]; then quiet=""; fi
-  ninja -C "build/$1" $quiet ${2:+"$2"} && touch "build/$1/.built"
+  # People see how far it is until it is built once.
+  local quiet=--quiet done="build/$1/.built-${2:-all}"
+  if [ -t 1 ] && [ ! -e "$done" ]; then quiet=""; fi
+  ninja -C "build/$1" $quiet ${2:+"$2"} && touch "$done"
 }
