@@ -19,7 +19,11 @@ Object Open(const std::string& file) {
 
 }  // namespace
 
-int main(int, char** arguments) try {
+int main(int count, char** arguments) try {
+  if (count != 2) {
+    std::cerr << "Usage: add-measurement STORE.atfx|STORE.sqlite\n";
+    return 2;
+  }
   const std::string file = arguments[1];
   const Object store = Open(file);
 

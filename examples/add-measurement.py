@@ -43,6 +43,8 @@ def main(file):
         print(channel.Name, "in", channel.References("Unit").Elements(0).Name)
 
 
+if len(sys.argv) != 2:
+    sys.exit(__doc__)
 try:
     main(sys.argv[1])
 except storefabric.DispatchError as error:

@@ -2,7 +2,7 @@
 """Prints the model of a store: its entities with their properties and references.
 
     PYTHONPATH=build/release/python python3 examples/walk-model.py campaign.atfx
-    PYTHONPATH=build/release/python python3 examples/walk-model.py NAME-OF-A-CONFIGURED-STORE
+    PYTHONPATH=build/release/python python3 examples/walk-model.py campaign.sqlite
 """
 import sys
 from xml.sax.saxutils import escape
@@ -15,8 +15,9 @@ TYPES = {2: "short", 3: "long", 4: "longlong", 5: "byte", 9: "float", 10: "doubl
 
 def open_store(name):
     environment = storefabric.CreateObject("VEX.DataStoreEnvironment")
-    if name.lower().endswith(".atfx"):
-        store = environment.ConnectDataStoreByParameter("ATFX", f"<filename>{escape(name)}</filename>")
+    plugin = {"atfx": "ATFX", "sqlite": "SQL"}.get(name.lower().rpartition(".")[2])
+    if plugin:
+        store = environment.ConnectDataStoreByParameter(plugin, f"<filename>{escape(name)}</filename>")
     else:
         store = environment.ConnectDataStore(name)
     if store is None:

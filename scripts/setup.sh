@@ -47,10 +47,14 @@ $package
 
 sf_build() {  # sf_build PRESET [TARGET]
   if [ ! -e "build/$1/build.ninja" ]; then
+    echo "Building ($1); without a compiler cache this takes some minutes"
     cmake --preset "$1" >"build/$1-configure.log" 2>&1 || {
       tail -n 30 "build/$1-configure.log" >&2
       return 1
     }
   fi
-  ninja -C "build/$1" --quiet ${2:+"$2"}
+  # People see how far it is until it is built once.
+  local quiet=--quiet done="build/$1/.built-${2:-all}"
+  if [ -t 1 ] && [ ! -e "$done" ]; then quiet=""; fi
+  ninja -C "build/$1" $quiet ${2:+"$2"} && touch "$done"
 }

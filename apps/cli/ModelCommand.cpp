@@ -165,7 +165,7 @@ class MemberWriter final {
 /// The unit's name where the store has it, otherwise its id.
 std::string UnitText(IStore& store, IModel& model, std::int64_t id) {
   if (id == 0) return "";
-  const std::string number = std::to_string(id);
+  std::string number = std::to_string(id);
   const auto entity = Ref<IEntity>::Adopt(model.GetApplicationEntityOfBase(u"aounit"));
   if (!entity) return number;
   const std::string key = NameOf(*entity) + ":" + number;
@@ -181,6 +181,9 @@ MemberRow ReadMember(IStore& store, IModel& model, IEntity& entity, const WStrin
   MemberRow row{.entity = NameOf(entity), .member = cor::ToUtf8(name)};
   const auto attribute = Ref<IAttribute>::Adopt(entity.GetAttribute(name));
   const Ref<IAttributeDefinition> definition = attribute.As<IAttributeDefinition>();
+  if (!definition) {
+    throw Failure("the engine doesn't describe " + row.entity + "." + row.member);
+  }
   row.base = BaseNameOf(*definition);
   std::int32_t minimum = 0;
   std::int32_t maximum = 0;

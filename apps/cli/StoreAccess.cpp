@@ -63,17 +63,15 @@ Ref<vex::IStore> Engine::OpenWith(const std::string& store, const WString& more,
                                   vex::IProgress* progress) {
   return Explained("opening " + store, [&] {
     const WString plugin = PluginForFile(*m_environment, store);
-    std::error_code unused;
     if (plugin.empty()) {
       try {
         return Ref<vex::IStore>::Adopt(m_environment->OpenStore(cor::FromUtf8(store), 0));
       } catch (vex::Exception& exception) {
-        if (std::filesystem::exists(store, unused)) {
-          exception.message += u"; names of files end in .atfx or .sqlite";
-        }
+        exception.message += u"; names of files end in .atfx or .sqlite";
         throw;
       }
     }
+    std::error_code unused;
     if (!std::filesystem::exists(store, unused)) {
       throw Failure("opening " + store + ": there is no such file");
     }

@@ -52,10 +52,7 @@ bool IsUtf8(const std::string& text) { return hv::cor::ToUtf8(hv::cor::FromUtf8(
 
 template <class Options>
 void AddCommon(CLI::App& command, Options& options) {
-  command
-      .add_option("STORE", options.store,
-                  "A file (*.atfx, *.sqlite) or the name of a configured store")
-      ->required();
+  command.add_option("STORE", options.store, "A file (*.atfx, *.sqlite)")->required();
   command.add_flag("--warnings", options.warnings, "List what was odd in the store");
 }
 

@@ -133,10 +133,12 @@ std::u16string ModelAssembler::FreeName(const Entity& entity, const Entity& sour
     return entity.FindAttribute(name) == kNone && entity.FindRelation(name) == kNone;
   };
   if (!relation.inverseName.empty() && isFree(relation.inverseName)) return relation.inverseName;
-  const std::u16string stem = u"inverse_of_" + source.name + u"_" + relation.name;
-  std::u16string name = stem;
+  std::u16string name = u"inverse_of_" + source.name + u"_" + relation.name;
+  const std::size_t stem = name.size();
   for (char16_t suffix = u'2'; !isFree(name); ++suffix) {
-    name = suffix <= u'9' ? stem + u"_" + suffix : name + u"_";
+    if (suffix <= u'9') name.resize(stem);
+    name += u'_';
+    if (suffix <= u'9') name += suffix;
   }
   return name;
 }

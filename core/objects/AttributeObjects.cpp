@@ -437,16 +437,22 @@ EnumPtr DefinitionAttribute::EnumerationOrNull() const {
 }
 
 void DefinitionAttribute::GetName(WString& name) {
-  const Attribute* attribute = AttributeOrNull();
-  name = std::u16string_view(attribute ? attribute->name : RelationOrNull()->name);
+  if (const Attribute* attribute = AttributeOrNull()) {
+    name = std::u16string_view(attribute->name);
+  } else if (const Relation* relation = RelationOrNull()) {
+    name = std::u16string_view(relation->name);
+  }
 }
 std::int32_t DefinitionAttribute::GetDataType() {
   const Attribute* attribute = AttributeOrNull();
   return attribute ? attribute->SeamType() : kReferenceType;
 }
 void DefinitionAttribute::GetBaseName(WString& name) {
-  const Attribute* attribute = AttributeOrNull();
-  name = std::u16string_view(attribute ? attribute->baseName : RelationOrNull()->baseName);
+  if (const Attribute* attribute = AttributeOrNull()) {
+    name = std::u16string_view(attribute->baseName);
+  } else if (const Relation* relation = RelationOrNull()) {
+    name = std::u16string_view(relation->baseName);
+  }
 }
 std::int32_t DefinitionAttribute::IsKey() {
   return m_member.kind == Member::Kind::Attribute &&

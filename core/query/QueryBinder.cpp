@@ -60,7 +60,7 @@ class Binder final {
   BoundNode BindMember(const ParsedNode& node);
   BoundNode BindInstance(const ParsedNode& node, std::u16string_view path);
   BoundNode BindInstanceAttribute(const ParsedNode* value, const ParsedNode* name);
-  BoundNode BindComparisons(const ParsedNode& node, ResolvedPath path);
+  BoundNode BindComparisons(const ParsedNode& node, const ResolvedPath& path);
   BoundNode Missing(const ParsedNode& node);
   [[nodiscard]] std::optional<ResolvedPath> ResolveRelations(std::u16string_view path) const;
   [[nodiscard]] std::optional<ResolvedPath> ResolveOrder(std::u16string_view identifier) const;
@@ -183,16 +183,16 @@ BoundNode Binder::BindInstance(const ParsedNode& node, std::u16string_view path)
 
   const std::u16string_view text = node.constant.text;
   const std::size_t colon = text.rfind(u':');
-  if (colon == std::u16string_view::npos) return BindComparisons(node, *std::move(resolved));
+  if (colon == std::u16string_view::npos) return BindComparisons(node, *resolved);
   ParsedNode byId = node;
   byId.constant.text = text.substr(colon + 1);
-  BoundNode bound = BindComparisons(byId, *std::move(resolved));
+  BoundNode bound = BindComparisons(byId, *resolved);
   const Entity* const named = m_model.FindAnyCase(text.substr(0, colon));
   if (!named || !m_model.IsKindOf(target.id, named->id)) bound.constant.isNever = true;
   return bound;
 }
 
-BoundNode Binder::BindComparisons(const ParsedNode& node, ResolvedPath path) {
+BoundNode Binder::BindComparisons(const ParsedNode& node, const ResolvedPath& path) {
   const Attribute& attribute =
       m_model.At(path.target).attributes[static_cast<std::size_t>(path.attribute)];
   if (!IsComparable(attribute)) {

@@ -43,6 +43,7 @@ Result CDataStoreBrowseConfigImpl::CopyChain(CDataStoreBrowseConfigImpl& source)
     HV_RETURN_CODE_IF(!visited.insert(&level->ModelEntity()).second, kInvalidPath);
     last = level;
   }
+  HV_CHECK(last);
   Ref<IEntity> entity;
   if (last->Kind() == BaseKind::MeasurementQuantity) {
     entity = FirstDerived(m_baseTypes.measurementQuantity);

@@ -12,6 +12,7 @@ std::int32_t Init() { return hv::vex::HostInit(); }
 
 void Cleanup() { hv::vex::HostCleanup(); }
 
+// NOLINTBEGIN(performance-unnecessary-value-param): exported signatures stay.
 hv::Result ConnectDataStoreByParams(const char16_t* const* name, const char16_t* const* pluginName,
                                     const char16_t* const* parameter, hv::Variant,
                                     hv::vex::IDataStore** store,
@@ -23,6 +24,7 @@ hv::Result OpenDataStoreByStore(hv::vex::IStore* coreStore, hv::Variant,
                                 hv::vex::IDataStore** store) {
   return datastore::OpenByCoreStore(coreStore, store);
 }
+// NOLINTEND(performance-unnecessary-value-param)
 
 hv::Result GetDataStoreBrowseConfig(hv::vex::IStore* coreStore, hv::vex::IBrowseConfig** config) {
   return datastore::MakeDefaultBrowseConfig(coreStore, config);

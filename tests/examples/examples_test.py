@@ -44,6 +44,13 @@ class AddMeasurement(unittest.TestCase):
                     done = run(*example, store)
                     self.assertEqual((done.stderr, done.stdout), ("", TOLD))
 
+    def test_no_store_is_named(self):
+        for example in SCRIPT, PROGRAM:
+            done = run(*example)
+            self.assertEqual(done.stdout, "")
+            self.assertRegex(done.stderr, r"add-measurement(\.py campaign\.atfx| STORE\.atfx)")
+            self.assertIn(done.returncode, (1, 2))
+
     def test_a_store_that_is_not_there(self):
         nowhere = self.file.with_name("nowhere.atfx")
         for example in SCRIPT, PROGRAM:

@@ -80,6 +80,7 @@ Measurement (aomeasurement)
         for store, text in [
             ("nowhere", "nowhere: Opening the Sifter nowhere causes an error.\n"),
             ("none.atfx", "none.atfx: Opening the Sifter none.atfx causes an error.\n"),
+            ("none.SQLite", "none.SQLite: Opening the Sifter none.SQLite causes an error.\n"),
         ]:
             with self.subTest(store=store):
                 done = self.walk(store)

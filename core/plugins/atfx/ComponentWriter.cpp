@@ -152,7 +152,7 @@ void ComponentWriter::WriteTexts(const ValueSource& values, FileOutput* file) {
     } else {
       file->Write(cor::ToUtf8(text));
     }
-    file->Write(std::string_view("", 1));
+    file->Write(std::string_view("\0", 1));
   });
 }
 

@@ -350,7 +350,7 @@ void InstanceSection::EndTyped() {
       break;
     }
   }
-  if (!m_builder.SetValue(m_entity->id, m_row, m_field->index, std::move(value))) {
+  if (!m_builder.SetValue(m_entity->id, m_row, m_field->index, value)) {
     m_context.Refuse(Join({What(), u" holds a value out of range"}));
   }
 }

@@ -288,9 +288,11 @@ void LocalColumns::CheckRows(const MemoryStore& store, const std::vector<std::si
   const std::int32_t rows = model.At(matrices).FindBaseAttribute(u"number_of_rows");
   if (rows == kNone) return;
   std::vector<RecordId> ids;
+  ids.reserve(positions.size());
   for (const std::size_t position : positions) ids.push_back(m_columns[position].record.id);
   const std::vector<Link> links = store.Follow(entity, relation, ids);
   std::vector<RecordId> targets;
+  targets.reserve(links.size());
   for (const Link& link : links) targets.push_back(link.target.id);
   const std::int32_t attributes[] = {rows};
   const ColumnBlock block = store.ReadColumns(matrices, targets, attributes)[0];

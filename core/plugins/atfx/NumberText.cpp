@@ -77,6 +77,7 @@ template <class T>
 bool ReadOdd([[maybe_unused]] const char* begin, [[maybe_unused]] const char* end,
              [[maybe_unused]] T* value) {
   if constexpr (!std::is_same_v<T, bool>) {
+    // NOLINTNEXTLINE(clang-analyzer-core.UndefinedBinaryOperatorResult): all up to `end` is set.
     if (begin == end || *begin != '+' || begin + 1 == end || begin[1] == '-') return false;
     const auto [stop, code] = std::from_chars(begin + 1, end, *value);
     return stop == end && code == std::errc();

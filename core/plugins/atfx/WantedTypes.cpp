@@ -30,6 +30,7 @@ std::vector<OdsType> WantedTypes(const RecordStore& store, EntityId entity,
     const std::int32_t dataType = model.At(quantities).FindBaseAttribute(u"datatype");
     const std::vector<Link> links = store.Follow(entity, toQuantity, columns);
     std::vector<RecordId> targets;
+    targets.reserve(links.size());
     for (const Link& link : links) targets.push_back(link.target.id);
     if (dataType != kNone) {
       const std::int32_t attributes[] = {dataType};

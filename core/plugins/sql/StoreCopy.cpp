@@ -142,6 +142,7 @@ class StoreCopier final {
 
   static std::vector<std::int32_t> SourcesOf(const std::vector<Member>& members) {
     std::vector<std::int32_t> indexes;
+    indexes.reserve(members.size());
     for (const Member& member : members) indexes.push_back(member.from);
     return indexes;
   }

@@ -27,7 +27,9 @@ std::int32_t MillisecondsOf(double date) {
   const double hours = std::modf(date, &whole) * 24;
   const double minutes = std::modf(hours, &whole) * 60;
   const double seconds = std::modf(minutes, &whole) * 60;
-  return static_cast<std::int32_t>(std::modf(seconds, &whole) * 1000 + 0.5);
+  // Before the origin too, where this isn't the nearest: other hosts see the same milliseconds.
+  const double shifted = std::modf(seconds, &whole) * 1000 + 0.5;
+  return static_cast<std::int32_t>(shifted);
 }
 
 constexpr std::int64_t kMillisecondsPerDay = kSecondsPerDay * 1000;

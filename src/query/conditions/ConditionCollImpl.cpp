@@ -139,7 +139,7 @@ Result CConditionCollImpl::Insert(CConditionImpl& condition, std::u16string_view
   return S_OK;
 }
 
-Result CConditionCollImpl::Complete(Ref<CConditionImpl> condition, std::u16string_view name,
+Result CConditionCollImpl::Complete(const Ref<CConditionImpl>& condition, std::u16string_view name,
                                     std::u16string_view op, const Variant& value,
                                     IConditionImpl** out) {
   HV_RETURN_IF_NULL(out);

@@ -80,8 +80,8 @@ class CConditionCollImpl : public tNamedCollectionImpl<IConditionCollImpl> {
 
   /// Gives a new condition operator and value, puts it in and extends the logic; what `AddWithName`
   /// does with a condition of its own.
-  Result Complete(Ref<CConditionImpl> condition, std::u16string_view name, std::u16string_view op,
-                  const Variant& value, IConditionImpl** out);
+  Result Complete(const Ref<CConditionImpl>& condition, std::u16string_view name,
+                  std::u16string_view op, const Variant& value, IConditionImpl** out);
   /// The condition at a position below `Size()`.
   [[nodiscard]] CConditionImpl& ConditionAt(std::size_t position) const {
     return static_cast<CConditionImpl&>(ItemAt(position));

@@ -18,6 +18,8 @@
 #include "store/core/IInstance.h"
 #include "store/core/IStore.h"
 
+#include <utility>
+
 namespace hv::vex {
 
 namespace {
@@ -64,7 +66,7 @@ WString NameFor(IConditionCollImpl& conditions, WString stored) {
   if (stored == kNoName || !IsLogicName(stored)) return {};
   bool isTaken = false;
   Require(!Failed(conditions.Exists(stored, &isTaken)));
-  return isTaken ? WString() : stored;
+  return isTaken ? WString() : std::move(stored);
 }
 
 WString TextAt(IContainer& values, std::u16string_view name) {

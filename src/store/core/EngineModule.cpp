@@ -37,7 +37,7 @@ std::filesystem::path OwnDirectory() {
 }  // namespace
 
 WString EngineModulePath(std::u16string_view stem) {
-  const WString fileName = cor::osdep::LibraryFileName(stem);
+  WString fileName = cor::osdep::LibraryFileName(stem);
   const WString configured = ConfiguredDirectory();
   if (!configured.empty()) return configured + fileName;
   const std::filesystem::path beside = OwnDirectory() / cor::osdep::NativePath(fileName);

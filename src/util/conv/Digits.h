@@ -24,8 +24,9 @@ inline constexpr std::array<char, 200> kDigitPairs = [] {
 /// @{
 template <class Unit>
 constexpr Unit* PutTwoDigits(Unit* out, std::uint32_t value) {
-  out[0] = static_cast<Unit>(kDigitPairs[2 * value]);
-  out[1] = static_cast<Unit>(kDigitPairs[2 * value + 1]);
+  const std::size_t pair = std::size_t{2} * value;
+  out[0] = static_cast<Unit>(kDigitPairs[pair]);
+  out[1] = static_cast<Unit>(kDigitPairs[pair + 1]);
   return out + 2;
 }
 template <class Unit>
