@@ -2,6 +2,7 @@
 
 #include "core/objects/Guard.h"
 #include "core/objects/InstanceKey.h"
+#include "core/objects/InstanceLists.h"
 #include "store/core/IInstance.h"
 
 namespace hv::vex::engine {
@@ -19,6 +20,11 @@ EnumPtr EnumerationOf(const Model& model, EntityId entity, std::int32_t attribut
 
 BulkTable::BulkTable(Ref<StoreObject> store, RecordRuns rows,
                      const std::vector<std::u16string>& attributes)
+    : BulkTable(std::move(store), std::move(rows), attributes, nullptr) {}
+
+BulkTable::BulkTable(Ref<StoreObject> store, RecordRuns rows,
+                     const std::vector<std::u16string>& attributes,
+                     const std::function<Blocks(EntityId)>& blocksOf)
     : m_store(std::move(store)),
       m_readAt(m_store->Now()),
       m_batch(MakeRef<RecordBatch>(std::move(rows))),
@@ -41,7 +47,10 @@ BulkTable::BulkTable(Ref<StoreObject> store, RecordRuns rows,
         m_columns[i].pieces.back() = ReadPiece(run, *path);
       }
     }
-    ReadOwnColumns(run, ownAttributes, ownColumns);
+    if (ownAttributes.empty()) continue;
+    TakeOwnColumns(run, ownAttributes, ownColumns,
+                   blocksOf ? blocksOf(run.entity)
+                            : m_store->Records().ReadColumns(run.entity, run.ids, ownAttributes));
   }
   for (std::size_t i = 0; i < attributes.size(); ++i) {
     if (m_columns[i].type == OdsType::Unknown && attributes[i] != kInstanceColumn &&
@@ -52,11 +61,20 @@ BulkTable::BulkTable(Ref<StoreObject> store, RecordRuns rows,
   }
 }
 
-void BulkTable::ReadOwnColumns(const RecordRuns::Run& run,
+std::vector<std::int32_t> BulkTable::OwnAttributes(const Model& model, EntityId entity,
+                                                   const std::vector<std::u16string>& attributes) {
+  std::vector<std::int32_t> own;
+  for (const std::u16string& attribute : attributes) {
+    if (attribute == kInstanceColumn) continue;
+    const auto path = model.Resolve(entity, attribute, true);
+    if (path && path->steps.empty()) own.push_back(path->attribute);
+  }
+  return own;
+}
+
+void BulkTable::TakeOwnColumns(const RecordRuns::Run& run,
                                const std::vector<std::int32_t>& attributes,
-                               const std::vector<std::size_t>& columns) {
-  if (attributes.empty()) return;
-  std::vector<ColumnBlock> blocks = m_store->Records().ReadColumns(run.entity, run.ids, attributes);
+                               const std::vector<std::size_t>& columns, Blocks blocks) {
   for (std::size_t i = 0; i < columns.size(); ++i) {
     Piece& piece = m_columns[columns[i]].pieces.back();
     piece.block = std::move(blocks[i]);
@@ -117,6 +135,10 @@ std::int32_t BulkTable::GetColumnType(std::uint64_t column) {
 IInstance* BulkTable::GetInstance(std::uint64_t row) {
   if (row >= Rows().Size()) return nullptr;
   return Seam([&] { return m_store->InstanceAt(*m_batch, row, m_readAt); });
+}
+
+IInstList* BulkTable::GetInstances() {
+  return Seam([&] { return new RecordList(m_store, m_batch); });
 }
 
 void BulkTable::GetKey(std::uint64_t row, WString& key) {

@@ -1,6 +1,7 @@
 // core/objects/BulkTable.h - the answer of a bulk read.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -20,11 +21,20 @@ class BulkTable final : public cor::Counted<IValueTable> {
   /// references to many the first related record counts. An unknown name throws kUnknownName,
   /// unless another entity among the records has it.
   BulkTable(Ref<StoreObject> store, RecordRuns rows, const std::vector<std::u16string>& attributes);
+  /// The same for records that were selected with their own attributes: `blocksOf` gives those of
+  /// an entity, as `OwnAttributes` tells them.
+  using Blocks = std::vector<ColumnBlock>;
+  BulkTable(Ref<StoreObject> store, RecordRuns rows, const std::vector<std::u16string>& attributes,
+            const std::function<Blocks(EntityId)>& blocksOf);
+  /// Those of the attributes that are the entity's own, in their order.
+  static std::vector<std::int32_t> OwnAttributes(const Model& model, EntityId entity,
+                                                 const std::vector<std::u16string>& attributes);
 
   std::uint64_t GetRowCount() override { return Rows().Size(); }
   std::uint64_t GetColumnCount() override { return m_columns.size(); }
   std::int32_t GetColumnType(std::uint64_t column) override;
   IInstance* GetInstance(std::uint64_t row) override;
+  IInstList* GetInstances() override;
   void GetKey(std::uint64_t row, WString& key) override;
   std::int32_t IsNull(std::uint64_t row, std::uint64_t column) override;
   std::u16string_view GetText(std::uint64_t row, std::uint64_t column) override;
@@ -51,8 +61,8 @@ class BulkTable final : public cor::Counted<IValueTable> {
   };
   [[nodiscard]] const RecordRuns& Rows() const { return m_batch->Records(); }
   Piece ReadPiece(const RecordRuns::Run& run, const ResolvedPath& path);
-  void ReadOwnColumns(const RecordRuns::Run& run, const std::vector<std::int32_t>& attributes,
-                      const std::vector<std::size_t>& columns);
+  void TakeOwnColumns(const RecordRuns::Run& run, const std::vector<std::int32_t>& attributes,
+                      const std::vector<std::size_t>& columns, Blocks blocks);
   /// The cell, or nothing if it is unset.
   [[nodiscard]] bool Find(std::uint64_t row, std::uint64_t column, Cell& cell) const;
 

@@ -16,6 +16,9 @@ class RecordList final : public cor::Counted<IInstList> {
  public:
   RecordList(Ref<StoreObject> store, RecordRuns records)
       : m_store(std::move(store)), m_batch(MakeRef<RecordBatch>(std::move(records))) {}
+  /// Over records that somebody else lists as well.
+  RecordList(Ref<StoreObject> store, Ref<RecordBatch> batch)
+      : m_store(std::move(store)), m_batch(std::move(batch)) {}
 
   std::uint64_t GetCount() override { return Records().Size(); }
   IInstance* Next() override;

@@ -1,5 +1,7 @@
 #include "core/objects/StoreObject.h"
 
+#include <map>
+
 #include "core/objects/AttributeObjects.h"
 #include "core/objects/BulkTable.h"
 #include "core/objects/Guard.h"
@@ -161,20 +163,28 @@ void StoreObject::Discard() {
 
 // --- queries ----------------------------------------------------------------------------------
 
+template <class Find>
+void StoreObject::RunQueries(std::u16string_view queryText, Find find) {
+  const ParsedQuery parsed = engine::ReadQuery(queryText);
+  auto left = static_cast<std::uint64_t>(parsed.limit);
+  for (BoundQuery& query : BindQuery(parsed, GetCoreModel())) {
+    if (parsed.limit > 0) {
+      if (left == 0) break;
+      query.limit = static_cast<std::int64_t>(left);
+    }
+    left -= std::min<std::uint64_t>(left, find(query));
+  }
+}
+
 IInstList* StoreObject::Execute(std::u16string_view queryText) {
   return Seam([&] {
-    const ParsedQuery parsed = ReadQuery(queryText);
     RecordRuns hits;
-    std::uint64_t left = static_cast<std::uint64_t>(parsed.limit);
-    for (BoundQuery& query : BindQuery(parsed, GetCoreModel())) {
-      if (parsed.limit > 0) {
-        if (left == 0) break;
-        query.limit = static_cast<std::int64_t>(left);
-      }
+    RunQueries(queryText, [&](const BoundQuery& query) {
       std::vector<RecordId> ids = m_records->Select(query);
-      left -= std::min<std::uint64_t>(left, ids.size());
+      const std::size_t count = ids.size();
       hits.Append(query.entity, std::move(ids));
-    }
+      return count;
+    });
     return MakeList(std::move(hits));
   });
 }
@@ -221,7 +231,7 @@ ValueQuestion BindValueQuestion(const Model& model, std::u16string_view entityNa
     question.enumeration = &model.Enumerations()[static_cast<std::size_t>(enumeration)];
   }
   if (!restriction.empty()) {
-    for (BoundQuery& query : BindQuery(ReadQuery(restriction), model)) {
+    for (BoundQuery& query : BindQuery(engine::ReadQuery(restriction), model)) {
       if (query.entity == entity->id) question.restriction = std::move(query);
     }
     if (!question.restriction) {
@@ -338,7 +348,7 @@ RecordRuns Intersect(const RecordRuns& records, const RecordStore& store,
 RecordRuns FindRelated(const RecordStore& store, std::optional<RecordRef> from,
                        std::u16string_view path, std::u16string_view filter) {
   const Model& model = *store.GetModel();
-  std::vector<BoundQuery> queries = BindQuery(ReadQuery(filter), model);
+  std::vector<BoundQuery> queries = BindQuery(engine::ReadQuery(filter), model);
   const std::int32_t step = from ? OnlyStep(model.At(from->entity), path) : kNone;
   const EntityId target =
       step == kNone ? kNoEntity
@@ -396,6 +406,24 @@ IValueTable* StoreObject::ReadInstances(IInstList* instances, IContainer* attrib
   return Seam([&]() -> IValueTable* {
     if (!instances) throw Exception(errc::kInvalidArgument, u"a list is needed");
     return new BulkTable(Ref<StoreObject>::Share(this), RecordsOf(*instances), TextsOf(attributes));
+  });
+}
+
+IValueTable* StoreObject::ReadQuery(std::u16string_view queryText, IContainer* attributes) {
+  return Seam([&]() -> IValueTable* {
+    const std::vector<std::u16string> names = TextsOf(attributes);
+    RecordRuns hits;
+    std::map<EntityId, BulkTable::Blocks> blocks;
+    RunQueries(queryText, [&](const BoundQuery& query) {
+      SelectedColumns selected = m_records->SelectColumns(
+          query, BulkTable::OwnAttributes(GetCoreModel(), query.entity, names));
+      const std::size_t count = selected.ids.size();
+      hits.Append(query.entity, std::move(selected.ids));
+      blocks[query.entity] = std::move(selected.blocks);
+      return count;
+    });
+    return new BulkTable(Ref<StoreObject>::Share(this), std::move(hits), names,
+                         [&](EntityId entity) { return std::move(blocks[entity]); });
   });
 }
 

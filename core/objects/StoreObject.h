@@ -72,6 +72,7 @@ class StoreObject final : public cor::Counted<IStore, IStoreQuery, IBulkReader> 
   IValueTable* ReadRelated(IInstance* start, std::u16string_view reference,
                            std::u16string_view filter, IContainer* attributes) override;
   IValueTable* ReadInstances(IInstList* instances, IContainer* attributes) override;
+  IValueTable* ReadQuery(std::u16string_view queryText, IContainer* attributes) override;
 
   [[nodiscard]] RecordStore& Records() { return *m_records; }
   [[nodiscard]] const RecordStore& Records() const { return *m_records; }
@@ -100,6 +101,10 @@ class StoreObject final : public cor::Counted<IStore, IStoreQuery, IBulkReader> 
   /// What others have changed, or what was thrown away, may show from now on.
   void LookAnew() { ++m_now.looks; }
   Ref<InstanceObject> LivingInstanceOf(RecordRef record, RecordKnowledge seen);
+  /// Hands the queries of a text, which has one for each entity, to `find`, which gives the number
+  /// of its hits, until the text's limit is reached.
+  template <class Find>
+  void RunQueries(std::u16string_view queryText, Find find);
   /// The records of a list of this store's instances; throws kInvalidArgument for others.
   RecordRuns RecordsOf(IInstList& instances);
   struct ByRecord {

@@ -8,6 +8,14 @@
 
 namespace hv::vex::engine {
 
+SelectedColumns RecordStore::SelectColumns(const BoundQuery& query,
+                                           std::span<const std::int32_t> attributes) const {
+  SelectedColumns selected;
+  selected.ids = Select(query);
+  selected.blocks = ReadColumns(query.entity, selected.ids, attributes);
+  return selected;
+}
+
 std::vector<InstanceAttribute> RecordStore::InstanceAttributesOf(RecordRef record) const {
   if (!Exists(record)) FailAt(*this, record, errc::kInstanceGone, {u"there is no such record"});
   std::vector<InstanceAttribute> attributes;

@@ -87,6 +87,12 @@ class ValueSource {
 /// The two long lists of a local column.
 enum class ColumnPart : std::uint8_t { Values, Flags };
 
+/// Records that were found, and attributes of them: one block for each, one row per id.
+struct SelectedColumns {
+  std::vector<RecordId> ids;
+  std::vector<ColumnBlock> blocks;
+};
+
 /// The lowest and highest value of an attribute, and how many records have one.
 struct Bounds {
   Value lowest, highest;
@@ -112,6 +118,9 @@ class RecordStore {
   /// Ids of the records that meet the query, without repetition, ascending unless the query says
   /// another order or where to start, at most `query.limit` of them if that is above 0.
   [[nodiscard]] virtual std::vector<RecordId> Select(const BoundQuery& query) const = 0;
+  /// `Select`, and `ReadColumns` of what it finds: for stores that come by the values anyway.
+  [[nodiscard]] virtual SelectedColumns SelectColumns(
+      const BoundQuery& query, std::span<const std::int32_t> attributes) const;
   /// Distinct values of a scalar attribute, ascending (texts by their folded form), among the
   /// records that meet `restriction` (null: all), at most `limit` (0: all). Unset values are left
   /// out.

@@ -108,6 +108,12 @@ class IDataStore : public IDispatch {
   ///         VEX_E_BROWSE_MODEL for others that don't fit. After a failure the old ones are in
   ///         force.
   virtual Result SetBrowseSettings(IDispatch* settings) = 0;
+  /// 27. `Search`, and properties of the hits, which are read while they are found: the quickest
+  /// way to show them. \param properties, columns  see `IStoreElementList::ReadColumns` \return as
+  /// `Search`; VEX_E_INVALID_PROPERTY for a name that is no property of any hit, and
+  ///         DISP_E_TYPEMISMATCH for what is neither a text nor a list of texts: then the results
+  ///         are empty.
+  virtual Result SearchColumns(IDispatch* query, const Variant& properties, Variant* columns) = 0;
 
  protected:
   ~IDataStore() = default;

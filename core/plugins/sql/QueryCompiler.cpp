@@ -23,7 +23,8 @@ void BindAll(Run& run, const Fragment& fragment) {
   }
 }
 
-Fragment QueryCompiler::Compile(const BoundQuery& query, const QueryPlan& plan) {
+Fragment QueryCompiler::Compile(const BoundQuery& query, const QueryPlan& plan,
+                                std::span<const std::int32_t> attributes) {
   m_query = &query;
   m_plan = &plan;
   m_root = NewAlias();
@@ -47,7 +48,11 @@ Fragment QueryCompiler::Compile(const BoundQuery& query, const QueryPlan& plan) 
   if (!query.freeText.empty()) add(FreeText(query, m_root));
   if (query.start) add(StartTest(*query.start, m_root));
   Fragment select;
-  select += "SELECT " + m_root + "." + place.id + " FROM " + place.table + " AS " + m_root;
+  select += "SELECT " + m_root + "." + place.id;
+  for (const std::int32_t attribute : attributes) {
+    select += "," + m_root + "." + place.attributes[static_cast<std::size_t>(attribute)].column;
+  }
+  select += " FROM " + place.table + " AS " + m_root;
   if (plan.driver) select += HintOf(*plan.driver);
   if (plan.isScan) select += m_dialect.FoundBy({});
   select += std::move(m_joins);

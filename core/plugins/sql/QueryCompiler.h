@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -66,8 +67,9 @@ class QueryCompiler final {
   QueryCompiler(const Model& model, const Layout& layout, const Dialect& dialect)
       : m_model(model), m_layout(layout), m_dialect(dialect) {}
 
-  /// One column: the ids of the hits, in order.
-  Fragment Compile(const BoundQuery& query, const QueryPlan& plan = {});
+  /// The ids of the hits, in order, and behind them attributes that stand in the same table.
+  Fragment Compile(const BoundQuery& query, const QueryPlan& plan = {},
+                   std::span<const std::int32_t> attributes = {});
 
   /// The groups of a query's conditions from which its search can begin.
   [[nodiscard]] std::vector<ConditionGroup> GroupsOf(const BoundQuery& query) const;

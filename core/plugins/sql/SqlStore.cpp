@@ -98,13 +98,17 @@ std::vector<RecordId> SqlStore::AllOf(EntityId entity) const {
   return run->TakeIntegers();
 }
 
-std::vector<RecordId> SqlStore::Select(const BoundQuery& query) const {
+void SqlStore::Prepare(const BoundQuery& query) const {
   (void)Place(query.entity);
   if (query.start) {
     (void)Place(query.start->entity);
     (void)RelationOf(*m_schema.model, query.start->entity, query.start->relation);
   }
   if (!query.freeText.empty()) IndexTexts();
+}
+
+std::vector<RecordId> SqlStore::Select(const BoundQuery& query) const {
+  Prepare(query);
   const Fragment select = Compile(query);
   Run run(*m_connection, select.text);
   BindAll(run, select);
@@ -113,10 +117,11 @@ std::vector<RecordId> SqlStore::Select(const BoundQuery& query) const {
   return ids;
 }
 
-Fragment SqlStore::Compile(const BoundQuery& query) const {
+Fragment SqlStore::Compile(const BoundQuery& query,
+                           std::span<const std::int32_t> attributes) const {
   const QueryPlan plan = PlanQuery(*m_connection, *m_schema.model, m_schema.layout, query);
   return QueryCompiler(*m_schema.model, m_schema.layout, m_connection->GetDialect())
-      .Compile(query, plan);
+      .Compile(query, plan, attributes);
 }
 
 std::string SqlStore::Explain(const BoundQuery& query) const {

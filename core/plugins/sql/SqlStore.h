@@ -40,6 +40,8 @@ class SqlStore final : public RecordStore {
   [[nodiscard]] std::uint64_t CountOf(EntityId entity) const override;
   [[nodiscard]] std::vector<RecordId> AllOf(EntityId entity) const override;
   [[nodiscard]] std::vector<RecordId> Select(const BoundQuery& query) const override;
+  [[nodiscard]] SelectedColumns SelectColumns(
+      const BoundQuery& query, std::span<const std::int32_t> attributes) const override;
   [[nodiscard]] ColumnBlock Distinct(EntityId entity, std::int32_t attribute,
                                      const BoundQuery* restriction,
                                      std::size_t limit) const override;
@@ -79,10 +81,12 @@ class SqlStore final : public RecordStore {
   friend class Change;
   const EntityPlace& Place(EntityId entity) const;
   void MustExist(RecordRef record) const;
+  /// Makes ready for a query, whose places must exist.
+  void Prepare(const BoundQuery& query) const;
   [[noreturn]] void NoSuchRecord(RecordRef record) const;
   void MustBeScalar(EntityId entity, std::int32_t attribute) const;
   /// The query as one statement, planned.
-  Fragment Compile(const BoundQuery& query) const;
+  Fragment Compile(const BoundQuery& query, std::span<const std::int32_t> attributes = {}) const;
   Fragment Restriction(EntityId entity, const BoundQuery* restriction) const;
   void ReadSequences(EntityId entity, std::int32_t attribute, std::span<const RecordId> ids,
                      ColumnBlock& block) const;

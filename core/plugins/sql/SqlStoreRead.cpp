@@ -31,6 +31,10 @@ void Reserve(ColumnBlock& block, std::size_t rows) {
   }
 }
 
+bool IsInTable(const AttributePlace& place) {
+  return place.kind == AttributePlace::Kind::Column || place.kind == AttributePlace::Kind::Id;
+}
+
 }  // namespace
 
 std::vector<ColumnBlock> SqlStore::ReadColumns(EntityId entity, std::span<const RecordId> ids,
@@ -43,7 +47,7 @@ std::vector<ColumnBlock> SqlStore::ReadColumns(EntityId entity, std::span<const 
     const Attribute& declared = AttributeOf(*m_schema.model, entity, attributes[i]);
     blocks[i].type = declared.type;
     const AttributePlace& at = place.attributes[static_cast<std::size_t>(attributes[i])];
-    if (at.kind == AttributePlace::Kind::Column || at.kind == AttributePlace::Kind::Id) {
+    if (IsInTable(at)) {
       inTable.push_back(i);
       Reserve(blocks[i], ids.size());
       columns += (columns.empty() ? "t." : ",t.") + at.column;
@@ -62,6 +66,32 @@ std::vector<ColumnBlock> SqlStore::ReadColumns(EntityId entity, std::span<const 
     }
   }
   return blocks;
+}
+
+SelectedColumns SqlStore::SelectColumns(const BoundQuery& query,
+                                        std::span<const std::int32_t> attributes) const {
+  Prepare(query);
+  const EntityPlace& place = Place(query.entity);
+  SelectedColumns selected;
+  for (const std::int32_t attribute : attributes) {
+    const Attribute& declared = AttributeOf(*m_schema.model, query.entity, attribute);
+    if (!IsInTable(place.attributes[static_cast<std::size_t>(attribute)])) {
+      return RecordStore::SelectColumns(query, attributes);
+    }
+    selected.blocks.emplace_back().type = declared.type;
+  }
+  const Fragment select = Compile(query, attributes);
+  Run run(*m_connection, select.text);
+  BindAll(run, select);
+  const bool isForeign = !m_schema.layout.isOwn;
+  while (run->Step()) {
+    selected.ids.push_back(run->Integer(0));
+    for (std::size_t i = 0; i < attributes.size(); ++i) {
+      AppendCell(*run, static_cast<int>(i) + 1, isForeign, selected.blocks[i]);
+    }
+  }
+  selected.ids.shrink_to_fit();
+  return selected;
 }
 
 namespace {

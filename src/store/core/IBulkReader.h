@@ -26,6 +26,9 @@ class IValueTable : public IUnknown {
   virtual std::int32_t GetColumnType(std::uint64_t column) = 0;
   /// The instance of a row.
   virtual IInstance* GetInstance(std::uint64_t row) = 0;
+  /// The instances of all rows in order. The list and the table show the same rows: where it is
+  /// cut, the table is.
+  virtual IInstList* GetInstances() = 0;
   /// The key of a row without making its instance.
   virtual void GetKey(std::uint64_t row, WString& key) = 0;
   /// Non-zero if the value is unset.
@@ -57,6 +60,9 @@ class IBulkReader : public IUnknown {
   /// The same for instances at hand, all of one entity; one row per instance in the order of the
   /// list.
   virtual IValueTable* ReadInstances(IInstList* instances, IContainer* attributes) = 0;
+  /// The same for what a query text gives (see `IStoreQuery::Execute`, also for failures), read
+  /// while it is found.
+  virtual IValueTable* ReadQuery(std::u16string_view queryText, IContainer* attributes) = 0;
 
  protected:
   ~IBulkReader() = default;

@@ -3,9 +3,13 @@
 #include "store/elements/ElementColumns.h"
 
 #include <cstdint>
+#include <span>
 #include <utility>
+#include <vector>
 
+#include "automation/DispatchError.h"
 #include "automation/Guards.h"
+#include "automation/MessageFormat.h"
 #include "elements/ValueVariant.h"
 #include "store/core/CoreLibrary.h"
 #include "store/core/IAttribute.h"
@@ -37,16 +41,39 @@ Result InstancesOf(IStoreElementsImpl& elements, Ref<IInstList>* instances) {
   return S_OK;
 }
 
+Ref<IContainer> ListOf(std::span<const WString> names) {
+  Ref<IContainer> list = CreateEngineContainer();
+  list->SetType(eString);
+  const auto texts = Ref<IAttribute>::Adopt(list->GetAttribute(u""));
+  for (std::size_t i = 0; i < names.size(); ++i) texts->SetText(i, names[i]);
+  return list;
+}
+
+/// What was asked for: one name or several.
+struct Request {
+  std::vector<WString> names;
+  bool isOne = false;
+};
+
+Result ReadRequest(const Variant& properties, Request* request) {
+  const Variant& given = properties.Dereferenced();
+  request->isOne = given.Is(VT_BSTR);
+  const bool isList = given.Is(VT_ARRAY | VT_VARIANT);
+  const std::span<const Variant> items = isList ? std::span(given.AsArray()) : std::span(&given, 1);
+  for (const Variant& item : items) {
+    HV_RETURN_CODE_IF(!item.Dereferenced().Is(VT_BSTR), DISP_E_TYPEMISMATCH);
+    request->names.push_back(item.Dereferenced().AsText());
+  }
+  return S_OK;
+}
+
 /// Null for a name that isn't one of a property.
-Ref<IValueTable> ReadTable(IBulkReader& reader, IInstList& instances,
-                           std::span<const WString> properties) {
-  const Ref<IContainer> names = CreateEngineContainer();
-  names->SetType(eString);
-  const auto texts = Ref<IAttribute>::Adopt(names->GetAttribute(u""));
-  for (std::size_t i = 0; i < properties.size(); ++i) texts->SetText(i, properties[i]);
+/// \param read  `IValueTable*(IContainer*)`
+template <class Read>
+Ref<IValueTable> ReadTable(std::span<const WString> names, Read read) {
   try {
-    auto table = Ref<IValueTable>::Adopt(reader.ReadInstances(&instances, names.Get()));
-    for (std::size_t i = 0; table && i < properties.size(); ++i) {
+    auto table = Ref<IValueTable>::Adopt(read(ListOf(names).Get()));
+    for (std::size_t i = 0; table && i < names.size() && table->GetRowCount() > 0; ++i) {
       if (!IsPropertyType(table->GetColumnType(i))) table.Reset();
     }
     return table;
@@ -56,72 +83,85 @@ Ref<IValueTable> ReadTable(IBulkReader& reader, IInstList& instances,
   }
 }
 
-WString FindUnknown(IBulkReader& reader, IInstList& instances,
-                    std::span<const WString> properties) {
-  for (const WString& name : properties) {
-    if (!ReadTable(reader, instances, std::span(&name, 1))) return name;
+/// The first name that isn't one of a property.
+template <class Read>
+WString FindUnknown(std::span<const WString> names, Read read) {
+  for (const WString& name : names) {
+    if (!ReadTable(std::span(&name, 1), read)) return name;
   }
   return {};
 }
 
-Result ReadNames(const Variant& properties, std::vector<WString>* names) {
-  const Variant& given = properties.Dereferenced();
-  const bool isList = given.Is(VT_ARRAY | VT_VARIANT);
-  const std::span<const Variant> items = isList ? std::span(given.AsArray()) : std::span(&given, 1);
-  for (const Variant& item : items) {
-    HV_RETURN_CODE_IF(!item.Dereferenced().Is(VT_BSTR), DISP_E_TYPEMISMATCH);
-    names->push_back(item.Dereferenced().AsText());
+/// The columns of a table, or as many empty ones if there is none.
+Result TakeColumns(IValueTable* table, const Request& request, Variant* columns) {
+  const std::uint64_t rows = table ? table->GetRowCount() : 0;
+  std::vector<Variant> lists;
+  for (std::size_t column = 0; column < request.names.size(); ++column) {
+    std::vector<Variant> values(rows);
+    for (std::uint64_t row = 0; row < rows; ++row) {
+      ScalarValue value;
+      table->ReadScalar(row, column, &value);
+      HV_RETURN_IF_FAILED(easyImpl::VariantOf(value, &values[row]));
+    }
+    lists.push_back(Variant::Array(std::move(values)));
   }
+  *columns = request.isOne ? std::move(lists.front()) : Variant::Array(std::move(lists));
   return S_OK;
 }
 
 }  // namespace
 
-Result ReadElementColumns(IStoreElementsImpl& elements, std::span<const WString> properties,
-                          std::vector<Variant>* columns, WString* unknown) try {
-  HV_RETURN_CODE_IF(!columns || !unknown, E_POINTER);
-  columns->clear();
-  unknown->clear();
-  std::vector<std::vector<Variant>> lists(properties.size());
-  Ref<IInstList> instances;
-  HV_RETURN_IF_FAILED(InstancesOf(elements, &instances));
-  const auto first = Ref<IInstance>::Adopt(instances ? instances->GetInstance(0) : nullptr);
-  if (first && !properties.empty()) {
-    const auto store = Ref<IStore>::Adopt(first->GetStore());
-    const auto reader = QueryRef<IBulkReader>(store.Get());
-    HV_RETURN_CODE_IF(!reader, E_NOTIMPL);
-    const Ref<IValueTable> table = ReadTable(*reader, *instances, properties);
-    if (!table) {
-      *unknown = FindUnknown(*reader, *instances, properties);
-      return E_INVALIDARG;
-    }
-    const std::uint64_t rows = table->GetRowCount();
-    for (std::size_t column = 0; column < lists.size(); ++column) {
-      lists[column].resize(rows);
-      for (std::uint64_t row = 0; row < rows; ++row) {
-        ScalarValue value;
-        table->ReadScalar(row, column, &value);
-        HV_RETURN_IF_FAILED(easyImpl::VariantOf(value, &lists[column][row]));
-      }
-    }
-  }
-  for (auto& list : lists) columns->push_back(Variant::Array(std::move(list)));
-  return S_OK;
-}
-HV_CATCH_RETURN()
-
 Result ReadElementColumns(IStoreElementsImpl& elements, const Variant& properties, Variant* columns,
                           WString* unknown) try {
   HV_RETURN_CODE_IF(!columns || !unknown, E_POINTER);
   columns->Clear();
-  std::vector<WString> names;
-  HV_RETURN_IF_FAILED(ReadNames(properties, &names));
-  std::vector<Variant> lists;
-  HV_RETURN_IF_FAILED(ReadElementColumns(elements, names, &lists, unknown));
-  const bool isOne = properties.Dereferenced().Is(VT_BSTR);
-  *columns = isOne ? std::move(lists.front()) : Variant::Array(std::move(lists));
-  return S_OK;
+  unknown->clear();
+  Request request;
+  HV_RETURN_IF_FAILED(ReadRequest(properties, &request));
+  Ref<IInstList> instances;
+  HV_RETURN_IF_FAILED(InstancesOf(elements, &instances));
+  const auto first = Ref<IInstance>::Adopt(instances ? instances->GetInstance(0) : nullptr);
+  HV_RETURN_CODE_IF(!first || request.names.empty(), TakeColumns(nullptr, request, columns));
+  const auto store = Ref<IStore>::Adopt(first->GetStore());
+  const auto reader = QueryRef<IBulkReader>(store.Get());
+  HV_RETURN_CODE_IF(!reader, E_NOTIMPL);
+  const auto read = [&](IContainer* names) {
+    return reader->ReadInstances(instances.Get(), names);
+  };
+  const Ref<IValueTable> table = ReadTable(request.names, read);
+  if (table) return TakeColumns(table.Get(), request, columns);
+  *unknown = FindUnknown(request.names, read);
+  return E_INVALIDARG;
 }
 HV_CATCH_RETURN()
+
+Result ReadQueryColumns(IStore& store, std::u16string_view queryText, std::uint64_t limit,
+                        const Variant& properties, Variant* columns, WString* unknown,
+                        Ref<IInstList>* hits, bool* isCut) try {
+  HV_RETURN_CODE_IF(!columns || !unknown || !hits || !isCut, E_POINTER);
+  columns->Clear();
+  unknown->clear();
+  *isCut = false;
+  Request request;
+  HV_RETURN_IF_FAILED(ReadRequest(properties, &request));
+  const auto reader = QueryRef<IBulkReader>(&store);
+  HV_RETURN_CODE_IF(!reader, E_NOTIMPL);
+  const auto read = [&](IContainer* names) { return reader->ReadQuery(queryText, names); };
+  const Ref<IValueTable> table = ReadTable(request.names, read);
+  if (!table) {
+    *unknown = FindUnknown(request.names, read);
+    return E_INVALIDARG;
+  }
+  *hits = Ref<IInstList>::Adopt(table->GetInstances());
+  *isCut = table->GetRowCount() > limit;
+  if (*isCut) (*hits)->Truncate(limit);
+  return TakeColumns(table.Get(), request, columns);
+}
+HV_CATCH_RETURN()
+
+void RaiseUnknownProperty(const WString& name) {
+  constexpr std::int32_t kText = 2105;
+  automation::ThrowDispatchError(kText, automation::FormatTableMessage(kText, name));
+}
 
 }  // namespace hv::vex

@@ -1,8 +1,6 @@
 // store/elements/StoreElementsInt.cpp - collections of a store's elements as hosts see them.
 #include "store/elements/StoreElementsInt.h"
 
-#include "automation/DispatchError.h"
-#include "automation/MessageFormat.h"
 #include "automation/rows/Collections.h"
 #include "automation/rows/GenericElements.h"
 #include "automation/rows/StoreElementList.h"
@@ -25,17 +23,11 @@ namespace {
 /// The standard rows alone.
 constexpr auto kStandard = automation::Errors(u"");
 
-constexpr std::int32_t kTextInvalidProperty = 2105;
-
-/// The message names the property, which is one of several.
 template <class Wrapper>
 Result ReadColumnsByName(Wrapper& self, CallFrame& frame) {
   WString unknown;
   const Result rc = ReadElementColumns(self.Elements(), frame.args[0], frame.result, &unknown);
-  if (rc == E_INVALIDARG) {
-    automation::ThrowDispatchError(kTextInvalidProperty,
-                                   automation::FormatTableMessage(kTextInvalidProperty, unknown));
-  }
+  if (rc == E_INVALIDARG) RaiseUnknownProperty(unknown);
   if (rc == DISP_E_TYPEMISMATCH) frame.refusedArgument = 0;
   return rc;
 }

@@ -44,6 +44,8 @@ class CDataStoreImpl final : private CoreBinding, public cor::Counted<IDataStore
   Result CreateElementsByInstList(IInstList* instList, IStoreElementListImpl** elements) override;
   Result GetResults(IStoreElementList** results) override;
   Result Search(IAdvancedQueryImpl* query) override;
+  Result SearchColumns(IAdvancedQueryImpl* query, const Variant& properties, Variant* columns,
+                       WString* unknown) override;
   Result OpenByStore(IStore* store) override;
   Result Connect(std::u16string_view name, std::u16string_view pluginName,
                  std::u16string_view parameter, IEnvironment* environment) override;
@@ -68,6 +70,9 @@ class CDataStoreImpl final : private CoreBinding, public cor::Counted<IDataStore
   const WString& RootEntityName();
   void ReadRootEntityName();
   Result AppendHits(IStoreQuery& query, std::u16string_view text, IStoreElementListImpl& list);
+  /// The text of a query as this session runs it.
+  Result WriteSearch(IAdvancedQueryImpl* query, WString* text);
+  Result KeepHits(IInstList& hits, bool isIncomplete);
   /// Puts the hits of a text into the results. Throws what the engine throws.
   Result RunQuery(std::u16string_view text);
   std::int32_t ResultsLimit(std::int32_t otherwise);

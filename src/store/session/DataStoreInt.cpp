@@ -174,6 +174,20 @@ Result CDataStoreInt::Search(IDispatch* query) {
   return m_session->Search(logic);
 }
 
+Result CDataStoreInt::SearchColumns(IDispatch* query, const Variant& properties, Variant* columns) {
+  WString unknown;
+  return SearchColumns(query, properties, columns, &unknown);
+}
+
+Result CDataStoreInt::SearchColumns(IDispatch* query, const Variant& properties, Variant* columns,
+                                    WString* unknown) {
+  HV_RETURN_IF_NULL(columns);
+  columns->Clear();
+  IAdvancedQueryImpl* logic = nullptr;
+  HV_RETURN_IF_FAILED(StoreQueryOf(query, &logic));
+  return m_session->SearchColumns(logic, properties, columns, unknown);
+}
+
 Result CDataStoreInt::GetVexStore(IUnknown** store) {
   HV_RETURN_IF_NULL(store);
   *store = nullptr;

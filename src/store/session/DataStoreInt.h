@@ -39,6 +39,10 @@ class CDataStoreInt final : public automation::DispatchImpl<CDataStoreInt, IData
   Result CreateElementsByInstList(IUnknown* instList, IStoreElementList** elements) override;
   Result get_Results(IStoreElementList** results) override;
   Result Search(IDispatch* query) override;
+  Result SearchColumns(IDispatch* query, const Variant& properties, Variant* columns) override;
+  /// \param unknown  receives the name that is no property, if that is what it fails for
+  Result SearchColumns(IDispatch* query, const Variant& properties, Variant* columns,
+                       WString* unknown);
   Result GetVexStore(IUnknown** store) override;
   Result Save(const Variant& saveMode) override;
   Result Refresh() override;

@@ -7,6 +7,7 @@
 #include <storefabric/IStoreElement.h>
 
 #include "automation/rows/DataStore.h"
+#include "store/elements/ElementColumns.h"
 #include "store/session/DataStoreInt.h"
 
 namespace hv::vex {
@@ -15,6 +16,21 @@ namespace {
 
 using namespace automation;  // NOLINT: the vocabulary of the table below
 using S = IDataStore;
+
+/// The message names the property, which is one of several.
+Result SearchColumnsByName(CDataStoreInt& self, CallFrame& frame) {
+  Ref<IDispatch> query;
+  Result rc = ReadObject(frame.args[0].Dereferenced(), IDispatch::kIid, query.PutVoid());
+  if (Failed(rc)) {
+    frame.refusedArgument = 0;
+    return rc;
+  }
+  WString unknown;
+  rc = self.SearchColumns(query.Get(), frame.args[1], frame.result, &unknown);
+  if (!unknown.empty()) RaiseUnknownProperty(unknown);
+  if (rc == DISP_E_TYPEMISMATCH) frame.refusedArgument = 1;
+  return rc;
+}
 
 constexpr auto kRows = MakeRows(
     Get<&S::get_Name>(u"Name", 1),
@@ -46,7 +62,9 @@ constexpr auto kRows = MakeRows(
                                           rows::kDataStoreGetBrowseSettings),
     Method<&S::SetBrowseSettings>(u"SetBrowseSettings", 25, rows::kDataStoreSetBrowseSettings),
     Get<&S::GetBrowseSettings>(u"BrowseSettings", 26, rows::kDataStoreGetBrowseSettings),
-    Put<&S::SetBrowseSettings>(u"BrowseSettings", 26, rows::kDataStoreSetBrowseSettings));
+    Put<&S::SetBrowseSettings>(u"BrowseSettings", 26, rows::kDataStoreSetBrowseSettings),
+    Custom<&SearchColumnsByName>(u"SearchColumns", 27, CallKind::Method, 2,
+                                 rows::kDataStoreSearch));
 
 constexpr DispatchMap kMap =
     DispatchMap(u"DataStore", kRows).WithObjectText<&CDataStoreInt::TextForMessage>();

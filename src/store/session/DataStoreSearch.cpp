@@ -4,6 +4,7 @@
 #include "automation/Guards.h"
 #include "store/core/IInstList.h"
 #include "store/core/IStoreQuery.h"
+#include "store/elements/ElementColumns.h"
 #include "store/session/DataStoreImpl.h"
 #include "store/session/ISessionQueries.h"
 #include "store/session/NotAvailable.h"
@@ -50,15 +51,37 @@ Result CDataStoreImpl::GetResults(IStoreElementList** results) {
   return m_results.CopyTo(results);
 }
 
-Result CDataStoreImpl::Search(IAdvancedQueryImpl* query) try {
+Result CDataStoreImpl::WriteSearch(IAdvancedQueryImpl* query, WString* text) {
   HV_RETURN_CODE_IF(!query, VEX_E_NOT_STORE_QUERY);
   ISessionQueries* const queries = GetSessionQueries();
   HV_RETURN_CODE_IF(!queries, E_NOTIMPL);
   HV_RETURN_CODE_IF(!m_resultsImpl || !m_config, E_UNEXPECTED);
+  return queries->WriteText({*m_store, *m_config}, *query, ResultsLimit(kTextLimit), text);
+}
+
+Result CDataStoreImpl::Search(IAdvancedQueryImpl* query) try {
   WString text;
-  HV_RETURN_IF_FAILED(
-      queries->WriteText({*m_store, *m_config}, *query, ResultsLimit(kTextLimit), &text));
+  HV_RETURN_IF_FAILED(WriteSearch(query, &text));
   return RunQuery(text);
+}
+HV_CATCH_RETURN()
+
+Result CDataStoreImpl::SearchColumns(IAdvancedQueryImpl* query, const Variant& properties,
+                                     Variant* columns, WString* unknown) try {
+  HV_RETURN_CODE_IF(!columns || !unknown, E_POINTER);
+  columns->Clear();
+  unknown->clear();
+  WString text;
+  HV_RETURN_IF_FAILED(WriteSearch(query, &text));
+  HV_RETURN_IF_FAILED(m_resultsImpl->ClearResults());
+  Ref<IInstList> hits;
+  bool isIncomplete = false;
+  const Result rc =
+      ReadQueryColumns(*m_store, text, static_cast<std::uint64_t>(ResultsLimit(kRunLimit)),
+                       properties, columns, unknown, &hits, &isIncomplete);
+  HV_RETURN_CODE_IF(rc == E_INVALIDARG, VEX_E_INVALID_PROPERTY);
+  HV_RETURN_IF_FAILED(rc);
+  return KeepHits(*hits, isIncomplete);
 }
 HV_CATCH_RETURN()
 
@@ -78,8 +101,13 @@ Result CDataStoreImpl::RunQuery(std::u16string_view text) {
   const std::uint64_t count = hits->GetCount();
   const bool isIncomplete = count == limit + 1;
   if (isIncomplete) hits->Truncate(limit);
-  HV_RETURN_IF_FAILED(m_resultsImpl->SetList(hits.Get()));
-  return m_resultsImpl->SetTotal(isIncomplete ? kIncomplete : static_cast<std::int32_t>(count));
+  return KeepHits(*hits, isIncomplete);
+}
+
+Result CDataStoreImpl::KeepHits(IInstList& hits, bool isIncomplete) {
+  HV_RETURN_IF_FAILED(m_resultsImpl->SetList(&hits));
+  const auto count = static_cast<std::int32_t>(hits.GetCount());
+  return m_resultsImpl->SetTotal(isIncomplete ? kIncomplete : count);
 }
 
 }  // namespace hv::vex

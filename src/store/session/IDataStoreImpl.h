@@ -55,6 +55,11 @@ class IDataStoreImpl : public IUnknown {
   virtual Result GetResults(IStoreElementList** results) = 0;
   /// VEX_E_NOT_STORE_QUERY for a null query.
   virtual Result Search(IAdvancedQueryImpl* query) = 0;
+  /// `Search`, and properties of the hits read while they are found; see `ReadElementColumns`.
+  /// After a failure the results are empty.
+  /// \param unknown  receives the name that is no property, with VEX_E_INVALID_PROPERTY
+  virtual Result SearchColumns(IAdvancedQueryImpl* query, const Variant& properties,
+                               Variant* columns, WString* unknown) = 0;
   /// Takes the store with a reference of its own and builds the session. E_UNEXPECTED for null.
   virtual Result OpenByStore(IStore* store) = 0;
   /// Opens a store and builds the session.
