@@ -34,7 +34,29 @@ class Searches:
         if returns:
             query.ReturnType = returns
         self.store.Search(query)
+        found = [element.Name for element in self.store.Results]
+        self.assertEqual(self.store.Results.ReadColumns("name"), found)
+        self.store.Results.RemoveAll()
+        ids, together = self.store.SearchColumns(query, ["id", "name"])
+        self.assertEqual((together, ids), (found, [one.Properties("id").Value for one in self.store.Results]))
         return names(self.store)
+
+    def test_columns(self):
+        query = self.store.CreateQuery()
+        query.Conditions.Add("MeaResult", "Size", "<=", 2)
+        for unknown in "Nope", "Step.Nope", "Channels", "":
+            self.assert_raises(2105, lambda: self.store.SearchColumns(query, ["Name", unknown]),
+                               f'The property "{unknown}" is invalid. Please edit or remove this property.')
+            self.assertEqual(len(self.store.Results), 0)
+        for wrong in 5, None, ["Name", 5]:
+            with self.assertRaises(TypeError):
+                self.store.SearchColumns(query, wrong)
+        self.assert_raises(222, lambda: self.store.SearchColumns(None, "Name"))
+        self.assertEqual(self.store.SearchColumns(query, []), [])
+        self.assertEqual(names(self.store), ["Run 1", "Run 2"])
+        times, sizes = self.store.SearchColumns(query, ["Time", "Size"])
+        self.assertEqual(times, [one.Properties("Time").Value for one in self.store.Results])
+        self.assertEqual(sizes, [1, 2])
 
     def test_hits(self):
         day = datetime.datetime(2009, 5, 17)

@@ -112,10 +112,10 @@ Result TakeColumns(IValueTable* table, const Request& request, Variant* columns)
 }  // namespace
 
 Result ReadElementColumns(IStoreElementsImpl& elements, const Variant& properties, Variant* columns,
-                          WString* unknown) try {
+                          std::optional<WString>* unknown) try {
   HV_RETURN_CODE_IF(!columns || !unknown, E_POINTER);
   columns->Clear();
-  unknown->clear();
+  unknown->reset();
   Request request;
   HV_RETURN_IF_FAILED(ReadRequest(properties, &request));
   Ref<IInstList> instances;
@@ -136,11 +136,11 @@ Result ReadElementColumns(IStoreElementsImpl& elements, const Variant& propertie
 HV_CATCH_RETURN()
 
 Result ReadQueryColumns(IStore& store, std::u16string_view queryText, std::uint64_t limit,
-                        const Variant& properties, Variant* columns, WString* unknown,
-                        Ref<IInstList>* hits, bool* isCut) try {
+                        const Variant& properties, Variant* columns,
+                        std::optional<WString>* unknown, Ref<IInstList>* hits, bool* isCut) try {
   HV_RETURN_CODE_IF(!columns || !unknown || !hits || !isCut, E_POINTER);
   columns->Clear();
-  unknown->clear();
+  unknown->reset();
   *isCut = false;
   Request request;
   HV_RETURN_IF_FAILED(ReadRequest(properties, &request));

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string_view>
 
 #include <storefabric/Ref.h>
@@ -24,15 +25,15 @@ namespace hv::vex {
 /// \return S_OK; E_INVALIDARG; DISP_E_TYPEMISMATCH for what is neither a text nor a list of texts;
 ///         E_NOTIMPL for a store that can't read in bulk; E_PENDING; E_FAIL
 Result ReadElementColumns(IStoreElementsImpl& elements, const Variant& properties, Variant* columns,
-                          WString* unknown);
+                          std::optional<WString>* unknown);
 
 /// The same for what a query text finds.
 /// \param hits  receives the instances, which the columns are cut with if there are more than
 ///              `limit`; `*isCut` tells that
 /// \return as above; what the engine throws for a query that it can't run gives E_FAIL
 Result ReadQueryColumns(IStore& store, std::u16string_view queryText, std::uint64_t limit,
-                        const Variant& properties, Variant* columns, WString* unknown,
-                        Ref<IInstList>* hits, bool* isCut);
+                        const Variant& properties, Variant* columns,
+                        std::optional<WString>* unknown, Ref<IInstList>* hits, bool* isCut);
 
 /// Ends a call by name with the message that names the property.
 [[noreturn]] void RaiseUnknownProperty(const WString& name);

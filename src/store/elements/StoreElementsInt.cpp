@@ -25,9 +25,9 @@ constexpr auto kStandard = automation::Errors(u"");
 
 template <class Wrapper>
 Result ReadColumnsByName(Wrapper& self, CallFrame& frame) {
-  WString unknown;
+  std::optional<WString> unknown;
   const Result rc = ReadElementColumns(self.Elements(), frame.args[0], frame.result, &unknown);
-  if (rc == E_INVALIDARG) RaiseUnknownProperty(unknown);
+  if (unknown) RaiseUnknownProperty(*unknown);
   if (rc == DISP_E_TYPEMISMATCH) frame.refusedArgument = 0;
   return rc;
 }
@@ -127,7 +127,7 @@ Result CStoreElementsInt::RemoveReference(IDispatch* element) {
 Result CStoreElementsInt::RemoveAllReferences() { return Logic().RemoveAllReferences(); }
 
 Result CStoreElementsInt::ReadColumns(const Variant& properties, Variant* columns) {
-  WString unknown;
+  std::optional<WString> unknown;
   return ReadElementColumns(Logic(), properties, columns, &unknown);
 }
 
@@ -152,7 +152,7 @@ Result CStoreElementListInt::Item(const Variant& index, IVEXElement** element) {
 }
 
 Result CStoreElementListInt::ReadColumns(const Variant& properties, Variant* columns) {
-  WString unknown;
+  std::optional<WString> unknown;
   return ReadElementColumns(Logic(), properties, columns, &unknown);
 }
 

@@ -1,6 +1,7 @@
 // store/session/DataStoreImpl.h - the session with one data store.
 #pragma once
 
+#include <optional>
 #include <string_view>
 
 #include <storefabric/IStoreElement.h>
@@ -45,7 +46,7 @@ class CDataStoreImpl final : private CoreBinding, public cor::Counted<IDataStore
   Result GetResults(IStoreElementList** results) override;
   Result Search(IAdvancedQueryImpl* query) override;
   Result SearchColumns(IAdvancedQueryImpl* query, const Variant& properties, Variant* columns,
-                       WString* unknown) override;
+                       std::optional<WString>* unknown) override;
   Result OpenByStore(IStore* store) override;
   Result Connect(std::u16string_view name, std::u16string_view pluginName,
                  std::u16string_view parameter, IEnvironment* environment) override;

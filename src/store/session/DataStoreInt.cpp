@@ -175,12 +175,12 @@ Result CDataStoreInt::Search(IDispatch* query) {
 }
 
 Result CDataStoreInt::SearchColumns(IDispatch* query, const Variant& properties, Variant* columns) {
-  WString unknown;
+  std::optional<WString> unknown;
   return SearchColumns(query, properties, columns, &unknown);
 }
 
 Result CDataStoreInt::SearchColumns(IDispatch* query, const Variant& properties, Variant* columns,
-                                    WString* unknown) {
+                                    std::optional<WString>* unknown) {
   HV_RETURN_IF_NULL(columns);
   columns->Clear();
   IAdvancedQueryImpl* logic = nullptr;

@@ -1,6 +1,8 @@
 // store/session/DataStoreInt.h - the automation face of a session.
 #pragma once
 
+#include <optional>
+
 #include <storefabric/IDataStore.h>
 #include <storefabric/Ref.h>
 
@@ -42,7 +44,7 @@ class CDataStoreInt final : public automation::DispatchImpl<CDataStoreInt, IData
   Result SearchColumns(IDispatch* query, const Variant& properties, Variant* columns) override;
   /// \param unknown  receives the name that is no property, if that is what it fails for
   Result SearchColumns(IDispatch* query, const Variant& properties, Variant* columns,
-                       WString* unknown);
+                       std::optional<WString>* unknown);
   Result GetVexStore(IUnknown** store) override;
   Result Save(const Variant& saveMode) override;
   Result Refresh() override;

@@ -25,9 +25,9 @@ Result SearchColumnsByName(CDataStoreInt& self, CallFrame& frame) {
     frame.refusedArgument = 0;
     return rc;
   }
-  WString unknown;
+  std::optional<WString> unknown;
   rc = self.SearchColumns(query.Get(), frame.args[1], frame.result, &unknown);
-  if (!unknown.empty()) RaiseUnknownProperty(unknown);
+  if (unknown) RaiseUnknownProperty(*unknown);
   if (rc == DISP_E_TYPEMISMATCH) frame.refusedArgument = 1;
   return rc;
 }

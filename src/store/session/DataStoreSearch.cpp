@@ -67,10 +67,10 @@ Result CDataStoreImpl::Search(IAdvancedQueryImpl* query) try {
 HV_CATCH_RETURN()
 
 Result CDataStoreImpl::SearchColumns(IAdvancedQueryImpl* query, const Variant& properties,
-                                     Variant* columns, WString* unknown) try {
+                                     Variant* columns, std::optional<WString>* unknown) try {
   HV_RETURN_CODE_IF(!columns || !unknown, E_POINTER);
   columns->Clear();
-  unknown->clear();
+  unknown->reset();
   WString text;
   HV_RETURN_IF_FAILED(WriteSearch(query, &text));
   HV_RETURN_IF_FAILED(m_resultsImpl->ClearResults());

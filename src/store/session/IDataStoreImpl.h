@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string_view>
 
 #include <storefabric/Dispatch.h>
@@ -59,7 +60,7 @@ class IDataStoreImpl : public IUnknown {
   /// After a failure the results are empty.
   /// \param unknown  receives the name that is no property, with VEX_E_INVALID_PROPERTY
   virtual Result SearchColumns(IAdvancedQueryImpl* query, const Variant& properties,
-                               Variant* columns, WString* unknown) = 0;
+                               Variant* columns, std::optional<WString>* unknown) = 0;
   /// Takes the store with a reference of its own and builds the session. E_UNEXPECTED for null.
   virtual Result OpenByStore(IStore* store) = 0;
   /// Opens a store and builds the session.
