@@ -53,8 +53,12 @@ sf_build() {  # sf_build PRESET [TARGET]
       return 1
     }
   fi
-  # People see how far it is until it is built once.
-  local quiet=--quiet done="build/$1/.built-${2:-all}"
-  if [ -t 1 ] && [ ! -e "$done" ]; then quiet=""; fi
-  ninja -C "build/$1" $quiet ${2:+"$2"} && touch "$done"
+  # People see how far it is until it is built once; after that ninja's "no work to do" is no news.
+  local done="build/$1/.built-${2:-all}" told=""
+  if [ -t 1 ] && [ ! -e "$done" ]; then
+    ninja -C "build/$1" ${2:+"$2"} || return 1
+  else
+    told=$(ninja -C "build/$1" --quiet ${2:+"$2"}) || { printf '%s\n' "$told"; return 1; }
+  fi
+  touch "$done"
 }

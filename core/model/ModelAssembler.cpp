@@ -75,6 +75,7 @@ void ModelAssembler::MakeBaseEntities() {
   for (const BaseElement& element : BaseElements()) {
     if (element.since > m_draft.baseVersion) continue;
     m_model->m_byName.emplace(element.lowerName, AddEntity(element.lowerName, true));
+    m_baseElements.push_back(&element);
   }
   for (Entity& entity : m_entities) {
     const BaseElement& element = *BaseElementOf(entity);
@@ -131,9 +132,8 @@ void ModelAssembler::MakeApplicationEntities() {
 
 const BaseElement* ModelAssembler::BaseElementOf(const Entity& entity) const {
   if (m_draft.baseVersion == 0) return nullptr;
-  if (entity.isBase) return FindBaseElement(entity.name, m_draft.baseVersion);
-  if (entity.super == kNoEntity) return nullptr;
-  return FindBaseElement(m_entities[entity.super].name, m_draft.baseVersion);
+  if (entity.isBase) return m_baseElements[entity.id];
+  return entity.super == kNoEntity ? nullptr : m_baseElements[entity.super];
 }
 
 void ModelAssembler::AddMembers(Entity& entity, const EntityDraft& draft) {

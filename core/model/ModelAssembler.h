@@ -72,7 +72,8 @@ class ModelAssembler {
   std::vector<ModelProblem>& m_problems;
   std::shared_ptr<Model> m_model = std::make_shared<Model>();
   std::deque<Entity>& m_entities;
-  EntityId m_firstApplicationEntity = 0;  ///< base entities stand before it
+  EntityId m_firstApplicationEntity = 0;           ///< base entities stand before it
+  std::vector<const BaseElement*> m_baseElements;  ///< of the base entities, by their ids
 };
 
 }  // namespace hv::vex::engine

@@ -5,6 +5,7 @@
 #include <unicode/utf16.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace hv::vex::engine {
 namespace {
@@ -58,29 +59,76 @@ std::size_t FoldedHash::operator()(std::u16string_view text) const {
 }
 
 void NameIndex::Add(std::u16string_view name, std::u16string_view baseName, std::int32_t position) {
-  m_exact.emplace(name, position);
-  m_folded.emplace(name, position);
-  if (!baseName.empty()) m_base.emplace(baseName, position);
+  const bool isOne = !baseName.empty() && name == baseName;
+  Append(name, position, isOne ? kName | kBaseName : kName);
+  if (!isOne && !baseName.empty()) Append(baseName, position, kBaseName);
   m_longest = std::max({m_longest, name.size(), baseName.size()});
 }
 
-void NameIndex::Seal() {
-  for (const auto& [baseName, position] : m_base) {
-    m_exact.emplace(baseName, position);
-    m_folded.emplace(baseName, position);
+void NameIndex::Append(std::u16string_view name, std::int32_t position, std::uint8_t kinds) {
+  Entry entry{};
+  entry.begin = static_cast<std::uint32_t>(m_text.size());
+  entry.size = static_cast<std::uint32_t>(name.size());
+  entry.hash = static_cast<std::uint32_t>(FoldedHash()(name));
+  entry.position = position;
+  entry.kinds = kinds;
+  m_text += name;
+  m_entries.push_back(entry);
+  if (m_entries.size() <= m_buckets.size()) {
+    Chain(static_cast<std::uint32_t>(m_entries.size() - 1));
+    return;
   }
+  constexpr std::size_t kFewest = 16;
+  m_buckets.assign(std::max(kFewest, m_buckets.size() * 2), 0);
+  for (std::uint32_t i = 0; i < m_entries.size(); ++i) Chain(i);
 }
+
+void NameIndex::Chain(std::uint32_t entry) {
+  std::uint32_t& bucket = m_buckets[m_entries[entry].hash & (m_buckets.size() - 1)];
+  m_entries[entry].next = std::exchange(bucket, entry + 1);
+}
+
+std::uint32_t NameIndex::FirstOf(std::uint32_t hash) const {
+  return m_buckets.empty() ? 0 : m_buckets[hash & (m_buckets.size() - 1)];
+}
+
+void NameIndex::Seal() { m_isSealed = true; }
 
 std::int32_t NameIndex::Find(std::u16string_view name) const {
   if (name.size() > m_longest) return -1;
-  if (const auto exact = m_exact.find(name); exact != m_exact.end()) return exact->second;
-  const auto folded = m_folded.find(name);
-  return folded == m_folded.end() ? -1 : folded->second;
+  const auto hash = static_cast<std::uint32_t>(FoldedHash()(name));
+  // A bucket leads from the last to the first, so the first of each kind stays.
+  std::int32_t exact = -1;
+  std::int32_t exactBase = -1;
+  std::int32_t folded = -1;
+  std::int32_t foldedBase = -1;
+  for (std::uint32_t at = FirstOf(hash); at != 0; at = m_entries[at - 1].next) {
+    const Entry& entry = m_entries[at - 1];
+    if (entry.hash != hash) continue;
+    const bool isName = (entry.kinds & kName) != 0;
+    if (!isName && !m_isSealed) continue;
+    const std::u16string_view found = NameOf(entry);
+    if (found == name) {
+      (isName ? exact : exactBase) = entry.position;
+    } else if (EqualFolded(found, name)) {
+      (isName ? folded : foldedBase) = entry.position;
+    }
+  }
+  for (const std::int32_t position : {exact, exactBase, folded}) {
+    if (position != -1) return position;
+  }
+  return foldedBase;
 }
 
 std::int32_t NameIndex::FindBase(std::u16string_view baseName) const {
-  const auto found = m_base.find(baseName);
-  return found == m_base.end() ? -1 : found->second;
+  const auto hash = static_cast<std::uint32_t>(FoldedHash()(baseName));
+  std::int32_t position = -1;
+  for (std::uint32_t at = FirstOf(hash); at != 0; at = m_entries[at - 1].next) {
+    const Entry& entry = m_entries[at - 1];
+    if ((entry.kinds & kBaseName) == 0 || entry.hash != hash || NameOf(entry) != baseName) continue;
+    position = entry.position;
+  }
+  return position;
 }
 
 }  // namespace hv::vex::engine

@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 namespace hv::vex::engine {
 
@@ -50,10 +51,29 @@ class NameIndex {
   [[nodiscard]] std::size_t LongestName() const { return m_longest; }
 
  private:
-  ExactNameMap<std::int32_t> m_exact;
-  ExactNameMap<std::int32_t> m_base;
-  FoldedNameMap<std::int32_t> m_folded;
+  // Every store builds some sixty of these when it is opened, so all names share one text and one
+  // table instead of having nodes of their own.
+  enum Kind : std::uint8_t { kName = 1, kBaseName = 2 };
+  struct Entry {
+    std::uint32_t begin;  // in m_text
+    std::uint32_t size;
+    std::uint32_t hash;  // of the folded name
+    std::uint32_t next;  // the one before it in its bucket, plus 1
+    std::int32_t position;
+    std::uint8_t kinds;
+  };
+  void Append(std::u16string_view name, std::int32_t position, std::uint8_t kinds);
+  void Chain(std::uint32_t entry);
+  [[nodiscard]] std::uint32_t FirstOf(std::uint32_t hash) const;
+  [[nodiscard]] std::u16string_view NameOf(const Entry& entry) const {
+    return std::u16string_view(m_text).substr(entry.begin, entry.size);
+  }
+
+  std::u16string m_text;
+  std::vector<Entry> m_entries;
+  std::vector<std::uint32_t> m_buckets;  // the last entry of each, plus 1; 0: none
   std::size_t m_longest = 0;
+  bool m_isSealed = false;
 };
 
 }  // namespace hv::vex::engine
