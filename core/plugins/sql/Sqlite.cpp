@@ -300,11 +300,15 @@ class SqliteConnection final : public Connection {
     try {
       Execute("SELECT count(*) FROM sqlite_master");
     } catch (const Exception&) {
-      // A file on a medium that can't be written has no room for the log's index beside it. Without
-      // that nobody may write it either, and what stands in a log can't be seen.
-      const bool isProtected = options.isReadOnly || access(path.c_str(), W_OK) != 0;
+      // A file on a medium, or in a folder, that can't be written has no room for the log's index
+      // beside it. Without that nobody may write it from here either, and what stands in a log
+      // can't be seen.
+      const bool isProtected = options.isReadOnly || access(path.c_str(), W_OK) != 0 ||
+                               access((path.parent_path() / ".").c_str(), W_OK) != 0;
       const bool hasLog = stat((path.string() + "-wal").c_str(), &facts) == 0 && facts.st_size != 0;
-      if (!isProtected || hasLog || sqlite3_errcode(m_source.database) != SQLITE_CANTOPEN) throw;
+      const int reason = sqlite3_errcode(m_source.database) & 0xFF;
+      const bool isRefused = reason == SQLITE_CANTOPEN || reason == SQLITE_READONLY;
+      if (!isProtected || hasLog || !isRefused) throw;
       sqlite3_close(m_source.database);
       OpenHandle(path, options, true);
       Execute("SELECT count(*) FROM sqlite_master");
@@ -321,7 +325,7 @@ class SqliteConnection final : public Connection {
   void OpenHandle(const std::filesystem::path& path, const SqliteOptions& options,
                   bool isImmutable) {
     int flags = SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE;
-    flags |= options.isReadOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE;
+    flags |= options.isReadOnly || isImmutable ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE;
     if (options.mayCreate) flags |= SQLITE_OPEN_CREATE;
     std::string name = path.empty() ? ":memory:" : path.string();
     if (isImmutable) {
