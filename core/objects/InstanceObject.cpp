@@ -5,6 +5,7 @@
 #include "core/objects/InstanceKey.h"
 #include "core/objects/InstancePath.h"
 #include "core/objects/ValueText.h"
+#include "core/store/RecordAccess.h"
 
 namespace hv::vex::engine {
 namespace {
@@ -12,8 +13,6 @@ namespace {
 bool IsColumnMember(const Attribute& attribute) {
   return attribute.baseName == u"values" || attribute.baseName == u"flags";
 }
-
-constexpr std::int16_t kValidFlag = 15;
 
 /// The flags of a column for values that take the place of those it has: as they are, and valid
 /// behind their end. Empty if it has none.
@@ -24,7 +23,7 @@ std::vector<std::int16_t> FlagsFor(const RecordStore& records, RecordRef column,
   Value::Integers kept(std::min<std::size_t>(old->Count(), values.Count()));
   if (!kept.empty()) old->ReadIntegers(0, kept);
   std::vector<std::int16_t> flags(kept.begin(), kept.end());
-  flags.resize(values.Count(), kValidFlag);
+  flags.resize(values.Count(), kFlagsOfValid);
   return flags;
 }
 

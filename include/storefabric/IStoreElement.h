@@ -84,6 +84,8 @@ class IStoreElementWithBulk : public IStoreElement {
   /// 19, property with an index. The flag of a value, or the one that all values share.
   /// E_INVALIDARG for an index outside.
   virtual Result get_Flags(std::int32_t index, std::int32_t* flag) = 0;
+  /// Writes the flag of one value. E_INVALIDARG also for a column that has no flags of its own but
+  /// the one that all values share.
   virtual Result put_Flags(std::int32_t index, std::int32_t flag) = 0;
   /// 20. Copies all values of a data channel into the column.
   /// \return S_OK; E_INVALIDARG for an object that is no data channel; VEX_E_NOT_LOCAL_COLUMN;
