@@ -29,12 +29,10 @@ auto Guarded(Body body) {
   }
 }
 
-/// The absolute name of the file that the parameters name.
-/// \param missing  the code of the failure if they name none
-inline std::filesystem::path FileNameOf(const ConnectParameters& parameters,
-                                        std::int32_t missing = errc::kBadFile) {
+/// The absolute name of the file that the parameters name. Throws kBadFile if they name none.
+inline std::filesystem::path FileNameOf(const ConnectParameters& parameters) {
   const std::optional<std::u16string> name = parameters.GetTrimmed(u"filename");
-  if (!name) Fail(missing, {u"no file name is given"});
+  if (!name) Fail(errc::kBadFile, {u"no file name is given"});
   return std::filesystem::absolute(cor::ToUtf8(*name));
 }
 

@@ -47,6 +47,7 @@ class Sessions(StoreTest):
             (lambda: env.ConnectDataStore("Größe \U0001f600"), "Größe \U0001f600"),
             (lambda: env.ConnectDataStore(""), ""),
             (lambda: env.ConnectDataStoreByParameter("NOPE", ""), "NOPE"),
+            (lambda: env.ConnectDataStoreByParameter("SQL", "<filename></filename>"), "SQL"),
             (lambda: connect("/nonexistent/a.atfx"), "/nonexistent/a.atfx"),
         ]:
             self.assert_raises_message(292, f"Opening the Sifter {name} causes an error.", use)

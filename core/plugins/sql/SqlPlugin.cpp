@@ -64,7 +64,7 @@ namespace {
 
 std::unique_ptr<RecordStore> Open(const ConnectParameters& parameters) {
   return Guarded([&]() -> std::unique_ptr<RecordStore> {
-    const std::filesystem::path path = FileNameOf(parameters, errc::kConnectFailed);
+    const std::filesystem::path path = FileNameOf(parameters);
     return std::make_unique<SqlStore>(OpenSqlite(path, OptionsOf(parameters)), NameOf(path));
   });
 }
@@ -75,7 +75,7 @@ std::unique_ptr<RecordStore> Create(const ConnectParameters& parameters,
     if (!model) Fail(errc::kInvalidArgument, {u"a new store needs a model"});
     SqliteOptions options = OptionsOf(parameters);
     if (parameters.GetTrimmed(u"filename")) {
-      const std::filesystem::path path = FileNameOf(parameters, errc::kConnectFailed);
+      const std::filesystem::path path = FileNameOf(parameters);
       if (std::filesystem::exists(path)) {
         Fail(errc::kNotUnique, {NameOf(path), u": exists already"});
       }
@@ -93,7 +93,7 @@ std::unique_ptr<RecordStore> Create(const ConnectParameters& parameters,
 
 void Write(const RecordStore& source, const ConnectParameters& parameters) {
   Guarded([&] {
-    const std::filesystem::path path = FileNameOf(parameters, errc::kConnectFailed);
+    const std::filesystem::path path = FileNameOf(parameters);
     const bool isAdding = parameters.Get(u"add").has_value();
     if (!isAdding || !std::filesystem::exists(path)) {
       WriteDatabase(

@@ -315,7 +315,7 @@ TEST_F(SqlSessions, RefusesParametersThatMakeNoSense) {
   EXPECT_EQ(errc::kInvalidArgument, CodeOf([&] { Open(u"<timeout>soon</timeout>"); }));
   EXPECT_EQ(errc::kNotUnique,
             CodeOf([&] { kSqlPlugin.create(ConnectParameters(FileTag(m_path)), m_model); }));
-  EXPECT_EQ(errc::kConnectFailed, CodeOf([&] { kSqlPlugin.open(ConnectParameters(u"")); }));
+  EXPECT_EQ(errc::kBadFile, CodeOf([&] { kSqlPlugin.open(ConnectParameters(u"")); }));
 }
 
 TEST_F(SqlSessions, RefusesDamagedFiles) {
