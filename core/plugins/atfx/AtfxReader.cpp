@@ -9,7 +9,9 @@
 #include "xml/SaxParser.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
+#include <fstream>
 #include <system_error>
 
 #include <unistd.h>
@@ -86,6 +88,21 @@ class HeaderHandler final : public xml::ISaxHandler {
   AtfxDocument& m_document;
 };
 
+/// What is wrong with the first bytes of a file, which no parser could tell as well; empty if they
+/// may begin a document in any of the encodings of Unicode.
+std::string DoubtAbout(const std::filesystem::path& path) {
+  std::array<char, 64> buffer{};
+  std::ifstream file(path, std::ios::binary);
+  file.read(buffer.data(), static_cast<std::streamsize>(buffer.size()));
+  const std::string_view begin(buffer.data(), static_cast<std::size_t>(file.gcount()));
+  if (begin.empty()) return "the file is empty";
+  if (begin.starts_with("SQLite format 3")) return "the file is a database of SQLite";
+  const std::size_t first =
+      begin.find_first_not_of(std::string_view("\xEF\xBB\xBF\xFE\xFF\0 \t\r\n", 10));
+  const bool isXml = first == begin.npos || begin[first] == '<';
+  return isXml ? "" : "the file is no XML document";
+}
+
 /// Tells a file that can't be read from one that can't be understood.
 void CheckReadable(const std::filesystem::path& path) {
   std::error_code error;
@@ -98,8 +115,9 @@ void CheckReadable(const std::filesystem::path& path) {
   } else if (access(path.c_str(), R_OK) != 0) {
     reason = std::generic_category().message(errno);
   } else {
-    return;
+    reason = DoubtAbout(path);
   }
+  if (reason.empty()) return;
   throw Exception(errc::kBadFile, cor::FromUtf8(path.string() + ": " + reason));
 }
 

@@ -150,6 +150,8 @@ TEST(AtfxErrors, FilesThatCannotBeReadAreToldFromBadOnes) {
   EXPECT_EQ("-1301 " + folder.Path().string() + ": not a regular file", error(folder.Path()));
   const std::string bad = folder.Write("bad.atfx", "<a/>").string();
   EXPECT_EQ("-1301 " + bad + ":1: not an ATFX file: the root element is 'a'", error(bad));
+  const std::string database = folder.Write("db.atfx", "SQLite format 3\t").string();
+  EXPECT_EQ("-1301 " + database + ": the file is a database of SQLite", error(database));
 }
 
 }  // namespace
