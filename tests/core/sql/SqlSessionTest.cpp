@@ -159,6 +159,31 @@ TEST_F(SqlSessions, ShowWhatTheModelHasGrownTo) {
   EXPECT_EQ(extra, Ref<IEntity>::Adopt(model->GetEntity(u"Extra")));
 }
 
+TEST_F(SqlSessions, DoLittleForOneRecordOfManyThatCameLately) {
+  const auto store = Open();
+  const RecordId project = store->Create(m.project);
+  const std::int32_t relation = m.RelationOf(m.run, u"Project");
+  auto& connection = static_cast<sql::SqlStore&>(*store).GetConnection();
+  RecordId last = 0;
+  const auto add = [&](int count) {
+    for (int i = 0; i < count; ++i) {
+      last = store->Create(m.run);
+      store->Connect({m.run, last}, relation, {m.project, project});
+    }
+  };
+  add(10);
+  store->Save(u"");
+  connection.Execute(connection.GetDialect().Analyze());
+  add(3000);  // the database goes on to believe that there are ten
+  int asked = 0;
+  connection.AskMeanwhile([&asked] { return ++asked > 0; });
+  EXPECT_EQ(1u, store->Follow(m.run, relation, {&last, 1}).size());
+  EXPECT_EQ(0, asked) << "asked every few thousand steps";
+  EXPECT_EQ(3010u, store->AllOf(m.run).size());
+  EXPECT_LT(0, asked) << "so that it means anything";
+  connection.AskMeanwhile(nullptr);
+}
+
 TEST_F(SqlSessions, ASecondWriterWaitsAndThenGivesUp) {
   const auto first = Open();
   const auto second = Open(u"<timeout>0.2</timeout>");
