@@ -1,8 +1,10 @@
 // fuzz/SqlFuzz.cpp - database files of foreign making: opened, and everything in them read.
 //
 // The first byte of an input says what becomes of a sound database before that: 0 replaces it by
-// the rest of the input, 1 cuts it off and overwrites bytes, anything else puts other values into
-// cells, so that the database stays sound and its content makes no sense.
+// the rest of the input, 1 cuts it off and overwrites bytes, other odd numbers put other values
+// into cells, so that the database stays sound and its content makes no sense. Even numbers do that
+// to the tables of records alone, under a store that is open already: opening takes most of the
+// time, and would read the same model each time.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -15,6 +17,7 @@
 #include <string>
 #include <vector>
 
+#include <fcntl.h>
 #include <sqlite3.h>
 #include <unistd.h>
 
@@ -73,7 +76,9 @@ struct Ground {
   std::filesystem::path folder = MakeFolder();
   std::filesystem::path file = folder / "fuzz.sqlite";
   std::string sound;
-  std::vector<std::string> cells;  // UPDATE of one column of one table, up to the value
+  // UPDATE of one column of one table, up to the value.
+  std::vector<std::string> cells;
+  std::vector<std::string> recordCells;  // those that tell nothing of the model
 
   Ground() {
     const auto source =
@@ -93,13 +98,17 @@ struct Ground {
       static_cast<std::vector<std::string>*>(list)->emplace_back(texts[0]);
       return 0;
     };
+    const std::string list =
+        "SELECT 'UPDATE \"'||m.name||'\" SET \"'||c.name||'\"=' FROM sqlite_master AS m,"
+        " pragma_table_info(m.name) AS c WHERE m.type='table' AND m.name NOT LIKE 'SF_TEXT%'";
+    sqlite3_exec(database, (list + " ORDER BY 1").c_str(), add, &cells, nullptr);
     sqlite3_exec(database,
-                 "SELECT 'UPDATE \"'||m.name||'\" SET \"'||c.name||'\"=' FROM sqlite_master AS m,"
-                 " pragma_table_info(m.name) AS c WHERE m.type='table' AND m.name NOT LIKE"
-                 " 'SF_TEXT%' ORDER BY 1",
-                 add, &cells, nullptr);
+                 (list + " AND m.name NOT LIKE 'SVC%' AND m.name NOT LIKE 'sqlite%'"
+                         " AND m.name NOT IN ('SF_META','SF_RELATION') ORDER BY 1")
+                     .c_str(),
+                 add, &recordCells, nullptr);
     sqlite3_close(database);
-    if (cells.empty()) std::abort();
+    if (recordCells.empty()) std::abort();
   }
   void Write(std::string_view bytes) const {
     std::ofstream(file, std::ios::binary)
@@ -157,27 +166,29 @@ std::string Literal(std::span<const std::uint8_t>& input) {
   }
 }
 
-void ChangeCells(const Ground& ground, std::span<const std::uint8_t> input) {
-  ground.Write(ground.sound);
-  std::string statements = "BEGIN;";
-  for (int changes = 0; changes < 8 && !input.empty(); ++changes) {
-    statements += ground.cells[Take(input, 2) % ground.cells.size()];
-    const std::uint32_t row = Take(input, 1);
-    statements +=
-        Literal(input) + (row % 4 == 0 ? ";" : " WHERE rowid%7=" + std::to_string(row % 7)) + ";";
-  }
+sqlite3* OpenToChange(const std::filesystem::path& file) {
   sqlite3* database = nullptr;
-  if (sqlite3_open(ground.file.c_str(), &database) != SQLITE_OK) std::abort();
-  sqlite3_exec(database, "PRAGMA journal_mode=OFF; PRAGMA synchronous=OFF", nullptr, nullptr,
+  if (sqlite3_open(file.c_str(), &database) != SQLITE_OK) std::abort();
+  sqlite3_exec(database, "PRAGMA journal_mode=MEMORY; PRAGMA synchronous=OFF", nullptr, nullptr,
                nullptr);
+  return database;
+}
+
+void ChangeCells(sqlite3* database, const std::vector<std::string>& cells,
+                 std::span<const std::uint8_t> input) {
+  sqlite3_exec(database, "BEGIN", nullptr, nullptr, nullptr);
   // One by one: those that break a rule of the tables are left out.
-  for (std::size_t at = 0; at < statements.size();) {
-    const std::size_t end = statements.find(';', at);
-    sqlite3_exec(database, statements.substr(at, end - at).c_str(), nullptr, nullptr, nullptr);
-    at = end + 1;
+  for (int changes = 0; changes < 8 && !input.empty(); ++changes) {
+    std::string statement = cells[Take(input, 2) % cells.size()];
+    const std::uint32_t row = Take(input, 1);
+    statement += Literal(input);
+    if (row % 4 != 0) statement += " WHERE rowid%7=" + std::to_string(row % 7);
+    sqlite3_exec(database, statement.c_str(), nullptr, nullptr, nullptr);
   }
   sqlite3_exec(database, "COMMIT", nullptr, nullptr, nullptr);
-  sqlite3_close(database);
+  if (sqlite3_get_autocommit(database) == 0) {
+    sqlite3_exec(database, "ROLLBACK", nullptr, nullptr, nullptr);
+  }
 }
 
 template <class Use>
@@ -223,11 +234,69 @@ void ReadEntity(const RecordStore& store, const Entity& entity) {
   }
 }
 
+void ReadStore(const RecordStore& store) {
+  for (const Entity& entity : store.GetModel()->Entities()) {
+    if (!entity.isBase) Allowing([&] { ReadEntity(store, entity); });
+  }
+}
+
+std::unique_ptr<RecordStore> Open(const std::filesystem::path& file) {
+  const std::u16string parameters =
+      u"<filename readonly='yes'>" + hv::cor::FromUtf8(file.string()).str() + u"</filename>";
+  return kSqlPlugin.open(ConnectParameters(parameters));
+}
+
+/// A database that stays open while its records are changed and put right again.
+class OpenGround final {
+ public:
+  explicit OpenGround(const Ground& ground) : m_ground(ground) {
+    const std::filesystem::path file = ground.folder / "open.sqlite";
+    m_file = open(file.c_str(), O_RDWR | O_CREAT, 0600);
+    PutRight();
+    m_database = OpenToChange(file);
+    m_store = Open(file);
+  }
+  void Run(std::span<const std::uint8_t> input) {
+    ChangeCells(m_database, m_ground.recordCells, input);
+    ReadStore(*m_store);
+    PutRight();
+  }
+
+ private:
+  /// The database keeps pages for as long as the number of changes in its file stands. So each time
+  /// gets numbers of its own: one for the sound content, the next one for the changed.
+  void PutRight() {
+    std::string bytes = m_ground.sound;
+    m_changes += 2;
+    constexpr std::size_t kCounter = 24;
+    constexpr std::size_t kCounterOfSize = 92;
+    for (const std::size_t at : {kCounter, kCounterOfSize}) {
+      for (std::size_t i = 0; i < 4; ++i) {
+        bytes[at + i] = static_cast<char>(m_changes >> (24 - 8 * i));
+      }
+    }
+    if (pwrite(m_file, bytes.data(), bytes.size(), 0) != static_cast<ssize_t>(bytes.size()) ||
+        ftruncate(m_file, static_cast<off_t>(bytes.size())) != 0) {
+      std::abort();
+    }
+  }
+
+  const Ground& m_ground;
+  int m_file = -1;
+  std::uint32_t m_changes = 1000;
+  sqlite3* m_database = nullptr;
+  std::unique_ptr<RecordStore> m_store;
+};
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   static const auto* const runtime = new hv::xml::XmlRuntime;
   static_cast<void>(runtime);
+  // Nothing here is shared between threads, and nobody asks how much memory is used.
+  static const int configured =
+      sqlite3_config(SQLITE_CONFIG_SINGLETHREAD) | sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);
+  static_cast<void>(configured);
   static const Ground& ground = *new Ground;
   std::span<const std::uint8_t> input(data, size);
   const std::uint32_t kind = Take(input, 1);
@@ -235,16 +304,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     ground.Write({reinterpret_cast<const char*>(input.data()), input.size()});
   } else if (kind == 1) {
     Overwrite(ground, input);
+  } else if (kind % 2 == 0) {
+    static OpenGround& opened = *new OpenGround(ground);
+    opened.Run(input);
+    return 0;
   } else {
-    ChangeCells(ground, input);
+    ground.Write(ground.sound);
+    sqlite3* const database = OpenToChange(ground.file);
+    ChangeCells(database, ground.cells, input);
+    sqlite3_close(database);
   }
-  const std::u16string parameters =
-      u"<filename readonly='yes'>" + hv::cor::FromUtf8(ground.file.string()).str() + u"</filename>";
-  Allowing([&] {
-    const auto store = kSqlPlugin.open(ConnectParameters(parameters));
-    for (const Entity& entity : store->GetModel()->Entities()) {
-      if (!entity.isBase) Allowing([&] { ReadEntity(*store, entity); });
-    }
-  });
+  Allowing([&] { ReadStore(*Open(ground.file)); });
   return 0;
 }
