@@ -35,14 +35,15 @@ std::string MakeErrorText(const std::string& source, Position position, const st
          ": " + reason;
 }
 
-std::u16string_view WithoutPrefix(std::u16string_view name) {
+std::u16string_view ElementName(std::u16string_view name, NameForm form) {
+  if (form == NameForm::Written) return name;
   const std::size_t colon = name.find(u':');
   if (colon == name.npos || colon + 1 == name.size()) return name;
   return name.substr(colon + 1);
 }
 
-std::u16string_view AttributeName(std::u16string_view name) {
-  return name.starts_with(u"xmlns:") ? name : WithoutPrefix(name);
+std::u16string_view AttributeName(std::u16string_view name, NameForm form) {
+  return name.starts_with(u"xmlns:") ? name : ElementName(name, form);
 }
 
 /// A base, so that the memory is there before the parser and goes after it.
@@ -70,7 +71,7 @@ class SaxParser::Impl final : private OwnMemory,
                               public xercesc::SAXParser,
                               public xercesc::XMLEntityResolver {
  public:
-  explicit Impl(const Limits& limits);
+  Impl(const Limits& limits, NameForm names);
 
   void Run(ByteSource& bytes, std::string_view sourceName, ISaxHandler& handler, bool isUtf16);
   void Stop() { m_stopping = true; }
@@ -108,6 +109,7 @@ class SaxParser::Impl final : private OwnMemory,
   }
 
   Limits m_limits;
+  NameForm m_names;
   xercesc::SecurityManager m_security;
   xercesc::HandlerBase m_inert;
   xercesc::HandlerBase m_unused;  // never called: all events are taken before they come to it
@@ -123,8 +125,8 @@ class SaxParser::Impl final : private OwnMemory,
   std::vector<AttributeView> m_attributes;  // kept for its memory
 };
 
-SaxParser::Impl::Impl(const Limits& limits)
-    : xercesc::SAXParser(nullptr, &m_memory), m_limits(limits) {
+SaxParser::Impl::Impl(const Limits& limits, NameForm names)
+    : xercesc::SAXParser(nullptr, &m_memory), m_limits(limits), m_names(names) {
   m_security.setEntityExpansionLimit(limits.entityExpansions);
   useScanner(xercesc::XMLUni::fgDGXMLScanner);
   setSecurityManager(&m_security);
@@ -198,9 +200,9 @@ void SaxParser::Impl::startElement(const xercesc::XMLElementDecl& declaration, c
   m_attributes.clear();
   for (XMLSize_t i = 0; i < count; ++i) {
     const xercesc::XMLAttr& attribute = *list.elementAt(i);
-    m_attributes.push_back({AttributeName(attribute.getQName()), attribute.getValue()});
+    m_attributes.push_back({AttributeName(attribute.getQName(), m_names), attribute.getValue()});
   }
-  const std::u16string_view name = WithoutPrefix(declaration.getFullName());
+  const std::u16string_view name = ElementName(declaration.getFullName(), m_names);
   m_handler->OnStart(name, m_attributes);
   CheckStop();
   if (isEmpty) Leave(name);
@@ -208,7 +210,7 @@ void SaxParser::Impl::startElement(const xercesc::XMLElementDecl& declaration, c
 
 void SaxParser::Impl::endElement(const xercesc::XMLElementDecl& declaration, const unsigned int,
                                  const bool, const XMLCh* const) {
-  Leave(WithoutPrefix(declaration.getFullName()));
+  Leave(ElementName(declaration.getFullName(), m_names));
 }
 
 void SaxParser::Impl::Leave(std::u16string_view name) {
@@ -247,7 +249,8 @@ void SaxParser::Impl::error(const unsigned int, const XMLCh* const, const ErrTyp
   throw XmlError(m_sourceName, {line, column}, cor::ToUtf8(text));
 }
 
-SaxParser::SaxParser(const Limits& limits) : m_impl(std::make_unique<Impl>(limits)) {}
+SaxParser::SaxParser(const Limits& limits, NameForm names)
+    : m_impl(std::make_unique<Impl>(limits, names)) {}
 
 SaxParser::~SaxParser() = default;
 

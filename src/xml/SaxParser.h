@@ -22,9 +22,15 @@ struct Position {
   std::uint64_t column = 0;
 };
 
-/// An attribute of a start tag. The name comes without its prefix; a prefix needs no declaration. A
-/// declaration of a prefix keeps its whole name ("xmlns:q"), so that it isn't taken for an
-/// attribute "q".
+/// How a handler gets the names of elements and attributes. A prefix needs no declaration.
+enum class NameForm : std::uint8_t {
+  /// Without prefixes. A declaration of a prefix keeps its whole name ("xmlns:q"), so that it isn't
+  /// taken for an attribute "q".
+  Local,
+  Written,  ///< as they stand in the source, prefixes included
+};
+
+/// An attribute of a start tag.
 struct AttributeView {
   std::u16string_view name;
   std::u16string_view value;
@@ -34,7 +40,7 @@ struct AttributeView {
 /// whatever it likes; the exception leaves the parse call unchanged and the parser stays usable.
 class ISaxHandler {
  public:
-  /// \param name  the element's name without its prefix.
+  /// \param name  the element's name, in the parser's form of names
   virtual void OnStart(std::u16string_view name, std::span<const AttributeView> attributes) = 0;
   /// Text inside the root element, white space included. One run of text may come in pieces.
   virtual void OnText(std::u16string_view text) = 0;
@@ -84,7 +90,7 @@ class XmlRuntime final {
 /// Parses one source at a time; may be used again and again.
 class SaxParser final {
  public:
-  explicit SaxParser(const Limits& limits = {});
+  explicit SaxParser(const Limits& limits = {}, NameForm names = NameForm::Local);
   ~SaxParser();
   SaxParser(const SaxParser&) = delete;
   SaxParser& operator=(const SaxParser&) = delete;

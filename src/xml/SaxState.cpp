@@ -72,7 +72,7 @@ Result ParseXmlDocument(std::u16string_view text, std::u16string_view rootTagNam
                         ISAXState& rootState) {
   CSAXHandler handler(MakeRef<ISAXStateRootImpl>(rootTagName, Ref<ISAXState>::Share(&rootState)));
   try {
-    SaxParser().ParseMemory(text, handler, "parse from string");
+    SaxParser({}, NameForm::Written).ParseMemory(text, handler, "parse from string");
   } catch (const XmlError&) {
     return E_FAIL;
   }

@@ -72,8 +72,9 @@ class ISAXStateRootImpl final : public ISAXState {
   Ref<ISAXState> m_rootState;
 };
 
-/// Parses `text` through the states. A document with another root is skipped as a whole, without a
-/// failure; so is every unknown element.
+/// Parses `text` through the states, which get names as they are written: a prefix makes another
+/// name. A document with another root is skipped as a whole, without a failure; so is every unknown
+/// element.
 /// \return S_OK; E_FAIL for a text that isn't well-formed (the empty text too) or goes beyond the
 ///         limits of `SaxParser`. The handlers before the fault have run then, and what they fill
 ///         may be half filled. What a handler raises leaves the call.

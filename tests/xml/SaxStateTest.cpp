@@ -67,6 +67,8 @@ TEST(SaxState, DrivesTheKnownElements) {
       {u"<root><value>1</value><list><column><VALUE>2</VALUE></column></list></root>", S_OK,
        "+root+value'1'-value+list+column+value'2'-value-column-list-root"},
       {u"<root><x>t<value>1</value><list/></x><value/></root>", S_OK, "+root+value-value-root"},
+      {u"<q:root/>", S_OK, ""},  // a prefix makes another name
+      {u"<root q:a='1'><q:value>1</q:value><value/></root>", S_OK, "+root q:a=1+value-value-root"},
       {u"<root><again><again>t</again></again></root>", S_OK, "+root+root+root't'-root-root-root"},
       {u"<root><value>1</value><list>", E_FAIL, "+root+value'1'-value+list"},
       {u"<root><value>1</list></root>", E_FAIL, "+root+value'1'"},
