@@ -88,7 +88,7 @@ TEST(OrList, AppendsEscapedValues) {
       {u"a", u"b", "a OR b"},
       {u"a", u"", "a OR "},
       {u"a OR", u"b", "a OR b"},
-      {u"a OR ", u"b", "a OR b"},
+      {u"a OR ", u"b", "a OR  b"},
       {u"aOR", u"b", "aOR OR b"},
       {u"a or", u"b", "a or OR b"},
       {u"a OR b", u"salt OR pepper", "a OR b OR salt \\OR pepper"},

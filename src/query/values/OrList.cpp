@@ -88,11 +88,8 @@ WString UnescapeValue(std::u16string_view text) { return ReplaceMarks(text, u"\\
 WString AppendValue(std::u16string_view list, std::u16string_view value) {
   WString result(list);
   if (!list.empty()) {
-    if (list.ends_with(u" OR")) {
-      result += u" ";
-    } else if (!list.ends_with(kOr)) {
-      result += kOr;
-    }
+    // A blank behind the word doesn't stand for the one between it and the value.
+    result += list.ends_with(u" OR") || list.ends_with(kOr) ? std::u16string_view(u" ") : kOr;
   }
   result += EscapeValue(value);
   return result;

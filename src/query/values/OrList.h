@@ -26,8 +26,8 @@ WString EscapeValue(std::u16string_view value);
 /// Takes the backslash from each \OR between blanks, in any case.
 WString UnescapeValue(std::u16string_view text);
 
-/// Adds a value, which is escaped, to a list. A list that ends in " OR" or " OR " takes the value
-/// behind that.
+/// Adds a value, which is escaped, to a list. A list that ends in " OR" or " OR " takes a blank and
+/// the value behind that.
 WString AppendValue(std::u16string_view list, std::u16string_view value);
 
 /// What an editor shows in place of a blank at the end of a value.
