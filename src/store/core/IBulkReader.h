@@ -26,9 +26,6 @@ class IValueTable : public IUnknown {
   virtual std::int32_t GetColumnType(std::uint64_t column) = 0;
   /// The instance of a row.
   virtual IInstance* GetInstance(std::uint64_t row) = 0;
-  /// The instances of all rows in order. The list and the table show the same rows: where it is
-  /// cut, the table is.
-  virtual IInstList* GetInstances() = 0;
   /// The key of a row without making its instance.
   virtual void GetKey(std::uint64_t row, WString& key) = 0;
   /// Non-zero if the value is unset.
@@ -40,6 +37,9 @@ class IValueTable : public IUnknown {
   /// One value in the form that its column's type has; of a list of values the first. A text stays
   /// valid until the next call on the table.
   virtual void ReadScalar(std::uint64_t row, std::uint64_t column, ScalarValue* value) = 0;
+  /// The instances of all rows in order. The list and the table show the same rows: where it is
+  /// cut, the table is.
+  virtual IInstList* GetInstances() = 0;
 
  protected:
   ~IValueTable() = default;
