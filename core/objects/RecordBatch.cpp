@@ -17,11 +17,11 @@ std::int64_t Milliseconds() {
 
 }  // namespace
 
-RecordBatch::Asked& RecordBatch::NoteOf(std::int32_t attribute) {
+RecordBatch::Asked& RecordBatch::NoteOf(EntityId entity, std::int32_t attribute) {
   for (Asked& asked : m_asked) {
-    if (asked.attribute == attribute) return asked;
+    if (asked.attribute == attribute && asked.entity == entity) return asked;
   }
-  return m_asked.emplace_back(Asked{attribute, kNowhere});
+  return m_asked.emplace_back(Asked{entity, attribute, kNowhere});
 }
 
 bool RecordBatch::IsFresh(const StoreObject& store) const {
@@ -37,6 +37,7 @@ void RecordBatch::ReadWindow(const StoreObject& store, std::uint64_t position, R
   std::vector<std::int32_t> attributes{store.GetCoreModel().At(record.entity).idAttribute};
   for (Asked& asked : m_asked) {
     asked.column = kNoColumn;
+    if (asked.entity != record.entity) continue;
     if (asked.attribute == attributes.front()) {
       asked.column = 0;
     } else if (asked.position == position || asked.position + 1 == position) {
@@ -60,7 +61,7 @@ RecordBatch::Cell RecordBatch::Find(const StoreObject& store, std::uint64_t posi
       m_records.At(position) != record) {
     return {};
   }
-  Asked& asked = NoteOf(attribute);
+  Asked& asked = NoteOf(record.entity, attribute);
   const bool isWalk = asked.position + 1 == position;
   asked.position = position;
   const auto isInWindow = [&] {

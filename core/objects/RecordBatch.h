@@ -51,13 +51,14 @@ class RecordBatch final : public cor::Counted<IUnknown> {
 
   /// An attribute that was asked for.
   struct Asked {
+    EntityId entity;
     std::int32_t attribute;
     std::uint64_t position;          ///< of the record last asked
     std::size_t column = kNoColumn;  ///< of the window
   };
 
   ~RecordBatch() override = default;
-  Asked& NoteOf(std::int32_t attribute);
+  Asked& NoteOf(EntityId entity, std::int32_t attribute);
   [[nodiscard]] bool IsFresh(const StoreObject& store) const;
   void ReadWindow(const StoreObject& store, std::uint64_t position, RecordRef record);
 

@@ -11,6 +11,7 @@
 #include "core/plugins/sql/SqlPlugin.h"
 #include "core/store/memory/MemoryStore.h"
 #include "store/core/Exception.h"
+#include "store/core/IAttribute.h"
 #include "store/core/IInstList.h"
 
 #include "ContractModel.h"
@@ -98,6 +99,41 @@ TEST_F(SqlWalk, GivesWhatEachRecordHas) {
   }
   EXPECT_EQ(NameFor(38), Walk(0, 18));
   EXPECT_EQ(NameFor(10), NameOf(*tenth));
+}
+
+TEST_F(SqlWalk, GoesOverFromOneEntityToAnother) {
+  // Places of attributes mean others in each entity, or none.
+  const auto records = OpenRecords();
+  std::vector<RecordRef> all;
+  for (const EntityId entity : {m.run, m.tag, m.project, m.run}) {
+    for (RecordId id = 301; id <= 312; ++id) {
+      if (entity != m.run) records->Create(entity, id);
+      all.push_back({entity, id});
+    }
+  }
+  records->Save(u"");
+  m_list->Clear();
+  for (const RecordRef record : all) {
+    m_list->Append(Ref<IInstance>::Adopt(m_store->InstanceOf(record)).Get());
+  }
+  for (std::uint64_t i = 0; i < all.size(); ++i) {
+    const Ref<IInstance> instance = At(i);
+    const auto values = QueryRef<IContainer>(instance.Get());
+    ASSERT_NE(0, instance->IsValid()) << i;
+    const auto names = Ref<IAttribute>::Adopt(values->GetNames());
+    WString name;
+    for (std::uint64_t n = 0; n < names->GetCount(); ++n) {
+      names->GetText(n, name);
+      ScalarValue value;
+      ASSERT_NO_THROW((void)instance->ReadScalar(name, &value)) << i << cor::ToUtf8(name);
+      const bool isNamed = all[i].entity == m.run && all[i].id % 3 != 0;
+      if (name == u"Id") {
+        ASSERT_EQ(all[i].id, value.integer);
+      } else if (name == u"Name") {
+        ASSERT_EQ(isNamed ? NameFor(all[i].id) : u"", value.text) << i;
+      }
+    }
+  }
 }
 
 TEST_F(SqlWalk, ChangesOfThisProcessShowAtOnce) {
