@@ -78,9 +78,7 @@ WString TextAt(IContainer& values, std::u16string_view name) {
 void LoadCondition(CDataStoreConditionCollImpl& conditions, IInstance& stored) {
   const Ref<IContainer> values = QueryRef<IContainer>(&stored);
   const WString op = FileNameToOperator(TextAt(*values, u"operator"));
-  WString path = TextAt(*values, u"type_name");
-  if (!path.empty()) path += u'.';
-  path += TextAt(*values, u"property");
+  const WString path = TextAt(*values, u"type_name") + u"." + TextAt(*values, u"property");
   IConditionModelSource& model = *conditions.GetModel();
   WString type;
   WString property;

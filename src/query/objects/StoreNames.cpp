@@ -156,6 +156,8 @@ Result StoreNames::ExternalNames(std::u16string_view internal, WString* entity,
                                  WString* property) const {
   entity->clear();
   property->clear();
+  // The way to the measurement quantity itself is empty.
+  if (internal.starts_with(u'.')) internal.remove_prefix(1);
   Ref<IEntity> start = MeasurementQuantity();
   AttributePathInfo path;
   bool isFound = start && !Failed(path.Parse(*start, internal, true));

@@ -57,7 +57,7 @@ class StoreNames final {
   /// The way back. A text that is no way is taken as an entity's name.
   /// \return S_OK; E_INVALIDARG for what the model doesn't have
   Result ExternalEntity(std::u16string_view internal, WString* entity) const;
-  /// The way back from internal entity and property, joined with ".".
+  /// The way back from internal entity, which may be empty, and property, joined with ".".
   /// \return S_OK; E_INVALIDARG for what the model doesn't have
   Result ExternalNames(std::u16string_view internal, WString* entity, WString* property) const;
   /// The way from one entity to another by the names of references.

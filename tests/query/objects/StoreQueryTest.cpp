@@ -50,7 +50,7 @@ TEST_F(StoreQuery, ResolvesNamesBothWays) {
     EXPECT_EQ(S_OK, names.InternalProperty(c.entity, c.property, &property));
     EXPECT_EQ(c.internal, internal.view());
     EXPECT_EQ(c.internalProperty, property.view());
-    const WString path = internal.empty() ? property : internal + u"." + property;
+    const WString path = internal + u"." + property;
     EXPECT_EQ(S_OK, names.ExternalNames(path, &internal, &property));
     EXPECT_EQ(c.entity, internal.view());
     EXPECT_EQ(c.property, property.view());
@@ -142,7 +142,9 @@ TEST_F(StoreQuery, BeginsWithMeasurementsAndTakesValidTypesOnly) {
 }
 
 TEST_F(StoreQuery, MovesToAStoreWithOtherNames) {
-  Fill({"MeaResult|Title|=|Run 1", "Step|Name|=|Day*", "Campaign|Title|=|Cold*"});
+  Fill(
+      {"MeaResult|Title|=|Run 1", "Step|Name|=|Day*", "Campaign|Title|=|Cold*", "Channel|Name|=|x"},
+      u"C1 AND C2 AND C3");
   ASSERT_EQ(S_OK, m_query->Detach());
   EXPECT_FALSE(m_query->IsAttached());
   EXPECT_EQ("MeaResult.Title <- measurement.name", NamesOf(0)) << "stays readable";
@@ -155,6 +157,7 @@ TEST_F(StoreQuery, MovesToAStoreWithOtherNames) {
   EXPECT_EQ("Run.Name <- measurement.name", NamesOf(0));
   EXPECT_EQ("Sub.Test.Name <- measurement.test.name", NamesOf(1));
   EXPECT_EQ("Campaign.Title <- measurement.test.parent_test.name", NamesOf(2));
+  EXPECT_EQ("Channel.Name <- .name", NamesOf(3));
   WString text;
   ASSERT_EQ(S_OK, Build(&text));
   EXPECT_EQ("4", Hits(text));
