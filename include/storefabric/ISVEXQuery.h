@@ -34,7 +34,7 @@ class ISVEXQuery : public IDispatch {
   /// \param text     empty if the query can't be expressed, which isn't a failure
   /// \return S_OK; E_INVALIDARG for a context that is no store.
   virtual Result get_QueryString(IDispatch* context, WString* text) = 0;
-  /// 200. E_NOTIMPL: texts aren't read back into conditions.
+  /// 201, by name also writing the property 200. E_NOTIMPL: texts aren't read back into conditions.
   virtual Result put_QueryString(const WString& text) = 0;
 
  protected:

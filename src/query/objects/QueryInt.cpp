@@ -20,7 +20,8 @@ using namespace automation;  // NOLINT: the vocabulary of the tables below
 using Q = ISVEXQuery;
 using S = IDataStoreQuery;
 
-/// By name the property takes a context or none, whatever is done with it.
+/// By name the property takes a context or none, whatever is done with it. A member has one id, so
+/// the one that hosts write by stands under a name of its own.
 Result PutQueryString(ISVEXQuery& query, CallFrame&) { return query.put_QueryString({}); }
 
 constexpr auto kQueryRows =
@@ -28,7 +29,8 @@ constexpr auto kQueryRows =
              Method<&Q::IsEmpty>(u"IsEmpty", 2, rows::kQueryIsEmpty),
              Get<&Q::get_QueryString>(u"QueryString", 200, rows::kQueryQueryString).Optional(1),
              Custom<&PutQueryString>(u"QueryString", 200, CallKind::Put, 1, rows::kQueryQueryString)
-                 .Optional(1));
+                 .Optional(1),
+             Method<&Q::put_QueryString>(u"put_QueryString", 201, rows::kQueryQueryString));
 constexpr DispatchMap kQueryMap(u"Query", kQueryRows);
 
 constexpr auto kStoreQueryRows =

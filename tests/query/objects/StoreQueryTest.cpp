@@ -260,6 +260,10 @@ TEST_F(StoreQuery, IsSeenByNameWithItsMessages) {
             Put(again.Get(), u"ReturnType", Variant::Text(u"Nobody")).Shown());
   EXPECT_EQ("245 QueryString not implemented.",
             Put(again.Get(), u"QueryString", Variant::Text(u"<query/>")).Shown());
+  ErrorInfo error;
+  const Variant text[] = {Variant::Text(u"<query/>")};
+  EXPECT_EQ(DISP_E_EXCEPTION, again->Invoke(201, CallKind::Method, text, nullptr, &error));
+  EXPECT_EQ(245, error.number) << "by the id of writing";
   EXPECT_EQ("222 The argument Context of the method QueryString must be a DataStore.",
             Get(again.Get(), u"QueryString", Variant::Object(query.Get())).Shown());
   Add(*m_query, "MeaResult|Size|>|3");
