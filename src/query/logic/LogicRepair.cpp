@@ -36,8 +36,8 @@ class Normaliser {
 
   void Run() {
     while (m_pos < m_text.size()) Step(m_text[m_pos]);
-    // Parentheses that never close leave their levels open; only the outermost run ends here.
-    if (m_levels.size() == 1) WrapIfMixed();
+    // Parentheses that never close end here, the inner ones first.
+    for (; !m_levels.empty(); m_levels.pop_back()) WrapIfMixed();
   }
 
  private:

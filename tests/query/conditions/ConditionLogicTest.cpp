@@ -66,6 +66,7 @@ constexpr LogicCase kCases[] = {
     {"add;put C1 AND;add", "C1 C2", "C1 AND C2"},
     {"add;add;add;logic C1 AND C2 OR C3;add", "C1 C2 C3 C4", "(C1 AND C2) OR (C3 AND C4)"},
     {"add;add;logic C1 OR C2;add condition", "C1 C2 condition", "C1 OR C2"},
+    {"add;put C1 AND (C1 OR C1 AND C1", "C1", "C1 AND (C1 OR (C1 AND C1)"},
     // The logic is repaired.
     {"add;add;add;logic (C1 AND C2) OR C3;remove C2", "C1 C3", "(C1) OR C3"},
     {"add;add;add;logic (C1 AND C2) OR C3;at 1;at 0", "C3", "C3"},
