@@ -100,7 +100,7 @@ void LoadCondition(CDataStoreConditionCollImpl& conditions, IInstance& stored) {
   Ref<IConditionImpl> condition;
   Require(!Failed(conditions.AddResolved(name, type, property, internalType, internalProperty, op,
                                          value, condition.Put())));
-  if (SplitValues(all, false, false).size() > 1) Require(!Failed(condition->SetFromText(all)));
+  if (HasOr(all)) Require(!Failed(condition->SetFromText(all)));
 }
 
 }  // namespace
