@@ -66,7 +66,7 @@ class IQueryInfoSetSaver : public IUnknown {
   /// \return S_OK; E_INVALIDARG for null; VEX_E_NOT_STORE_COLUMNS for an object of another kind.
   virtual Result SaveColumns(IUnknown* columns) = 0;
   /// Writes the file, whole or not at all: on failure the old one is as it was.
-  /// \return S_OK; E_FAIL for a file that can't be written.
+  /// \return S_OK; VEX_E_NO_FILE_NAME for an empty path; E_FAIL for a file that can't be written.
   virtual Result SaveToPath(std::u16string_view path) = 0;
   /// Hands the text of the file to a stream.
   /// \return S_OK; E_INVALIDARG for a null stream; E_FAIL for a text that can't be written; what

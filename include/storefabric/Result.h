@@ -90,7 +90,7 @@ inline constexpr Result VEX_E_BAD_FILE                 = MakeResult(0x80050107);
 inline constexpr Result VEX_E_NO_QUERY                 = MakeResult(0x80050108);  ///< The file holds no query.
 inline constexpr Result VEX_E_NO_COLUMNS               = MakeResult(0x80050109);  ///< The file holds no columns.
 inline constexpr Result VEX_E_OTHER_STORE              = MakeResult(0x80050110);  ///< A query or browse configuration of another store.
-inline constexpr Result VEX_E_NO_FILE_NAME             = MakeResult(0x80050111);  ///< There is nothing to read from: an empty file name or text.
+inline constexpr Result VEX_E_NO_FILE_NAME             = MakeResult(0x80050111);  ///< An empty file name, or a text with nothing to read.
 inline constexpr Result VEX_E_OBJECT_GONE              = MakeResult(0x80060001);  ///< The object is no longer valid.
 inline constexpr Result VEX_E_PARENT_GONE              = MakeResult(0x80060002);  ///< The parent object is no longer valid.
 // clang-format on

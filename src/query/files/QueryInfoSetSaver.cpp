@@ -32,6 +32,7 @@ Result CQueryInfoSetSaver::SaveColumns(IUnknown* columns) {
 }
 
 Result CQueryInfoSetSaver::SaveToPath(std::u16string_view path) try {
+  HV_RETURN_CODE_IF(path.empty(), VEX_E_NO_FILE_NAME);
   HV_RETURN_IF_FAILED(MakeReady());
   querydoc::Write(*m_document, path);
   return S_OK;

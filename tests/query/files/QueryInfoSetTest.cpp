@@ -93,7 +93,7 @@ TEST_F(QueryInfoSet, TellsWhatIsWrong) {
   EXPECT_EQ(E_INVALIDARG, saver->SaveToStream(nullptr));
   EXPECT_EQ(E_ACCESSDENIED, saver->SaveToStream(failing.Get()));
   EXPECT_EQ(E_FAIL, saver->SaveToPath(PathOf("none/a.query")));
-  EXPECT_EQ(E_FAIL, saver->SaveToPath(u""));
+  EXPECT_EQ(VEX_E_NO_FILE_NAME, saver->SaveToPath(u""));
   EXPECT_EQ(S_OK, saver->SaveToPath(PathOf("nothing.query")));
   EXPECT_EQ(S_OK, saver->SaveQuery(detached.Get()));  // its names are still there
   EXPECT_EQ(S_OK, saver->SaveToPath(PathOf("query.query")));
