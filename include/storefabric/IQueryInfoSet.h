@@ -25,14 +25,14 @@ class IQueryInfoSetLoader : public IUnknown {
   /// Replaces a query by the first one of the file. Names are found anew in the query's own store,
   /// which may be another one than that the query was saved from.
   /// \param query  a query of a store, that is bound to it; on failure it is as it was
-  /// \return S_OK; E_POINTER for null; E_UNEXPECTED if no file is open; VEX_E_NO_QUERY for a file
+  /// \return S_OK; E_UNEXPECTED if no file is open; E_POINTER for null; VEX_E_NO_QUERY for a file
   ///         without one; E_INVALIDARG for an object that is no query; VEX_E_NOT_STORE_QUERY for
   ///         something else in the query's place; VEX_E_NO_STORE for a query without a store;
   ///         VEX_E_BAD_FILE for an entity, property or operator that the store doesn't have.
   virtual Result LoadQuery(IUnknown* query) = 0;
   /// Replaces a column configuration by the first one of the file.
   /// \param columns  the columns of a results display
-  /// \return S_OK; E_POINTER for null; E_UNEXPECTED if no file is open; VEX_E_NO_COLUMNS for a file
+  /// \return S_OK; E_UNEXPECTED if no file is open; E_POINTER for null; VEX_E_NO_COLUMNS for a file
   ///         without one; E_INVALIDARG for an object of another kind; what the columns say.
   virtual Result LoadColumns(IUnknown* columns) = 0;
   /// Opens a file. What was open before stays open on failure.

@@ -29,14 +29,14 @@ Result CQueryInfoSetLoader::OpenByStream(ITextStream* stream, std::int32_t versi
 HV_CATCH_RETURN_AS(E_INVALIDARG)
 
 Result CQueryInfoSetLoader::LoadQuery(IUnknown* query) {
-  HV_RETURN_IF_NULL(query);
   HV_RETURN_IF_FAILED(CheckReady());
+  HV_RETURN_IF_NULL(query);
   return LoadQueryFrom(*m_document, *query);
 }
 
 Result CQueryInfoSetLoader::LoadColumns(IUnknown* columns) {
-  HV_RETURN_IF_NULL(columns);
   HV_RETURN_IF_FAILED(CheckReady());
+  HV_RETURN_IF_NULL(columns);
   return LoadColumnsFrom(*m_document, *columns);
 }
 
