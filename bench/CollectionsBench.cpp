@@ -4,7 +4,6 @@
 #include <sqlite3.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -14,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "Timing.h"
 #include "store/core/CoreLibrary.h"
 #include "store/core/Seam.h"
 #include "store/elements/ISimplifiedStoreImpl.h"
@@ -100,18 +100,6 @@ NamesByHand ReadByHand(sqlite3* database, const char* text) {
     names.emplace(statement.Text(1), sqlite3_column_int64(statement.Get(), 0));
   }
   return names;
-}
-
-double Milliseconds(const std::function<void()>& work) {
-  const auto begin = std::chrono::steady_clock::now();
-  work();
-  return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - begin)
-      .count();
-}
-
-double Median(std::vector<double> values) {
-  std::sort(values.begin(), values.end());
-  return values[values.size() / 2];
 }
 
 /// `reset` runs after each round of ours and isn't counted.

@@ -1,11 +1,11 @@
 // bench/ConditionsBench.cpp - building a query's conditions, beside the least that any collection
 // of them has to do: keep the fields of each, and a logic text that grows by a name each time.
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <string>
 #include <vector>
 
+#include "Timing.h"
 #include "query/conditions/ConditionCollImpl.h"
 
 namespace {
@@ -21,13 +21,7 @@ constexpr std::u16string_view kValue = u"the value of a condition";
 template <class Work>
 double BestMilliseconds(Work work) {
   double best = 1e9;
-  for (int round = 0; round < 7; ++round) {
-    const auto start = std::chrono::steady_clock::now();
-    work();
-    const std::chrono::duration<double, std::milli> spent =
-        std::chrono::steady_clock::now() - start;
-    best = std::min(best, spent.count());
-  }
+  for (int round = 0; round < 7; ++round) best = std::min(best, Milliseconds(work));
   return best;
 }
 

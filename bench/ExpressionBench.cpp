@@ -1,11 +1,11 @@
 // bench/ExpressionBench.cpp - writing the expression of a query beside putting the same text
 // together from its pieces, which are known there. Rounds of both alternate; the best count.
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
 
+#include "Timing.h"
 #include "query/objects/DataStoreAdvancedQueryImpl.h"
 #include "query/objects/DataStoreConfigHelper.h"
 #include "store/core/CoreLibrary.h"
@@ -27,14 +27,6 @@ void Require(bool holds, const char* what) {
   if (holds) return;
   std::fprintf(stderr, "expression_bench: %s\n", what);
   std::exit(1);
-}
-
-template <class Work>
-double Milliseconds(const Work& work) {
-  const auto begin = std::chrono::steady_clock::now();
-  work();
-  return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - begin)
-      .count();
 }
 
 /// Names and sizes in turns, of results and of the steps above them.
