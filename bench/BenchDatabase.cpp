@@ -2,6 +2,7 @@
 #include "BenchDatabase.h"
 
 #include <cstdio>
+#include <cstdlib>
 #include <memory>
 #include <optional>
 #include <string>
@@ -115,6 +116,17 @@ void Generate(sql::Connection& c, std::int64_t runs) {
 }
 
 }  // namespace
+
+BenchArguments::BenchArguments(int argc, char** argv) {
+  if (argc > 1) runs = std::atoll(argv[1]);
+  if (argc > 2) rounds = std::atoi(argv[2]);
+  keepsDatabase = argc > 3;
+  if (keepsDatabase) folder = argv[3];
+}
+
+std::filesystem::path BenchArguments::Database() const {
+  return folder / ("sql_bench_" + std::to_string(runs) + ".sqlite");
+}
 
 void MakeBenchDatabase(const std::filesystem::path& path, std::int64_t runs) {
   sql::SqliteOptions options;

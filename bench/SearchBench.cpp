@@ -177,11 +177,10 @@ Fetched FetchByHand(sqlite3* database) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  const std::int64_t runs = argc > 1 ? std::atoll(argv[1]) : 100'000;
-  const int rounds = argc > 2 ? std::atoi(argv[2]) : 7;
-  const std::filesystem::path folder =
-      argc > 3 ? std::filesystem::path(argv[3]) : std::filesystem::temp_directory_path();
-  const std::filesystem::path path = folder / ("sql_bench_" + std::to_string(runs) + ".sqlite");
+  const BenchArguments arguments(argc, argv);
+  const std::int64_t runs = arguments.runs;
+  const int rounds = arguments.rounds;
+  const std::filesystem::path path = arguments.Database();
   if (!std::filesystem::exists(path)) MakeBenchDatabase(path, runs);
 
   const Object environment = Object::Create("VEX.DataStoreEnvironment");
@@ -237,5 +236,5 @@ int main(int argc, char** argv) {
   std::printf("  a hit in turn takes %.2f us\n",
               (Median(all) - Median(search)) * 1e3 / static_cast<double>(ours.hits));
   sqlite3_close(raw);
-  if (argc <= 3) std::filesystem::remove(path);
+  if (!arguments.keepsDatabase) std::filesystem::remove(path);
 }

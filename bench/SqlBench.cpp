@@ -348,12 +348,11 @@ void CompareOpening(const std::filesystem::path& path, const std::filesystem::pa
 }  // namespace
 
 int main(int argc, char** argv) {
-  const std::int64_t runs = argc > 1 ? std::atoll(argv[1]) : 100'000;
-  const int rounds = argc > 2 ? std::atoi(argv[2]) : 7;
-  const std::filesystem::path folder =
-      argc > 3 ? std::filesystem::path(argv[3]) : std::filesystem::temp_directory_path();
-  const std::filesystem::path path = folder / ("sql_bench_" + std::to_string(runs) + ".sqlite");
-  const std::filesystem::path small = folder / "sql_bench_small.sqlite";
+  const BenchArguments arguments(argc, argv);
+  const std::int64_t runs = arguments.runs;
+  const int rounds = arguments.rounds;
+  const std::filesystem::path path = arguments.Database();
+  const std::filesystem::path small = arguments.folder / "sql_bench_small.sqlite";
   if (!std::filesystem::exists(path)) {
     std::printf("made in %.1f s\n", Seconds([&] { MakeBenchDatabase(path, runs); }));
   }
@@ -376,7 +375,7 @@ int main(int argc, char** argv) {
   }
   CompareOpening(path, small, rounds);
   sqlite3_close(raw);
-  if (argc <= 3) {
+  if (!arguments.keepsDatabase) {
     std::filesystem::remove(path);
     std::filesystem::remove(small);
   }

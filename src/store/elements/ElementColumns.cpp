@@ -149,7 +149,12 @@ Result ReadQueryColumns(IStore& store, std::u16string_view queryText, std::uint6
   const auto read = [&](IContainer* names) { return reader->ReadQuery(queryText, names); };
   const Ref<IValueTable> table = ReadTable(request.names, read);
   if (!table) {
-    *unknown = FindUnknown(request.names, read);
+    // The query is run once more, and not for each name.
+    const auto found =
+        Ref<IInstList>::Adopt(Ref<IValueTable>::Adopt(read(ListOf({}).Get()))->GetInstances());
+    *unknown = FindUnknown(request.names, [&](IContainer* names) {
+      return reader->ReadInstances(found.Get(), names);
+    });
     return E_INVALIDARG;
   }
   *hits = Ref<IInstList>::Adopt(table->GetInstances());
