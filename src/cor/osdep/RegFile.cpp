@@ -3,6 +3,7 @@
 
 #include "cor/osdep/OSException.h"
 
+#include <algorithm>
 #include <charconv>
 #include <utility>
 
@@ -20,6 +21,18 @@ bool NextComponent(std::u16string_view* path, std::u16string_view* component) {
   *component = path->substr(0, path->find(u'\\'));
   path->remove_prefix(component->size());
   return true;
+}
+
+/// True for a text that UTF-8 can't hold.
+bool HasLoneSurrogate(std::u16string_view text) {
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text[i] < 0xD800 || text[i] > 0xDFFF) continue;
+    const bool isPair =
+        text[i] < 0xDC00 && i + 1 < text.size() && text[i + 1] >= 0xDC00 && text[i + 1] <= 0xDFFF;
+    if (!isPair) return true;
+    ++i;
+  }
+  return false;
 }
 
 /// Files exported from a registry name its root; here each root is a file of its own.
@@ -99,6 +112,8 @@ bool RegReader::NextLine(std::u16string_view* line) {
   *line = Trimmed(*line);
   ++m_line;
   if (line->find(u'\0') != line->npos) Raise("a zero character");
+  // Written as UTF-8 it would become another character, and a name another name.
+  if (HasLoneSurrogate(*line)) Raise("half of a surrogate pair");
   return true;
 }
 
@@ -321,17 +336,8 @@ void WriteNode(std::string* out, const RegNode& node, const std::string& path) {
 }  // namespace
 
 bool IsPlainRegText(std::u16string_view text) {
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const char16_t unit = text[i];
-    if (unit < 0x20) return false;
-    if (unit < 0xD800 || unit > 0xDFFF) continue;
-    // UTF-8 can't hold half of a pair.
-    const bool isPair =
-        unit < 0xDC00 && i + 1 < text.size() && text[i + 1] >= 0xDC00 && text[i + 1] <= 0xDFFF;
-    if (!isPair) return false;
-    ++i;
-  }
-  return true;
+  return std::ranges::none_of(text, [](char16_t unit) { return unit < 0x20; }) &&
+         !HasLoneSurrogate(text);
 }
 
 const RegNode* RegNode::Find(std::u16string_view path) const {

@@ -4,10 +4,12 @@
 //   "binDir"="C:\\Data"                a text; \\ and \" are the only escapes
 //   @="..."                            the key's own value, whose name is empty
 //   "n"=dword:0000002a                 a number
-//   "n"=hex(2):61,00,00,00             bytes of the type in brackets (none: 3), here an expandable
-//   text "n"=-    [-Software\Old]           takes back what stands further up ; a comment; a line
-//   that ends in a comma and a backslash goes on in the next one
+//   "n"=hex(2):61,00,00,00             bytes of the type in brackets (none: 3), here a text
+//   "n"=-                              takes back a value that stands further up
+//   [-Software\Old]                    takes back a key
+//   ; a comment
 //
+// A line of bytes that ends in a comma and a backslash goes on in the next one.
 // UTF-8 or UTF-16 with a byte order mark. Names ignore case. The first line may be a title.
 #pragma once
 

@@ -70,7 +70,7 @@ TEST(RegFile, TakesBothEncodingsAndLineEnds) {
 }
 
 struct BadCase {
-  const char* content;
+  std::string_view content;
   const char* error;  // begins so
 };
 
@@ -104,7 +104,9 @@ TEST(RegFile, MalformedContentNamesFileAndLine) {
       {"[a]\n\"a\"=hex:01,\\", "s:2: bytes that go on"},
       {"[a]\n\"a\"=hex:01,\\\nzz", "s:3: a byte"},
       {"[a]\n\"a\"=hex(1):61,00,62", "s:2: a text with half a character"},
-      {deep.c_str(), "s:1: a key too deep"},
+      {std::string_view("[a\0]", 4), "s:1: a zero character"},
+      {std::string_view("\xFF\xFE[\0\xDA\xDA]\0", 8), "s:1: half of a surrogate pair"},
+      {deep, "s:1: a key too deep"},
   };
   for (const BadCase& c : cases) {
     SCOPED_TRACE(c.content);
