@@ -1,7 +1,6 @@
 // tests/core/model/ModelPathTest.cpp - dotted paths, and the search for a way between entities.
 #include <gtest/gtest.h>
 
-#include "core/model/ModelBuilder.h"
 #include "tests/core/model/ModelText.h"
 
 namespace hv::vex::engine {
@@ -9,44 +8,39 @@ namespace {
 
 /// A test bench with names as exporters choose them: dots, dashes, one text for an id and a
 /// relation.
-constexpr const char* kBench =
-    "element env AoEnvironment\nattr iid base=id\n"
-    "rel tests to=test base=tests inverse=env\nrel uuts to=uut base=uuts inverse=env\n"
-    "element test AoTest\nattr test_iid base=id\nattr name base=name\n"
-    "rel env to=env base=environment inverse=tests\n"
-    "rel tstser_iid to=series base=children inverse=test_iid.parent\n"
-    "element series AoSubTest\nattr ser.name base=name\nattr name.of.owner type=DT_STRING\n"
-    "rel test_iid.parent to=test base=parent_test inverse=tstser_iid\n"
-    "rel mea to=mea base=children inverse=series\n"
-    "rel mea.next to=series inverse=mea.previous max=1\n"
-    "rel mea.previous to=series inverse=mea.next max=1\n"
-    "element mea AoMeasurement\nattr mea_iid base=id\nattr mea_name base=name\n"
-    "rel werk.fahrzeug to=uut base=units_under_test inverse=mea\n"
-    "rel quantities to=meq base=measurement_quantities inverse=mea\n"
-    "rel matrices to=sm base=submatrices inverse=mea\n"
-    "rel series to=series base=test inverse=mea\n"
-    "element uut AoUnitUnderTest\nattr name base=name\nattr motor.typ type=DT_STRING\n"
-    "rel mea to=mea base=measurement inverse=werk.fahrzeug\n"
-    "rel env to=env base=environment inverse=uuts\n"
-    "element meq AoMeasurementQuantity\nattr lc_iid base=name\n"
-    "rel mea to=mea base=measurement inverse=quantities\n"
-    "rel lcs to=lc base=local_columns inverse=meq\n"
-    "rel unit to=unit base=unit inverse=meqs\nrel unit2 to=unit inverse=meqs2 max=1\n"
-    "element sm AoSubmatrix\nrel mea to=mea base=measurement inverse=matrices\n"
-    "rel lcs to=lc base=local_columns inverse=sm\n"
-    "element lc AoLocalColumn\nattr lc_iid base=id\n"
-    "rel meq to=meq base=measurement_quantity inverse=lcs\n"
-    "rel sm to=sm base=submatrix inverse=lcs\n"
-    "element unit AoUnit\nattr name base=name\nrel meqs to=meq base=measurement_quantities "
-    "inverse=unit\nrel meqs2 to=meq inverse=unit2\n"
-    "element alone AoAny\nattr name base=name";
-
 std::shared_ptr<const Model> Bench() {
-  ModelBuilder builder(u"asam31");
-  Declare(builder, kBench);
-  auto model = builder.Build();
-  EXPECT_TRUE(model) << DescribeProblems(builder);
-  return model;
+  return Built(
+      "element env AoEnvironment\nattr iid base=id\nrel tests to=test base=tests inverse=env\n"
+      "rel uuts to=uut base=uuts inverse=env\n"
+      "element test AoTest\nattr test_iid base=id\nattr name base=name\n"
+      "rel env to=env base=environment inverse=tests\n"
+      "rel tstser_iid to=series base=children inverse=test_iid.parent\n"
+      "element series AoSubTest\nattr ser.name base=name\nattr name.of.owner type=DT_STRING\n"
+      "rel test_iid.parent to=test base=parent_test inverse=tstser_iid\n"
+      "rel mea to=mea base=children inverse=series\n"
+      "rel mea.next to=series inverse=mea.previous max=1\n"
+      "rel mea.previous to=series inverse=mea.next max=1\n"
+      "element mea AoMeasurement\nattr mea_iid base=id\nattr mea_name base=name\n"
+      "rel werk.fahrzeug to=uut base=units_under_test inverse=mea\n"
+      "rel quantities to=meq base=measurement_quantities inverse=mea\n"
+      "rel matrices to=sm base=submatrices inverse=mea\n"
+      "rel series to=series base=test inverse=mea\n"
+      "element uut AoUnitUnderTest\nattr name base=name\nattr motor.typ type=DT_STRING\n"
+      "rel mea to=mea base=measurement inverse=werk.fahrzeug\n"
+      "rel env to=env base=environment inverse=uuts\n"
+      "element meq AoMeasurementQuantity\nattr lc_iid base=name\n"
+      "rel mea to=mea base=measurement inverse=quantities\n"
+      "rel lcs to=lc base=local_columns inverse=meq\nrel unit to=unit base=unit inverse=meqs\n"
+      "rel unit2 to=unit inverse=meqs2 max=1\n"
+      "element sm AoSubmatrix\nrel mea to=mea base=measurement inverse=matrices\n"
+      "rel lcs to=lc base=local_columns inverse=sm\n"
+      "element lc AoLocalColumn\nattr lc_iid base=id\n"
+      "rel meq to=meq base=measurement_quantity inverse=lcs\n"
+      "rel sm to=sm base=submatrix inverse=lcs\n"
+      "element unit AoUnit\nattr name base=name\n"
+      "rel meqs to=meq base=measurement_quantities inverse=unit\n"
+      "rel meqs2 to=meq inverse=unit2\n"
+      "element alone AoAny\nattr name base=name");
 }
 
 /// "source/relation" of each step, then ":attribute" or the target.
@@ -55,28 +49,25 @@ std::string Describe(const Model& model, const std::optional<ResolvedPath>& path
   std::string text;
   for (const PathStep& step : path->steps) {
     const Entity& source = model.At(step.source);
-    text += Narrow(source.name) + "/" +
-            Narrow(source.relations[static_cast<std::size_t>(step.relation)].name) + " ";
+    text += cor::ToUtf8(source.name) + "/" +
+            cor::ToUtf8(source.relations[static_cast<std::size_t>(step.relation)].name) + " ";
   }
   const Entity& target = model.At(path->target);
-  text += Narrow(target.name);
+  text += cor::ToUtf8(target.name);
   if (path->attribute != kNone) {
-    text += ":" + Narrow(target.attributes[static_cast<std::size_t>(path->attribute)].name);
+    text += ":" + cor::ToUtf8(target.attributes[static_cast<std::size_t>(path->attribute)].name);
   }
   return text;
 }
 
-struct ResolveCase {
-  const char* start;
-  const char* path;
-  bool wantAttribute;
-  const char* expected;
-};
-
 TEST(ModelPaths, ResolveToTheLongestNames) {
   const auto model = Bench();
-  ASSERT_TRUE(model);
-  const ResolveCase cases[] = {
+  struct Case {
+    const char *start, *path;
+    bool wantAttribute;
+    const char* expected;
+  };
+  constexpr Case kCases[] = {
       {"test", "name", true, "test:name"},
       {"test", "Test_IID", true, "test:test_iid"},
       {"test", "id", true, "test:test_iid"},
@@ -107,7 +98,7 @@ TEST(ModelPaths, ResolveToTheLongestNames) {
       {"series", "test_iid", false, "none"},
       {"series", "mea.", true, "none"},
   };
-  for (const ResolveCase& c : cases) {
+  for (const Case& c : kCases) {
     SCOPED_TRACE(std::string(c.start) + " " + c.path);
     EXPECT_EQ(Describe(*model, model->Resolve(model->Find(Wide(c.start))->id, Wide(c.path),
                                               c.wantAttribute)),
@@ -117,7 +108,6 @@ TEST(ModelPaths, ResolveToTheLongestNames) {
 
 TEST(ModelPaths, ResolveLongHostileTextsQuickly) {
   const auto model = Bench();
-  ASSERT_TRUE(model);
   const EntityId series = model->Find(u"series")->id;
   std::u16string back_and_forth = u"mea.next";
   for (int i = 0; i < 20'000; ++i) back_and_forth += u".mea.previous.mea.next";
@@ -127,16 +117,9 @@ TEST(ModelPaths, ResolveLongHostileTextsQuickly) {
   EXPECT_FALSE(model->Resolve(series, std::u16string(1'000'000, u'.'), true));
 }
 
-struct SearchCase {
-  const char* from;
-  const char* to;
-  const char* expected;
-};
-
 TEST(ModelPaths, FollowTheHierarchyAsFarAsTheyCan) {
   const auto model = Bench();
-  ASSERT_TRUE(model);
-  const SearchCase cases[] = {
+  constexpr std::tuple<const char*, const char*, const char*> kCases[] = {
       {"test", "test", "test"},
       {"test", "aotest", "test"},
       {"test", "mea", "test/tstser_iid series/mea mea"},
@@ -155,10 +138,9 @@ TEST(ModelPaths, FollowTheHierarchyAsFarAsTheyCan) {
       {"aosubmatrix", "aolocalcolumn", "aosubmatrix/local_columns aolocalcolumn"},
       {"aotest", "test", "none"},
   };
-  for (const SearchCase& c : cases) {
-    SCOPED_TRACE(std::string(c.from) + " to " + c.to);
-    const auto path = model->FindPath(model->Find(Wide(c.from))->id, model->Find(Wide(c.to))->id);
-    EXPECT_EQ(Describe(*model, path), c.expected);
+  for (const auto& [from, to, expected] : kCases) {
+    const auto path = model->FindPath(model->Find(Wide(from))->id, model->Find(Wide(to))->id);
+    EXPECT_EQ(expected, Describe(*model, path)) << from << " to " << to;
   }
 }
 
