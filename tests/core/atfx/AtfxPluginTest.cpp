@@ -10,84 +10,71 @@
 namespace hv::vex::engine::test {
 namespace {
 
-std::u16string FileTag(const std::filesystem::path& path, bool readOnly = false) {
+std::u16string FileTag(const std::filesystem::path& path, std::u16string_view mark = {}) {
   WString name = cor::FromUtf8(path.string());
   name.ReplaceAll(u"&", u"&amp;");
-  return std::u16string(u"<filename") + (readOnly ? u" readonly='yes'>" : u">") + name.str() +
-         u"</filename>";
-}
-
-std::unique_ptr<RecordStore> Open(const std::filesystem::path& path, bool readOnly = false) {
-  return kAtfxPlugin.open(ConnectParameters(FileTag(path, readOnly)));
+  return u"<filename" + std::u16string(mark) + u">" + name.str() + u"</filename>";
 }
 
 void Rename(RecordStore& store, std::u16string_view name) {
-  const RecordRef test = Ref(store, u"Test", 1);
+  const RecordRef test = Ref(store, u"Test");
   store.Write(test, store.GetModel()->At(test.entity).FindAttribute(u"Name"),
               Value::Text(OdsType::String, std::u16string(name)));
 }
 
 std::string Name(const RecordStore& store) {
-  return AttributeText(store, Ref(store, u"Test", 1), u"Name");
+  return AttributeText(store, Ref(store, u"Test"), u"Name");
 }
-
-constexpr std::string_view kInstances =
-    "<Test><Id>1</Id><Name>first</Name></Test>\n"
-    "<Column><Id>1</Id><Values><component><identifier>data.bin</identifier>"
-    "<datatype>dt_byte</datatype><length>5000</length></component></Values></Column>\n";
 
 class AtfxPlugin : public testing::Test {
  protected:
   AtfxPlugin() {
-    m_path = m_folder.Write("a.atfx", Document(kInstances));
-    std::string bytes(5000, '\1');
-    bytes.back() = '\2';
-    m_folder.Write("data.bin", bytes);
+    m_folder.Write(
+        "a.atfx",
+        Document("<Test><Id>1</Id><Name>first</Name></Test>\n<Column><Id>1</Id>" +
+                 Component("identifier=data.bin datatype=dt_byte length=5000") + "</Column>\n"));
+    m_folder.Write("data.bin", std::string(4999, '\1') + '\2');
   }
-  TempFolder m_folder;
-  std::filesystem::path m_path;
+  std::unique_ptr<RecordStore> Open(std::string_view name = "a.atfx",
+                                    std::u16string_view mark = {}) const {
+    return kAtfxPlugin.open(ConnectParameters(FileTag(m_folder.File(name), mark)));
+  }
+  const TempFolder m_folder;
 };
 
 TEST_F(AtfxPlugin, SavesChangesAndLosesUnsavedOnes) {
   {
-    const auto store = Open(m_path);
+    const auto store = Open();
     EXPECT_TRUE(store->GetCapabilities().writable);
     Rename(*store, u"second");
     EXPECT_TRUE(store->IsModified());
-    EXPECT_EQ("'first'", Name(*Open(m_path)));
+    EXPECT_EQ("'first'", Name(*Open()));
     store->Save(u"");
     EXPECT_FALSE(store->IsModified());
     Rename(*store, u"third");
+    store->Discard();
+    EXPECT_EQ("'second'", Name(*store));
+    EXPECT_FALSE(store->IsModified());
+    Rename(*store, u"fourth");
   }
-  EXPECT_EQ("'second'", Name(*Open(m_path)));
+  EXPECT_EQ("'second'", Name(*Open()));
 }
 
 TEST_F(AtfxPlugin, SavesAgainAndAgainWithoutLosingValues) {
-  const auto store = Open(m_path);
-  const RecordRef column = Ref(*store, u"Column", 1);
-  const std::string before = ValuesText(store->OpenValues(column).get());
+  const auto store = Open();
+  const std::string before = ColumnText(*store);
   for (const char16_t* name : {u"x", u"y", u"z"}) {
     Rename(*store, name);
     store->Save(u"");
-    EXPECT_EQ(before, ValuesText(store->OpenValues(column).get()));
-    EXPECT_EQ(before, ValuesText(Open(m_path)->OpenValues(column).get()));
+    EXPECT_EQ(before, ColumnText(*store));
+    EXPECT_EQ(before, ColumnText(*Open()));
   }
   // The foreign file stays, one file of its own is left.
-  EXPECT_EQ("a.atfx a_3.btf data.bin", m_folder.Listing());
-}
-
-TEST_F(AtfxPlugin, GoesBackToTheLastSave) {
-  const auto store = Open(m_path);
-  Rename(*store, u"second");
-  store->Save(u"");
-  Rename(*store, u"third");
-  store->Discard();
-  EXPECT_EQ("'second'", Name(*store));
-  EXPECT_FALSE(store->IsModified());
+  EXPECT_EQ("a.atfx a_3.btf data.bin ", m_folder.Listing());
 }
 
 TEST_F(AtfxPlugin, RefreshSeesWhatOthersWrote) {
-  const auto store = Open(m_path);
+  const auto store = Open();
   store->Refresh();
   EXPECT_EQ("'first'", Name(*store));
   m_folder.Write("a.atfx", Document("<Test><Id>1</Id><Name>by another</Name></Test>"));
@@ -96,17 +83,16 @@ TEST_F(AtfxPlugin, RefreshSeesWhatOthersWrote) {
 }
 
 TEST_F(AtfxPlugin, ReadOnlyStoresRefuseChanges) {
-  const auto store = Open(m_path, true);
+  const auto store = Open("a.atfx", u" readonly='yes'");
   EXPECT_FALSE(store->GetCapabilities().writable);
   EXPECT_TRUE(Thrown([&] { Rename(*store, u"x"); }).starts_with("-1302 "));
 }
 
 TEST_F(AtfxPlugin, TellsLateOfValuesThatAreCutOff) {
   m_folder.Write("data.bin", "\1\2\3");
-  const auto store = Open(m_path);
-  const RecordRef column = Ref(*store, u"Column", 1);
+  const auto store = Open();
   EXPECT_EQ("", WarningsText(*store));
-  EXPECT_EQ("1 2 3", ValuesText(store->OpenValues(column).get()));
+  EXPECT_EQ("1 2 3", ColumnText(*store));
   EXPECT_NE(std::string::npos, WarningsText(*store).find("the file ends early"));
 }
 
@@ -114,18 +100,18 @@ TEST_F(AtfxPlugin, FilesOutsideTheFolderAreReadWithAWarning) {
   const TempFolder other;
   const std::string outside = other.Write("o.bin", "\7").string();
   for (const std::string& name : {outside, "../" + other.Path().filename().string() + "/o.bin"}) {
-    m_folder.Write("a.atfx", Document("<Column><Id>1</Id><Values><component><identifier>" + name +
-                                      "</identifier><datatype>dt_byte</datatype><length>1</length>"
-                                      "</component></Values></Column>"));
-    const auto store = Open(m_path);
-    EXPECT_EQ("7", ValuesText(store->OpenValues(Ref(*store, u"Column", 1)).get()));
+    m_folder.Write("a.atfx", Document(ColumnInstances(
+                                 Component("identifier=" + name + " datatype=dt_byte length=1"),
+                                 "DT_BYTE", 1)));
+    const auto store = Open();
+    EXPECT_EQ("7", ColumnText(*store));
     EXPECT_EQ("component file outside the folder: " + name + "\n", WarningsText(*store));
   }
 }
 
 TEST_F(AtfxPlugin, ValuesOutliveTheirStore) {
-  auto store = Open(m_path);
-  const auto values = store->OpenValues(Ref(*store, u"Column", 1));
+  auto store = Open();
+  const auto values = store->OpenValues(Ref(*store, u"Column"));
   store.reset();
   std::int64_t last = 0;
   values->ReadIntegers(4999, {&last, 1});
@@ -133,35 +119,33 @@ TEST_F(AtfxPlugin, ValuesOutliveTheirStore) {
 }
 
 TEST_F(AtfxPlugin, MakesNewStores) {
-  const auto model = Open(m_path)->GetModel();
-  const std::filesystem::path path = m_folder.Path() / "new.atfx";
-  const std::u16string text = FileTag(path);
+  const auto model = Open()->GetModel();
+  const EntityId test = model->Find(u"Test")->id;
+  const std::u16string text = FileTag(m_folder.File("new.atfx"));
   {
     const auto store = kAtfxPlugin.create(ConnectParameters(text), model);
-    store->Create(model->Find(u"Test")->id, 1);
-    Rename(*store, u"lost");
+    store->Create(test, 1);
     store->Discard();
-    EXPECT_EQ(0u, store->CountOf(model->Find(u"Test")->id));
-    EXPECT_FALSE(std::filesystem::exists(path));
-    store->Create(model->Find(u"Test")->id, 1);
+    EXPECT_EQ(0u, store->CountOf(test));
+    EXPECT_EQ("a.atfx data.bin ", m_folder.Listing());
+    store->Create(test, 1);
     Rename(*store, u"made");
     store->Save(u"");
   }
-  EXPECT_EQ("'made'", Name(*Open(path)));
+  EXPECT_EQ("'made'", Name(*Open("new.atfx")));
   EXPECT_TRUE(
       Thrown([&] { kAtfxPlugin.create(ConnectParameters(text), model); }).starts_with("-1304 "));
   const auto inMemory = kAtfxPlugin.create(ConnectParameters(u""), model);
-  inMemory->Create(model->Find(u"Test")->id);
+  inMemory->Create(test);
   inMemory->Save(u"");
   EXPECT_FALSE(inMemory->IsModified());
 }
 
 TEST_F(AtfxPlugin, ExportsAnyStore) {
-  const auto store = Open(m_path);
-  const std::filesystem::path path = m_folder.Path() / "b & c.atfx";
-  kAtfxPlugin.write(*store, ConnectParameters(FileTag(path)));
-  EXPECT_EQ("a.atfx b & c.atfx b & c_1.btf data.bin", m_folder.Listing());
-  EXPECT_EQ(DumpStore(*store), DumpStore(*Open(path)));
+  const auto store = Open();
+  kAtfxPlugin.write(*store, ConnectParameters(FileTag(m_folder.File("b & c.atfx"))));
+  EXPECT_EQ("a.atfx b & c.atfx b & c_1.btf data.bin ", m_folder.Listing());
+  EXPECT_EQ(DumpStore(*store), DumpStore(*Open("b & c.atfx")));
 }
 
 TEST_F(AtfxPlugin, NeedsAFileName) {

@@ -13,6 +13,8 @@ namespace hv::vex::engine::test {
 std::string ValuesText(const ValueSource* source);
 /// The same for an attribute's value; "-" if it is unset.
 std::string ValueText(const Value& value);
+/// Ids that a relation of a record leads to, with blanks between them.
+std::string LinksText(const RecordStore& store, RecordRef record, std::u16string_view relation);
 /// Model, records, attributes, links, instance attributes, values and flags, one fact per line.
 /// What a model only implies (which side declared a relation) is left out.
 std::string DumpStore(const RecordStore& store);
