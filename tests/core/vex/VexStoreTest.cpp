@@ -2,9 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -16,6 +13,8 @@
 #include "core/plugins/vex/DocumentModels.h"
 #include "core/plugins/vex/VexPlugin.h"
 #include "store/core/Seam.h"
+#include "tests/support/TempFolder.h"
+#include "tests/support/Thrown.h"
 #include "xml/ConnectParams.h"
 
 namespace hv::vex::engine {
@@ -27,25 +26,8 @@ constexpr std::u16string_view kTarget =
     u"<targetmodels mode=\"alwaysusetarget\">http://www.halvorn.example/DataModels/VEX/Query/1_2"
     u"</targetmodels>";
 
-template <class Body>
-std::string Thrown(Body&& body) {
-  try {
-    body();
-  } catch (const Exception& error) {
-    return std::to_string(error.code) + " " + cor::ToUtf8(error.message);
-  }
-  return "no error";
-}
-
 class VexStore : public ::testing::Test {
  protected:
-  VexStore() {
-    std::string name = (std::filesystem::temp_directory_path() / "vexXXXXXX").string();
-    m_folder = mkdtemp(name.data());
-    m_environment = MakeRef<EnvironmentObject>(std::span(&kVexPlugin, 1), &FindDocumentModel);
-  }
-  ~VexStore() override { std::filesystem::remove_all(m_folder); }
-
   Ref<IStore> New(std::u16string_view parameters = kModel) {
     return Ref<IStore>::Adopt(
         m_environment->CreateStore(u"vex", parameters, u"", 0, CreateMode::Temporary));
@@ -66,9 +48,12 @@ class VexStore : public ::testing::Test {
     }
     return store;
   }
+  static std::uint64_t Count(const Ref<IStore>& store, std::u16string_view path) {
+    return Ref<IInstList>::Adopt(store->GetInstances(path))->GetCount();
+  }
   std::u16string FileTag(std::string_view name) const {
     xml::ConnectParams parameters;
-    xml::AppendFilenameTag(parameters, cor::FromUtf8((m_folder / name).string()));
+    xml::AppendFilenameTag(parameters, cor::FromUtf8(m_folder.File(name).string()));
     return parameters.str();
   }
   void Write(const Ref<IStore>& store, std::string_view name) {
@@ -78,17 +63,9 @@ class VexStore : public ::testing::Test {
     return Ref<IStore>::Adopt(m_environment->CreateStore(u"VEX", FileTag(name).append(kTarget), u"",
                                                          0, CreateMode::OpenFile));
   }
-  std::string Bytes(std::string_view name) const {
-    std::ifstream file(m_folder / name, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-  }
-  std::size_t FilesInFolder() const {
-    return static_cast<std::size_t>(
-        std::distance(std::filesystem::directory_iterator(m_folder), {}));
-  }
-
-  std::filesystem::path m_folder;
-  Ref<EnvironmentObject> m_environment;
+  const hv::test::TempFolder m_folder;
+  const Ref<EnvironmentObject> m_environment =
+      MakeRef<EnvironmentObject>(std::span(&kVexPlugin, 1), &FindDocumentModel);
 };
 
 TEST_F(VexStore, IsWrittenOpenedAndAnswersPaths) {
@@ -115,21 +92,18 @@ TEST_F(VexStore, IsWrittenOpenedAndAnswersPaths) {
  </asamquery_manager>
 </vex_document>
 )",
-            Bytes("a & <b>.vex"));
+            m_folder.Read("a & <b>.vex"));
 
   const Ref<IStore> store = Open("a & <b>.vex");
   const auto model = Ref<IModel>::Adopt(store->GetModel());
   EXPECT_NE(0, model->HasModelPart(u"/DataModels/VEX/Query/1_2"));
   EXPECT_NE(0, model->HasModelPart(u"http://www.halvorn.example/DataModels/VEX/Query/1_2"));
   EXPECT_EQ(0, model->HasModelPart(u"/DataModels/VEX/QMD/1_0"));
-  const auto count = [&](std::u16string_view path) {
-    return Ref<IInstList>::Adopt(store->GetInstances(path))->GetCount();
-  };
-  EXPECT_EQ(1u, count(u"/##ASAMQuery_Manager"));
-  EXPECT_EQ(1u, count(u"/##asamquery_manager.queries"));
-  EXPECT_EQ(2u, count(u"/#asamquery_manager.queries.conditions"));
-  EXPECT_EQ(1u, count(u"/##asamcondition(value='1').asamquery"));
-  EXPECT_EQ(0u, count(u"/##asamcolumn_manager.column_configs"));
+  EXPECT_EQ(1u, Count(store, u"/##ASAMQuery_Manager"));
+  EXPECT_EQ(1u, Count(store, u"/##asamquery_manager.queries"));
+  EXPECT_EQ(2u, Count(store, u"/#asamquery_manager.queries.conditions"));
+  EXPECT_EQ(1u, Count(store, u"/##asamcondition(value='1').asamquery"));
+  EXPECT_EQ(0u, Count(store, u"/##asamcolumn_manager.column_configs"));
 
   // Read-only stores refuse every kind of change.
   const auto query = Ref<IInstance>::Adopt(store->GetInstance(u"asamquery:1"));
@@ -147,9 +121,9 @@ TEST_F(VexStore, KeepsItsTextInAHostsHands) {
   WString text;
   m_environment->GetStoreText(text, made.Get(), u"VEX");
   Write(made, "a.vex");
-  EXPECT_EQ(Bytes("a.vex"), cor::ToUtf8(text));
+  EXPECT_EQ(m_folder.Read("a.vex"), cor::ToUtf8(text));
   const auto again = Ref<IStore>::Adopt(m_environment->OpenStoreText(u"VEX", kTarget, text));
-  EXPECT_EQ(3u, Ref<IInstList>::Adopt(again->GetInstances(u"/##asamcondition"))->GetCount());
+  EXPECT_EQ(3u, Count(again, u"/##asamcondition"));
   EXPECT_EQ("-1301 text:1: not a document of instances: the root element is 'a'",
             Thrown([&] { m_environment->OpenStoreText(u"VEX", kTarget, u"<a/>"); }));
 }
@@ -179,13 +153,9 @@ TEST_F(VexStore, KnowsItsModelsAndPartsOfSeveralEntities) {
   m_environment->GetStoreText(text, store.Get(), u"VEX");
   const auto again = Ref<IStore>::Adopt(m_environment->OpenStoreText(u"VEX", u"", text));
   const auto icons = Ref<IInstList>::Adopt(again->GetInstances(u"/#browse_settings.icon_list"));
-  std::string keys;
-  WString key;
-  for (std::uint64_t i = 0; i < icons->GetCount(); ++i) {
-    icons->GetKey(i, key);
-    keys += cor::ToUtf8(key) + " ";
-  }
-  EXPECT_EQ("icon_info:1 customer_icon_info:1 icon_info:2 ", keys);
+  WString keys;
+  icons->GetAddressText(keys);
+  EXPECT_EQ("icon_info:1\ncustomer_icon_info:1\nicon_info:2\n", cor::ToUtf8(keys));
 }
 
 TEST_F(VexStore, TellsWhyItCantBeMadeOrOpened) {
@@ -194,21 +164,21 @@ TEST_F(VexStore, TellsWhyItCantBeMadeOrOpened) {
   EXPECT_EQ("-1301 no file name is given", Thrown([&] {
               m_environment->CreateStore(u"VEX", kTarget, u"", 0, CreateMode::OpenFile);
             }));
-  EXPECT_EQ("-1301 " + (m_folder / "none.vex").string() + ": No such file or directory",
+  EXPECT_EQ("-1301 " + m_folder.File("none.vex").string() + ": No such file or directory",
             Thrown([&] { Open("none.vex"); }));
   EXPECT_EQ("no error",
             Thrown([&] { New(std::u16string(kModel) + FileTag("new.vex"))->Save(u""); }));
-  EXPECT_EQ("-1304 " + (m_folder / "new.vex").string() + ": exists already",
+  EXPECT_EQ("-1304 " + m_folder.File("new.vex").string() + ": exists already",
             Thrown([&] { New(std::u16string(kModel) + FileTag("new.vex")); }));
 }
 
 TEST_F(VexStore, LeavesTheOldFileWhenWritingFails) {
   Write(WithConditions(1), "a.vex");
-  const std::string old = Bytes("a.vex");
+  const std::string old = m_folder.Read("a.vex");
   const auto failsWith = [&](const Ref<IStore>& store, std::string_view code) {
     EXPECT_TRUE(Thrown([&] { Write(store, "a.vex"); }).starts_with(code));
-    EXPECT_EQ(old, Bytes("a.vex"));
-    EXPECT_EQ(1u, FilesInFolder());
+    EXPECT_EQ(old, m_folder.Read("a.vex"));
+    EXPECT_EQ("a.vex ", m_folder.Listing());
   };
   failsWith(WithConditions(1, u"a\x01"), "-1303 'logic' of 'asamquery' holds a control character");
   failsWith(WithConditions(1, std::u16string(1, u'\xD800')), "-1303 'logic'");
@@ -239,8 +209,7 @@ TEST_F(VexStore, IsTheOldOrTheNewFileWhenItsWriterDies) {
     usleep(static_cast<useconds_t>(20000 + 1700 * i));
     kill(child, SIGKILL);
     ASSERT_EQ(child, waitpid(child, nullptr, 0));
-    const Ref<IStore> found = Open("a.vex");
-    const auto count = Ref<IInstList>::Adopt(found->GetInstances(u"/##asamcondition"))->GetCount();
+    const std::uint64_t count = Count(Open("a.vex"), u"/##asamcondition");
     EXPECT_TRUE(count == 1 || count == 2000) << count;
   }
 }
