@@ -19,7 +19,7 @@ inline std::u16string Wide(std::string_view text) { return cor::FromUtf8(text).s
 /// Lines: "element NAME BASE", then its members
 ///   "attr NAME base= type= obligatory= unique= autogenerate= enum= unit=" and
 ///   "rel NAME to= base= min= max= inverse=";
-/// "enum NAME ITEM ITEM" gives the items the numbers 0, 1, 2.
+/// "enum NAME ITEM ITEM=7" gives the items their numbers, or 0, 1, 2.
 inline void Declare(ModelBuilder& builder, const std::string& text) {
   std::istringstream lines(text);
   for (std::string line; std::getline(lines, line);) {
@@ -31,8 +31,10 @@ inline void Declare(ModelBuilder& builder, const std::string& text) {
     while (words >> last) {
       const std::size_t at = last.find('=');
       if (at != last.npos) told[last.substr(0, at)] = last.substr(at + 1);
+      if (kind != "enum") continue;
+      const auto number = static_cast<std::int64_t>(enumeration.items.size());
       enumeration.items.push_back(
-          {Wide(last), static_cast<std::int64_t>(enumeration.items.size())});
+          {Wide(last.substr(0, at)), at == last.npos ? number : std::stoll(last.substr(at + 1))});
     }
     const auto flag = [&](const char* key) {
       return told.contains(key) ? std::optional(told[key] == "true") : std::nullopt;
