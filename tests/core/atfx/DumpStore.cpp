@@ -94,30 +94,25 @@ void DumpRecord(const RecordStore& store, const Entity& entity, RecordId id,
 std::string ValuesText(const ValueSource* source) {
   if (!source) return "-";
   const std::uint64_t count = source->Count();
-  Value::Integers integers;
-  Value::Reals reals;
-  Value::Texts texts;
-  Value::ByteStrings bytes;
-  const OdsType type = source->Type();
-  switch (StorageKindOf(type)) {
+  Value value{source->Type(), true, {}};
+  switch (StorageKindOf(value.type)) {
     case StorageKind::Integer:
-      integers.resize(count);
-      source->ReadIntegers(0, integers);
-      return ValueText({type, true, std::move(integers)});
+      source->ReadIntegers(0, value.data.emplace<Value::Integers>(count));
+      break;
     case StorageKind::Real:
-      reals.resize(count * PartsOf(type));
-      source->ReadReals(0, reals);
-      return ValueText({type, true, std::move(reals)});
+      source->ReadReals(0, value.data.emplace<Value::Reals>(count * PartsOf(value.type)));
+      break;
     case StorageKind::Text:
-      source->ReadTexts(0, count, [&](std::u16string_view one) { texts.emplace_back(one); });
-      return ValueText({type, true, std::move(texts)});
-    case StorageKind::Bytes:
-      source->ReadBytes(0, count, [&](std::span<const std::byte> one) {
-        bytes.emplace_back(one.begin(), one.end());
+      source->ReadTexts(0, count, [&texts = value.data.emplace<Value::Texts>()](auto text) {
+        texts.emplace_back(text);
       });
-      return ValueText({type, true, std::move(bytes)});
+      break;
+    case StorageKind::Bytes:
+      source->ReadBytes(0, count, [&all = value.data.emplace<Value::ByteStrings>()](auto bytes) {
+        all.emplace_back(bytes.begin(), bytes.end());
+      });
   }
-  return "unknown kind";
+  return ValueText(value);
 }
 
 std::string ValueText(const Value& value) {

@@ -40,8 +40,6 @@ TEST(ModelBuilder, TakesWhatIsLeftOpenFromTheBaseAttributeOfTheVersion) {
       {u"asam31", "AoTest", "base=id", "DT_LONGLONG oua id "},
       {u"asam31", "AoTest", "base=id type=DT_LONG autogenerate=false", "DT_LONG ou id "},
       {u"asam31", "aotest", "base=NAME obligatory=false", "DT_STRING  name "},
-      {u"asam31", "AoSubMatrix", "base=number_of_rows", "DT_LONG o number_of_rows "},
-      {u"asam36", "AOSUBMATRIX", "base=number_of_rows", "DT_LONGLONG o number_of_rows "},
       {u"29", "AoExternalComponent", "base=start_offset", "DT_LONG  start_offset "},
       {u"asam28", "AoExternalComponent", "base=start_offset", "DT_LONGLONG  start_offset "},
       {u"asam31", "AoLocalColumn", "base=sequence_representation",

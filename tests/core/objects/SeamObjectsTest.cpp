@@ -199,18 +199,6 @@ TEST_F(SeamObjects, WrittenValuesAreSeenAndCheckedAgainstTheirType) {
   EXPECT_EQ(0, m_store->GetState(3));
 }
 
-TEST_F(SeamObjects, ReadOnlyStoresRefuseChanges) {
-  m_store = Open(u"<readonly>yes</readonly>");
-  const Ref<IInstance> run = Get(u"Run:10");
-  const auto entity = Entity(u"Run");
-  const auto container = run.As<IContainer>();
-  EXPECT_EQ(errc::kWriteProtected, Code([&] { container->SetString(u"Name", u"x"); }));
-  EXPECT_EQ(errc::kWriteProtected, Code([&] { (void)m_store->CreateInstance(entity.Get()); }));
-  EXPECT_EQ(errc::kWriteProtected, Code([&] { run->Delete(); }));
-  EXPECT_EQ(errc::kWriteProtected, Code([&] { run->AddInstanceAttribute(u"a", 3); }));
-  EXPECT_EQ("Run up", Text(run, u"Name"));
-}
-
 TEST_F(SeamObjects, InstancesAreMadeLinkedAndDeleted) {
   const auto base = Entity(u"aomeasurement");
   const auto run = Own(m_store->CreateInstance(Entity(u"Run").Get()));

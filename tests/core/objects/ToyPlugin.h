@@ -18,23 +18,18 @@ inline std::shared_ptr<const Model> FindToyModel(std::u16string_view name) {
   return Built(
       "enum Status open=1 passed=2\n"
       "element Bench AoTest\nattr Id base=id\nattr Name base=name\n"
-      "rel runs to=Run base=children inverse=bench min=0\n"
       "element Run AoMeasurement\nattr Id base=id\nattr Name base=name\n"
       "attr Begin base=measurement_begin\nattr Status type=DT_ENUM enum=Status\n"
       "attr Gear type=DT_SHORT\nattr Load type=DT_FLOAT unit=3\n"
-      "rel bench to=Bench base=test inverse=runs min=0\n"
-      "rel meq to=Channel base=measurement_quantities inverse=run min=0\n"
-      "rel sub.matrices to=Sub base=submatrices inverse=run min=0\n"
+      "rel bench to=Bench base=test inverse=runs\n"
+      "rel meq to=Channel base=measurement_quantities inverse=run\n"
+      "rel sub.matrices to=Sub base=submatrices inverse=run\n"
       "element Channel AoMeasurementQuantity\nattr Id base=id\nattr Name base=name\n"
-      "attr datatype base=datatype\nrel run to=Run base=measurement inverse=meq min=0\n"
-      "rel columns to=Column base=local_columns inverse=channel min=0\n"
+      "attr datatype base=datatype\nrel columns to=Column base=local_columns inverse=channel\n"
       "element Sub AoSubmatrix\nattr Id base=id\nattr Name base=name\n"
-      "attr rows base=number_of_rows\nrel run to=Run base=measurement inverse=sub.matrices min=0\n"
-      "rel columns to=Column base=local_columns inverse=sub min=0\n"
+      "attr rows base=number_of_rows\nrel columns to=Column base=local_columns inverse=sub\n"
       "element Column AoLocalColumn\nattr Id base=id\nattr Name base=name\n"
-      "attr values base=values\nattr flags base=flags\n"
-      "rel sub to=Sub base=submatrix inverse=columns min=0\n"
-      "rel channel to=Channel base=measurement_quantity inverse=columns min=0",
+      "attr values base=values\nattr flags base=flags",
       u"asam36");
 }
 
