@@ -1,22 +1,18 @@
 // bench/AtfxBench.cpp - reading an exchange file, beside a bare parser pass over the same file.
 // Usage: atfx_bench [megabytes] [rounds] [file]. Makes a believable file (a quarter meta data,
 // three quarters inline values) unless one is named. Rounds of both alternate; the medians count.
-#include <algorithm>
-#include <chrono>
 #include <cmath>
-#include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <functional>
+#include <sstream>
 #include <string>
-#include <vector>
 
 #include <xercesc/parsers/SAXParser.hpp>
 #include <xercesc/sax/HandlerBase.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/XMLUni.hpp>
 
+#include "Bench.h"
 #include "core/plugins/atfx/AtfxReader.h"
 
 namespace {
@@ -33,38 +29,23 @@ constexpr const char* kModel = R"(<?xml version="1.0" encoding="UTF-8"?>
 <instance_data>
 )";
 
-std::vector<std::string> Words(const std::string& text) {
-  std::vector<std::string> words;
-  std::size_t at = 0;
-  while ((at = text.find_first_not_of(" ", at)) != text.npos) {
-    const std::size_t end = std::min(text.find(' ', at), text.size());
-    words.push_back(text.substr(at, end - at));
-    at = end;
-  }
-  return words;
-}
-
 /// Writes the elements of the short notation above.
 void WriteElement(const std::string& line, std::ostream& out) {
-  std::vector<std::string> parts;
-  std::size_t at = 1;
-  while (at <= line.size()) {
-    const std::size_t end = std::min(line.find(';', at), line.size());
-    parts.push_back(line.substr(at, end - at));
-    at = end + 1;
-  }
-  const std::vector<std::string> head = Words(parts[0]);
-  out << "<application_element><name>" << head[0] << "</name><basetype>" << head[1]
-      << "</basetype>\n";
-  for (std::size_t i = 2; i < head.size(); ++i) {
-    out << "<application_attribute><name>" << head[i] << "</name><base_attribute>" << head[i]
+  std::istringstream parts(line.substr(1));
+  std::string part, name, base, target, most, inverse;
+  std::getline(parts, part, ';');
+  std::istringstream head(part);
+  head >> name >> base;
+  out << "<application_element><name>" << name << "</name><basetype>" << base << "</basetype>\n";
+  while (head >> name) {
+    out << "<application_attribute><name>" << name << "</name><base_attribute>" << name
         << "</base_attribute></application_attribute>\n";
   }
-  for (std::size_t i = 1; i < parts.size(); ++i) {
-    const std::vector<std::string> r = Words(parts[i]);
-    out << "<relation_attribute><name>" << r[0] << "</name><ref_to>" << r[2]
-        << "</ref_to><base_relation>" << r[1] << "</base_relation><min_occurs>0</min_occurs>"
-        << "<max_occurs>" << r[3] << "</max_occurs><inverse_name>" << r[4]
+  while (std::getline(parts, part, ';')) {
+    std::istringstream(part) >> name >> base >> target >> most >> inverse;
+    out << "<relation_attribute><name>" << name << "</name><ref_to>" << target
+        << "</ref_to><base_relation>" << base << "</base_relation><min_occurs>0</min_occurs>"
+        << "<max_occurs>" << most << "</max_occurs><inverse_name>" << inverse
         << "</inverse_name></relation_attribute>\n";
   }
   out << "</application_element>\n";
@@ -98,12 +79,9 @@ void WriteColumn(int id, int measurement, int rows, std::ostream& out) {
 
 void MakeFile(const std::filesystem::path& path, std::uintmax_t bytes) {
   std::ofstream out(path, std::ios::binary);
-  std::string model(kModel);
-  for (std::size_t at = 0; at < model.size();) {
-    const std::size_t end = model.find('\n', at);
-    const std::string line = model.substr(at, end - at);
+  std::istringstream model(kModel);
+  for (std::string line; std::getline(model, line);) {
     line[0] == '@' ? WriteElement(line, out) : void(out << line << '\n');
-    at = end + 1;
   }
   out << "    <Test><id>1</id><name>Bench</name></Test>\n";
   int column = 0;
@@ -142,22 +120,10 @@ std::uint64_t BarePass(const std::string& path) {
   return handler.count;
 }
 
-double Seconds(const std::function<void()>& run) {
-  const auto begin = std::chrono::steady_clock::now();
-  run();
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
-}
-
-double Median(std::vector<double> values) {
-  std::sort(values.begin(), values.end());
-  return values[values.size() / 2];
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
-  const std::uintmax_t megabytes = argc > 1 ? std::strtoul(argv[1], nullptr, 10) : 50;
-  const int rounds = argc > 2 ? std::atoi(argv[2]) : 5;
+  const auto megabytes = static_cast<std::uintmax_t>(Argument(argc, argv, 1, 50));
   const bool isGiven = argc > 3;
   const std::filesystem::path path =
       isGiven ? std::filesystem::path(argv[3])
@@ -166,24 +132,25 @@ int main(int argc, char** argv) {
   const double size = static_cast<double>(std::filesystem::file_size(path)) / 1e6;
 
   xercesc::XMLPlatformUtils::Initialize();
-  std::vector<double> bare, ours;
   std::uint64_t events = 0;
   std::size_t records = 0;
-  for (int round = 0; round < rounds; ++round) {
-    bare.push_back(Seconds([&] { events += BarePass(path.string()); }));
-    std::unique_ptr<hv::vex::engine::MemoryStore> store;
-    ours.push_back(Seconds([&] { store = hv::vex::engine::atfx::ReadAtfxFile(path, {}); }));
-    records = 0;
-    for (const auto& entity : store->GetModel()->Entities()) {
-      if (!entity.isBase) records += store->CountOf(entity.id);
-    }
-  }
+  std::unique_ptr<hv::vex::engine::MemoryStore> store;
+  const auto times = InTurns(
+      Argument(argc, argv, 2, 5), [&] { events = BarePass(path.string()); },
+      [&] { store = hv::vex::engine::atfx::ReadAtfxFile(path, {}); },
+      [&] {
+        records = 0;
+        for (const auto& entity : store->GetModel()->Entities()) {
+          if (!entity.isBase) records += store->CountOf(entity.id);
+        }
+        store.reset();
+      });
   xercesc::XMLPlatformUtils::Terminate();
+  const double bare = Median(times[0]) / 1e3, ours = Median(times[1]) / 1e3;
   std::printf("file       %8.1f MB, %zu records, %llu events and characters\n", size, records,
-              static_cast<unsigned long long>(events / static_cast<std::uint64_t>(rounds)));
-  std::printf("bare pass  %8.3f s  %7.1f MB/s\n", Median(bare), size / Median(bare));
-  std::printf("read       %8.3f s  %7.1f MB/s\n", Median(ours), size / Median(ours));
-  std::printf("ratio      %8.2f\n", Median(ours) / Median(bare));
+              static_cast<unsigned long long>(events));
+  std::printf("bare pass  %8.3f s  %7.1f MB/s\n", bare, size / bare);
+  std::printf("read       %8.3f s  %7.1f MB/s\n", ours, size / ours);
+  std::printf("ratio      %8.2f\n", ours / bare);
   if (!isGiven) std::filesystem::remove(path);
-  return 0;
 }

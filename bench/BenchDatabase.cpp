@@ -1,125 +1,42 @@
 // bench/BenchDatabase.cpp - tables as the store makes them, rows from a counter.
 #include "BenchDatabase.h"
 
-#include <cstdio>
-#include <cstdlib>
-#include <memory>
-#include <optional>
-#include <string>
-
-#include "core/model/ModelBuilder.h"
+#include "Bench.h"
 #include "core/plugins/sql/Layout.h"
 #include "core/plugins/sql/Sqlite.h"
+#include "tests/core/model/ModelText.h"
 
 using namespace hv::vex::engine;
 
 namespace {
 
-constexpr int kTests = 100;
-constexpr int kOperators = 50;
-
-void DeclareAttribute(ModelBuilder& builder, std::u16string_view name, std::u16string_view base,
-                      std::optional<TypeName> type = {}) {
-  AttributeSpec spec;
-  spec.name = name;
-  spec.baseAttribute = base;
-  spec.type = type;
-  builder.AddAttribute(std::move(spec));
-}
-
-void DeclareRelation(ModelBuilder& builder, std::u16string_view name, std::u16string_view to,
-                     std::u16string_view inverse, std::int32_t most) {
-  RelationSpec spec;
-  spec.name = name;
-  spec.refTo = to;
-  spec.inverseName = inverse;
-  spec.minOccurs = 0;
-  spec.maxOccurs = most;
-  builder.AddRelation(std::move(spec));
-}
-
-std::shared_ptr<const Model> MakeModel() {
-  ModelBuilder builder(u"asam36");
-  const auto begin = [&](std::u16string_view name, std::u16string_view base) {
-    builder.BeginEntity(name, base);
-    DeclareAttribute(builder, u"Id", u"id");
-    DeclareAttribute(builder, u"Name", u"name");
-  };
-  begin(u"Test", u"AoAny");
-  DeclareRelation(builder, u"Runs", u"Run", u"Test", kMany);
-  begin(u"Operator", u"AoAny");
-  DeclareRelation(builder, u"Runs", u"Run", u"Operator", kMany);
-  begin(u"Run", u"AoAny");
-  DeclareAttribute(builder, u"Begun", u"", TypeName{OdsType::Date, false});
-  DeclareAttribute(builder, u"Load", u"", TypeName{OdsType::Double, false});
-  DeclareAttribute(builder, u"State", u"", TypeName{OdsType::Long, false});
-  DeclareRelation(builder, u"Test", u"Test", u"Runs", 1);
-  DeclareRelation(builder, u"Operator", u"Operator", u"Runs", 1);
-  DeclareRelation(builder, u"Columns", u"Column", u"Run", kMany);
-  begin(u"Column", u"AoLocalColumn");
-  DeclareAttribute(builder, u"Values", u"values");
-  DeclareRelation(builder, u"Run", u"Run", u"Columns", 1);
-  return builder.Build();
-}
-
-/// Spreads neighbouring ids.
-std::int64_t Mixed(std::int64_t id) { return (id * 2654435761 >> 8) & 0xFFFFFF; }
-
-/// Fills the store's own tables; the first test has a tenth of all runs.
-void Generate(sql::Connection& c, std::int64_t runs) {
-  const auto put = [&](const char* table, const char* word, std::int64_t count) {
-    sql::Run run(
-        c, std::string("INSERT INTO ") + table + "(" + table + "_ID,NAME,NAME_F) VALUES(?,?,?)");
-    for (std::int64_t id = 1; id <= count; ++id) {
-      const std::string name = word + std::to_string(id);
-      std::string folded = name;
-      folded[0] = static_cast<char>(folded[0] + 32);
-      run->BindInteger(1, id);
-      run->BindText(2, name);
-      run->BindText(3, folded);
-      run.Finish();
-      run->Reset();
-    }
-  };
-  put("TEST", "Test ", kTests);
-  put("OPERATOR", "Operator ", kOperators);
-  sql::Run run(c,
-               "INSERT INTO RUN(RUN_ID,NAME,NAME_F,BEGUN,LOAD,STATE,TEST,OPERATOR)"
-               " VALUES(?,?,?,?,?,?,?,?)");
-  sql::Run column(c, "INSERT INTO \"COLUMN_\"(COLUMN__ID,NAME,NAME_F,RUN) VALUES(?,?,?,?)");
-  for (std::int64_t id = 1; id <= runs; ++id) {
-    char name[40], folded[40], begun[20];
-    std::snprintf(name, sizeof name, "Run %08lld warm", static_cast<long long>(id));
-    std::snprintf(folded, sizeof folded, "run %08lld warm", static_cast<long long>(id));
-    std::snprintf(begun, sizeof begun, "2024%02d%02d120000", static_cast<int>(id % 12) + 1,
-                  static_cast<int>(id % 28) + 1);
-    run->BindInteger(1, id);
-    run->BindText(2, name);
-    run->BindText(3, folded);
-    run->BindText(4, begun);
-    run->BindReal(5, static_cast<double>(id * 7919 % 1000) / 10);
-    run->BindInteger(6, id % 5);
-    run->BindInteger(7, id <= runs / 10 ? 1 : Mixed(id) % kTests + 1);
-    run->BindInteger(8, Mixed(id) / kTests % kOperators + 1);
-    run.Finish();
-    run->Reset();
-    for (int i = 0; i < kColumnsEach; ++i) {
-      const std::string channel = "channel " + std::to_string((id * 3 + i) % 500);
-      column->BindInteger(1, (id - 1) * kColumnsEach + i + 1);
-      column->BindText(2, channel);
-      column->BindNull(3);
-      column->BindInteger(4, id);
-      column.Finish();
-      column->Reset();
-    }
-  }
-}
+constexpr const char* kModel = R"(element Test AoAny
+attr Id base=id
+attr Name base=name
+rel Runs to=Run inverse=Test min=0 max=Many
+element Operator AoAny
+attr Id base=id
+attr Name base=name
+rel Runs to=Run inverse=Operator min=0 max=Many
+element Run AoAny
+attr Id base=id
+attr Name base=name
+attr Begun type=DT_DATE
+attr Load type=DT_DOUBLE
+attr State type=DT_LONG
+rel Test to=Test inverse=Runs min=0 max=1
+rel Operator to=Operator inverse=Runs min=0 max=1
+rel Columns to=Column inverse=Run min=0 max=Many
+element Column AoLocalColumn
+attr Id base=id
+attr Name base=name
+attr Values base=values
+rel Run to=Run inverse=Columns min=0 max=1)";
 
 }  // namespace
 
-BenchArguments::BenchArguments(int argc, char** argv) {
-  if (argc > 1) runs = std::atoll(argv[1]);
-  if (argc > 2) rounds = std::atoi(argv[2]);
+BenchArguments::BenchArguments(int argc, char** argv)
+    : runs(Argument(argc, argv, 1, 100'000)), rounds(Argument(argc, argv, 2, 7)) {
   keepsDatabase = argc > 3;
   if (keepsDatabase) folder = argv[3];
 }
@@ -128,15 +45,45 @@ std::filesystem::path BenchArguments::Database() const {
   return folder / ("sql_bench_" + std::to_string(runs) + ".sqlite");
 }
 
-void MakeBenchDatabase(const std::filesystem::path& path, std::int64_t runs) {
+std::string InsertNumbered(long long count, const std::string& rows, long long first) {
+  return "WITH RECURSIVE n(i) AS (SELECT " + std::to_string(first) +
+         " UNION ALL SELECT i+1 FROM n LIMIT " + std::to_string(count) + ") INSERT INTO " + rows +
+         " FROM n;";
+}
+
+void FillDatabase(const std::filesystem::path& path, const std::string& model,
+                  const std::string& statements) {
+  ModelBuilder builder(u"asam36");
+  Declare(builder, model);
+  const auto built = builder.Build();
   sql::SqliteOptions options;
   options.mayCreate = true;
   const auto c = sql::OpenSqlite(path, options);
   c->Execute("PRAGMA journal_mode=OFF; PRAGMA synchronous=OFF; PRAGMA foreign_keys=OFF; BEGIN");
-  const auto model = MakeModel();
-  const sql::Layout layout = sql::MakeLayout(*model, c->GetDialect());
-  sql::CreateSchema(*c, *model, layout);
-  Generate(*c, runs);
-  sql::CreateIndexes(*c, *model, layout);
+  const sql::Layout layout = sql::MakeLayout(*built, c->GetDialect());
+  sql::CreateSchema(*c, *built, layout);
+  c->Execute(statements);
+  sql::CreateIndexes(*c, *built, layout);
   c->Execute("COMMIT; PRAGMA analysis_limit=1000; ANALYZE; PRAGMA journal_mode=WAL");
+}
+
+void MakeBenchDatabase(const std::filesystem::path& path, std::int64_t runs) {
+  const std::string mixed = "(i*2654435761>>8&16777215)";  // spreads neighbouring ids
+  static_assert(kColumnsEach == 10);
+  FillDatabase(
+      path, kModel,
+      InsertNumbered(100, "TEST(TEST_ID,NAME,NAME_F) SELECT i,'Test '||i,'test '||i") +
+          InsertNumbered(50,
+                         "OPERATOR(OPERATOR_ID,NAME,NAME_F)"
+                         " SELECT i,'Operator '||i,'operator '||i") +
+          InsertNumbered(runs,
+                         "RUN(RUN_ID,NAME,NAME_F,BEGUN,LOAD,STATE,TEST,OPERATOR)"
+                         " SELECT i,printf('Run %08d warm',i),printf('run %08d warm',i),"
+                         "printf('2024%02d%02d120000',i%12+1,i%28+1),(i*7919%1000)/10.0,i%5,"
+                         "CASE WHEN i<=" +
+                             std::to_string(runs / 10) + " THEN 1 ELSE " + mixed + "%100+1 END," +
+                             mixed + "/100%50+1") +
+          InsertNumbered(runs * kColumnsEach,
+                         "\"COLUMN_\"(COLUMN__ID,NAME,RUN)"
+                         " SELECT i,'channel '||((((i-1)/10+1)*3+(i-1)%10)%500),(i-1)/10+1"));
 }

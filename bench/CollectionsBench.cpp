@@ -1,26 +1,15 @@
 // bench/CollectionsBench.cpp - the top of a store, the children of an element and the hits of a
 // search, beside the same statements through the bare SQLite interface that keep the same names.
 // Usage: collections_bench [elements] [rounds]. Rounds of both alternate; medians count.
-#include <sqlite3.h>
-
-#include <algorithm>
-#include <cstdint>
-#include <cstdio>
-#include <cstdlib>
-#include <filesystem>
-#include <functional>
 #include <map>
-#include <string>
-#include <vector>
 
-#include "Timing.h"
-#include "store/core/CoreLibrary.h"
-#include "store/core/Seam.h"
+#include "AttachedEngine.h"
+#include "BenchDatabase.h"
+#include "RawDatabase.h"
 #include "store/elements/ISimplifiedStoreImpl.h"
 #include "store/elements/IStoreElementImpl.h"
 #include "store/elements/IStoreElementsImpl.h"
 #include "store/elements/StoreElementFactory.h"
-#include "tests/plugins/TestConfiguration.h"
 
 namespace {
 
@@ -29,93 +18,41 @@ using namespace hv::vex;
 
 constexpr std::int64_t kMostHits = 10'000;
 
-void Require(bool holds, const char* what) {
-  if (holds) return;
-  std::fprintf(stderr, "collections_bench: %s\n", what);
-  std::exit(1);
-}
-
-Ref<IStore> Open(std::u16string_view plugin, const std::filesystem::path& path) {
-  return Ref<IStore>::Adopt(GetEngineEnvironment()->OpenStoreByParameter(
-      u"", plugin, u"<filename>" + cor::FromUtf8(path.string()) + u"</filename>", 0));
-}
-
-void Execute(sqlite3* database, const std::string& text) {
-  char* message = nullptr;
-  sqlite3_exec(database, text.c_str(), nullptr, nullptr, &message);
-  Require(!message, message);
-}
-
 /// A database of the model of tests/data/browse/campaign.atfx, with as many campaigns and as many
-/// sub-tests of the first one.
-sqlite3* MakeDatabase(const std::filesystem::path& path, std::int64_t count) {
+/// sub-tests of the first one. The store keeps texts folded as well.
+void MakeDatabase(const std::filesystem::path& path, long long count) {
   std::filesystem::remove(path);
-  GetEngineEnvironment()->WriteStore(Open(u"ATFX", HV_TEST_DATA_DIR "/browse/campaign.atfx").Get(),
-                                     u"<filename>" + cor::FromUtf8(path.string()) + u"</filename>",
-                                     u"SQL", 0);
-  sqlite3* raw = nullptr;
-  Require(sqlite3_open(path.c_str(), &raw) == SQLITE_OK, "no database");
-  const std::string numbers =
-      "WITH RECURSIVE n(i) AS (SELECT 100 UNION ALL SELECT i+1 FROM n LIMIT " +
-      std::to_string(count) + ") INSERT INTO ";
-  Execute(raw, "BEGIN");
-  // The store keeps texts folded as well.
-  Execute(raw, numbers +
-                   "CAMPAIGN(CAMPAIGN_ID,TITLE,TITLE_F)"
-                   " SELECT i,printf('Test %08d',i),printf('test %08d',i) FROM n");
-  Execute(raw, numbers +
-                   "SUB_TEST(SUB_TEST_ID,NAME,NAME_F,CAMPAIGN)"
-                   " SELECT i,printf('Day %08d',i),printf('day %08d',i),1 FROM n");
-  Execute(raw, "COMMIT; ANALYZE; PRAGMA cache_size=-65536");
-  return raw;
+  GetEngineEnvironment()->WriteStore(
+      OpenStore(u"ATFX", HV_TEST_DATA_DIR "/browse/campaign.atfx").Get(), FileTag(path), u"SQL", 0);
+  RawDatabase(path).Execute("BEGIN;" +
+                            InsertNumbered(count,
+                                           "CAMPAIGN(CAMPAIGN_ID,TITLE,TITLE_F)"
+                                           " SELECT i,printf('Test %08d',i),printf('test %08d',i)",
+                                           100) +
+                            InsertNumbered(count,
+                                           "SUB_TEST(SUB_TEST_ID,NAME,NAME_F,CAMPAIGN)"
+                                           " SELECT i,printf('Day %08d',i),printf('day %08d',i),1",
+                                           100) +
+                            "COMMIT; ANALYZE");
 }
 
 /// Ids by name, for those who want to find them again.
 using NamesByHand = std::map<std::u16string, std::int64_t>;
 
-class Statement {
- public:
-  Statement(sqlite3* database, const char* text) {
-    Require(sqlite3_prepare_v2(database, text, -1, &m_statement, nullptr) == SQLITE_OK, text);
-  }
-  Statement(const Statement&) = delete;
-  Statement& operator=(const Statement&) = delete;
-  ~Statement() { sqlite3_finalize(m_statement); }
-
-  sqlite3_stmt* Get() const { return m_statement; }
-  bool Step() { return sqlite3_step(m_statement) == SQLITE_ROW; }
-  std::u16string Text(int column) {
-    const auto* text = static_cast<const char16_t*>(sqlite3_column_text16(m_statement, column));
-    return {text, static_cast<std::size_t>(sqlite3_column_bytes16(m_statement, column)) / 2};
-  }
-
- private:
-  sqlite3_stmt* m_statement = nullptr;
-};
-
-NamesByHand ReadByHand(sqlite3* database, const char* text) {
+NamesByHand ReadByHand(const RawDatabase& database, const char* text) {
   NamesByHand names;
   Statement statement(database, text);
-  while (statement.Step()) {
-    names.emplace(statement.Text(1), sqlite3_column_int64(statement.Get(), 0));
-  }
+  while (statement.Step()) names.emplace(statement.Text(1), statement.Integer(0));
   return names;
 }
 
 /// `reset` runs after each round of ours and isn't counted.
-void Compare(const char* what, int rounds, const std::function<void()>& ours,
-             const std::function<void()>& byHand, const std::function<void()>& reset) {
-  std::vector<double> a, b;
-  for (int i = 0; i <= rounds; ++i) {
-    const double mine = Milliseconds(ours);
-    reset();
-    const double theirs = Milliseconds(byHand);
-    if (i == 0) continue;
-    a.push_back(mine);
-    b.push_back(theirs);
-  }
-  std::printf("%-34s %10.3f ms %10.3f ms %8.2f\n", what, Median(a), Median(b),
-              Median(a) / Median(b));
+template <class Ours, class ByHand, class Reset>
+void Compare(const std::string& what, long long rounds, const Ours& ours, const ByHand& byHand,
+             const Reset& reset) {
+  const auto times = InTurns(rounds, ours, reset, byHand);
+  std::printf("%-34s %10.3f ms %10.3f ms %8.2f\n", what.c_str(), Median(times[0]), Median(times[2]),
+              Median(times[0]) / Median(times[2]));
 }
 
 std::int32_t CountOf(easyImpl::IVEXElementsImpl& elements) {
@@ -124,8 +61,8 @@ std::int32_t CountOf(easyImpl::IVEXElementsImpl& elements) {
   return count;
 }
 
-void CompareLists(easyImpl::ISimplifiedStoreImpl& provider, IStore& store, sqlite3* raw,
-                  int rounds) {
+void CompareLists(easyImpl::ISimplifiedStoreImpl& provider, IStore& store, const RawDatabase& raw,
+                  long long rounds) {
   NamesByHand names;
   Ref<IRootElementsImpl> roots;
   Compare(
@@ -175,14 +112,14 @@ void CompareLists(easyImpl::ISimplifiedStoreImpl& provider, IStore& store, sqlit
       [&] {
         sqlite3_bind_text16(byName.Get(), 1, wanted.data(), static_cast<int>(wanted.size() * 2),
                             SQLITE_STATIC);
-        Require(byName.Step() && sqlite3_column_int64(byName.Get(), 0) == id, "another child");
-        sqlite3_reset(byName.Get());
+        Require(byName.Step() && byName.Integer(0) == id, "another child");
+        byName.Reset();
       },
       [] {});
 }
 
-void CompareHits(easyImpl::ISimplifiedStoreImpl& provider, IStore& store, sqlite3* raw,
-                 int rounds) {
+void CompareHits(easyImpl::ISimplifiedStoreImpl& provider, IStore& store, const RawDatabase& raw,
+                 long long rounds) {
   Ref<IDataStoreResultCollectionImpl> results;
   Require(!Failed(MakeResultCollection(provider, 200, results.Put())), "no results");
   const auto list = Ref<IInstList>::Adopt(store.GetInstances(u"/#Sub.Test"));
@@ -190,14 +127,11 @@ void CompareHits(easyImpl::ISimplifiedStoreImpl& provider, IStore& store, sqlite
   (void)results->SetList(list.Get());
   std::vector<std::int64_t> ids;
   Statement all(raw, "SELECT SUB_TEST_ID FROM SUB_TEST ORDER BY SUB_TEST_ID");
-  while (ids.size() < list->GetCount() && all.Step()) {
-    ids.push_back(sqlite3_column_int64(all.Get(), 0));
-  }
+  while (ids.size() < list->GetCount() && all.Step()) ids.push_back(all.Integer(0));
   Statement name(raw, "SELECT NAME FROM SUB_TEST WHERE SUB_TEST_ID=?");
   std::vector<std::u16string> ours, byHand;
-  const std::string what = "the names of " + std::to_string(ids.size()) + " hits, one by one";
   Compare(
-      what.c_str(), rounds,
+      "the names of " + std::to_string(ids.size()) + " hits, one by one", rounds,
       [&] {
         ours.clear();
         Ref<easyImpl::tIIteratorImpl<easyImpl::IVEXElementImpl>> iterator;
@@ -215,7 +149,7 @@ void CompareHits(easyImpl::ISimplifiedStoreImpl& provider, IStore& store, sqlite
           sqlite3_bind_int64(name.Get(), 1, id);
           Require(name.Step(), "no name");
           byHand.push_back(name.Text(0));
-          sqlite3_reset(name.Get());
+          name.Reset();
         }
       },
       [] {});
@@ -225,28 +159,20 @@ void CompareHits(easyImpl::ISimplifiedStoreImpl& provider, IStore& store, sqlite
 }  // namespace
 
 int main(int argc, char** argv) {
-  const std::int64_t count = argc > 1 ? std::atoll(argv[1]) : 100'000;
-  const int rounds = argc > 2 ? std::atoi(argv[2]) : 9;
-  const test::TestConfiguration configuration(HV_BINARY_DIR "/lib");
+  const long long count = Argument(argc, argv, 1, 100'000);
+  const long long rounds = Argument(argc, argv, 2, 9);
   const auto path = std::filesystem::temp_directory_path() / "collections_bench.sqlite";
-  HostInit();
-  int failed = 0;
-  try {
-    sqlite3* const raw = MakeDatabase(path, count);
-    const auto store = Open(u"SQL", path);
+  WithEngine([&] {
+    MakeDatabase(path, count);
+    const RawDatabase raw(path);
+    raw.SetCache();
+    const auto store = OpenStore(u"SQL", path);
     Ref<easyImpl::ISimplifiedStoreImpl> provider;
     Require(!Failed(MakeSimplifiedStore(store.Get(), nullptr, provider.Put())), "no provider");
-    std::printf("%lld elements\n\n%-34s %13s %13s %8s\n", static_cast<long long>(count), "",
-                "collection", "by hand", "ratio");
+    std::printf("%lld elements\n\n%-34s %13s %13s %8s\n", count, "", "collection", "by hand",
+                "ratio");
     CompareLists(*provider, *store, raw, rounds);
     CompareHits(*provider, *store, raw, rounds);
-    sqlite3_close(raw);
-  } catch (const Exception& error) {
-    std::fprintf(stderr, "collections_bench: %d %s\n", error.code,
-                 cor::ToUtf8(error.message).c_str());
-    failed = 1;
-  }
-  HostCleanup();
+  });
   std::filesystem::remove(path);
-  return failed;
 }

@@ -1,11 +1,9 @@
 // bench/ConditionsBench.cpp - building a query's conditions, beside the least that any collection
 // of them has to do: keep the fields of each, and a logic text that grows by a name each time.
-#include <algorithm>
-#include <cstdio>
 #include <string>
 #include <vector>
 
-#include "Timing.h"
+#include "Bench.h"
 #include "query/conditions/ConditionCollImpl.h"
 
 namespace {
@@ -17,13 +15,6 @@ using hv::vex::easyImpl::CConditionCollImpl;
 using hv::vex::easyImpl::IConditionImpl;
 
 constexpr std::u16string_view kValue = u"the value of a condition";
-
-template <class Work>
-double BestMilliseconds(Work work) {
-  double best = 1e9;
-  for (int round = 0; round < 7; ++round) best = std::min(best, Milliseconds(work));
-  return best;
-}
 
 std::size_t Build(int count, std::u16string_view logic) {
   const auto conditions = hv::MakeRef<CConditionCollImpl>(nullptr);
@@ -37,11 +28,7 @@ std::size_t Build(int count, std::u16string_view logic) {
 
 std::size_t BuildPlain(int count) {
   struct Fields {
-    WString name;
-    WString type;
-    WString property;
-    WString op;
-    WString text;
+    WString name, type, property, op, text;
     Variant value;
   };
   std::vector<Fields> all;
@@ -61,14 +48,12 @@ int main() {
   std::printf("%-10s %-22s %12s %12s %7s\n", "conditions", "logic", "Add, ms", "plain, ms",
               "ratio");
   for (const int count : {100, 1000, 4000}) {
-    const double plain = BestMilliseconds([&] { check += BuildPlain(count); });
-    const std::pair<const char*, std::u16string_view> logics[] = {
-        {"none", u""},
-        {"chain of AND", u"AND"},
-        {"chain of OR", u"OR"},
-        {"mixed", u"(C1) OR (C2 AND C1)"}};
-    for (const auto& [name, logic] : logics) {
-      const double spent = BestMilliseconds([&] { check += Build(count, logic); });
+    const double plain = Fastest(InTurns(7, [&] { check += BuildPlain(count); })[0]);
+    for (const auto& [name, logic] : {std::pair{"none", u""},
+                                      {"chain of AND", u"AND"},
+                                      {"chain of OR", u"OR"},
+                                      {"mixed", u"(C1) OR (C2 AND C1)"}}) {
+      const double spent = Fastest(InTurns(7, [&] { check += Build(count, logic); })[0]);
       std::printf("%-10d %-22s %12.2f %12.2f %7.1f\n", count, name, spent, plain, spent / plain);
     }
   }

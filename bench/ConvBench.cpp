@@ -1,22 +1,17 @@
 // bench/ConvBench.cpp - times and numbers to and from text beside the same done with the standard
 // library's conversions, and the order of mixed values beside a sort of plain numbers.
 // Usage: conv_bench [COUNT]   (1000000 unless told otherwise)
-#include <algorithm>
-#include <array>
 #include <charconv>
 #include <chrono>
 #include <cmath>
-#include <cstdio>
-#include <cstdlib>
-#include <ctime>
 #include <numeric>
 #include <random>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include <storefabric/Variant.h>
 
+#include "Bench.h"
 #include "automation/conv/AutomationDate.h"
 #include "automation/conv/DisplayText.h"
 #include "automation/conv/ValueOrder.h"
@@ -31,50 +26,27 @@ using hv::Variant;
 using hv::WString;
 using namespace hv::util::conv;
 
-double ProcessorSeconds() {
-  timespec now{};
-  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-  return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
-}
-
-struct Times {
-  double ours = 0;
-  double yardstick = 0;
-};
-
-/// Medians of processor seconds; the two take turns, so that both meet the same machine.
-template <class Ours, class Yardstick>
-Times Measure(Ours ours, Yardstick yardstick) {
-  constexpr std::size_t kRounds = 7;
-  std::array<double, kRounds> times{};
-  std::array<double, kRounds> yardsticks{};
-  for (std::size_t i = 0; i < kRounds; ++i) {
-    const double start = ProcessorSeconds();
-    ours();
-    const double middle = ProcessorSeconds();
-    yardstick();
-    times[i] = middle - start;
-    yardsticks[i] = ProcessorSeconds() - middle;
-  }
-  std::ranges::sort(times);
-  std::ranges::sort(yardsticks);
-  return {times[kRounds / 2], yardsticks[kRounds / 2]};
-}
-
-void Print(const char* what, std::size_t count, Times times) {
-  const auto each = [count](double seconds) { return 1e9 * seconds / static_cast<double>(count); };
-  std::printf("%-34s %10.1f %12.1f %7.2f\n", what, each(times.ours), each(times.yardstick),
-              times.ours / times.yardstick);
-}
-
 /// Keeps the work from being left out.
 volatile double g_sink = 0;
 
-void Require(bool condition, const char* what) {
-  if (condition) return;
-  std::fprintf(stderr, "not the same: %s\n", what);
-  std::exit(1);
+/// Work that does the same with each of many values.
+template <class Values, class One>
+auto Each(const Values& values, One one) {
+  return [&values, one] {
+    for (const auto& value : values) g_sink = static_cast<double>(one(value));
+  };
 }
+
+/// Takes the medians of both and prints the nanoseconds a value.
+template <class Ours, class Yardstick>
+void Measure(const char* what, std::size_t count, const Ours& ours, const Yardstick& yardstick) {
+  const auto times = InTurns(7, ours, yardstick);
+  const double each = 1e6 / static_cast<double>(count);
+  std::printf("%-34s %10.1f %12.1f %7.2f\n", what, each * Median(times[0]), each * Median(times[1]),
+              Median(times[0]) / Median(times[1]));
+}
+
+using Buffer = std::array<char, 64>;
 
 /// Numbers to text and back.
 void MeasureNumbers(const std::vector<double>& numbers) {
@@ -84,39 +56,24 @@ void MeasureNumbers(const std::vector<double>& numbers) {
   for (std::size_t i = 0; i < count; ++i) {
     texts[i] = ShortestText(numbers[i]);
     wide[i].assign(texts[i].begin(), texts[i].end());
-    Require(ReadDecimal(texts[i]) == numbers[i], "a number read");
+    Require(ReadDecimal(texts[i]) == numbers[i], "a number read isn't the same");
   }
-  Print("print a number", count,
-        Measure(
-            [&] {
-              for (const double number : numbers) g_sink = ShortestText(number).back();
-            },
-            [&] {
-              std::array<char, 64> text{};
-              for (const double number : numbers)
-                g_sink = *(std::to_chars(text.data(), text.data() + 64, number).ptr - 1);
-            }));
-  const auto fromChars = [&] {
-    for (const std::string& text : texts) {
-      double value = 0;
-      std::from_chars(text.data(), text.data() + text.size(), value);
-      g_sink = value;
-    }
-  };
-  Print("read a number", count,
-        Measure(
-            [&] {
-              for (const std::string& text : texts) g_sink = ReadDecimal(text);
-            },
-            fromChars));
+  Buffer bare{};
+  Measure("print a number", count, Each(numbers, [](double n) { return ShortestText(n).back(); }),
+          Each(numbers,
+               [&](double n) { return *(std::to_chars(bare.data(), &bare.back(), n).ptr - 1); }));
+  const auto fromChars = Each(texts, [](const std::string& text) {
+    double value = 0;
+    std::from_chars(text.data(), text.data() + text.size(), value);
+    return value;
+  });
+  Measure("read a number", count,
+          Each(texts, [](const std::string& text) { return ReadDecimal(text); }), fromChars);
   const auto format = CreateNumericFormat();
-  Print("read a wide number by its format", count,
-        Measure(
-            [&] {
-              for (const std::u16string& text : wide)
-                g_sink = format->ToDouble(text.c_str(), nullptr);
-            },
-            fromChars));
+  Measure("read a wide number by its format", count,
+          Each(wide,
+               [&](const std::u16string& text) { return format->ToDouble(text.c_str(), nullptr); }),
+          fromChars);
 }
 
 /// A moment by the standard library alone.
@@ -143,36 +100,32 @@ char* PutPadded(std::uint64_t number, std::uint64_t one, char* out) {
 }
 
 /// The fields in an order, with a literal behind each ('\0' for none) and some decimals.
-char* PutMoment(const Moment& moment, std::string_view order, std::string_view literals,
+/// \return the texts' end
+char* PutMoment(const TimeValue& time, std::string_view order, std::string_view literals,
                 char* out) {
-  for (std::size_t i = 0; i < order.size(); ++i) {
-    switch (order[i]) {
+  const Moment moment = MomentOf(time);
+  const auto put = [&](char field) {
+    switch (field) {
       case 'Y':
-        out =
-            PutPadded(static_cast<std::uint64_t>(static_cast<int>(moment.day.year())), 10'000, out);
-        break;
+        return PutPadded(static_cast<unsigned>(static_cast<int>(moment.day.year())), 10'000, out);
       case 'M':
-        out = PutPadded(static_cast<unsigned>(moment.day.month()), 100, out);
-        break;
+        return PutPadded(static_cast<unsigned>(moment.day.month()), 100, out);
       case 'D':
-        out = PutPadded(static_cast<unsigned>(moment.day.day()), 100, out);
-        break;
+        return PutPadded(static_cast<unsigned>(moment.day.day()), 100, out);
       case 'h':
-        out = PutPadded(moment.second / 3600, 100, out);
-        break;
+        return PutPadded(moment.second / 3600, 100, out);
       case 'm':
-        out = PutPadded(moment.second / 60 % 60, 100, out);
-        break;
+        return PutPadded(moment.second / 60 % 60, 100, out);
       case 's':
-        out = PutPadded(moment.second % 60, 100, out);
-        break;
+        return PutPadded(moment.second % 60, 100, out);
       case 'n':
-        out = PutPadded(moment.nanosecond, 1'000'000'000, out);
-        break;
+        return PutPadded(moment.nanosecond, 1'000'000'000, out);
       default:
-        out = PutPadded(moment.nanosecond / 1'000'000, 1'000, out);
-        break;
+        return PutPadded(moment.nanosecond / 1'000'000, 1'000, out);
     }
+  };
+  for (std::size_t i = 0; i < order.size(); ++i) {
+    out = put(order[i]);
     if (literals[i] != '\0') *out++ = literals[i];
   }
   return out;
@@ -199,149 +152,114 @@ std::int64_t ReadMoment(const char* text, std::string_view order, std::string_vi
 
 /// Times to text and back, beside the standard library's calendar and conversions of fields.
 void MeasureTimes(const std::vector<TimeValue>& times) {
-  constexpr std::string_view kNone("\0\0\0\0\0\0\0\0", 8);
-  constexpr std::string_view kLiterals(".. ::.\0", 7);
+  Buffer bare{};
+  const auto putDigits = [&](const TimeValue& time) {
+    return PutMoment(time, "YMDhmsn", {"\0\0\0\0\0\0\0", 7}, bare.data());
+  };
+  const auto putPattern = [&](const TimeValue& time) {
+    return PutMoment(time, "DMYhmsf", {".. ::.\0", 7}, bare.data());
+  };
+  const auto readDigits = [](const std::string& text) {
+    return ReadMoment(text.data(), "YMDhmsfun", "422222333");
+  };
   const std::size_t count = times.size();
-  std::vector<std::string> texts(count);
-  for (std::size_t i = 0; i < count; ++i) texts[i] = times[i].ToText();
-
   std::string digits;
-  std::array<char, 64> bare{};
-  for (const TimeValue& time : times) {
-    const char* end = PutMoment(MomentOf(time), "YMDhmsn", kNone, bare.data());
-    time.ToText(&digits);
-    Require(digits == std::string_view(bare.data(), static_cast<std::size_t>(end - bare.data())),
-            "23 digits");
-    const TimeValue back = TimeValue::FromText(digits);
-    Require(back.seconds == time.seconds &&
-                back.seconds == ReadMoment(digits.data(), "YMDhmsfun", "422222333"),
-            "23 digits read");
-  }
-  Print("print 23 digits", count,
-        Measure(
-            [&] {
-              for (const TimeValue& time : times) {
-                time.ToText(&digits);
-                g_sink = digits[22];
-              }
-            },
-            [&] {
-              for (const TimeValue& time : times)
-                g_sink = *(PutMoment(MomentOf(time), "YMDhmsn", kNone, bare.data()) - 1);
-            }));
-  Print("read 23 digits", count,
-        Measure(
-            [&] {
-              for (const std::string& text : texts)
-                g_sink = static_cast<double>(TimeValue::FromText(text).seconds);
-            },
-            [&] {
-              for (const std::string& text : texts)
-                g_sink = static_cast<double>(ReadMoment(text.data(), "YMDhmsfun", "422222333"));
-            }));
-
-  // Whole milliseconds, of which the pattern shows no digit more.
+  std::vector<std::string> texts(count), narrow(count);
   std::vector<TimeRecord> records(count);
-  for (std::size_t i = 0; i < count; ++i) {
-    TimeParts parts = times[i].ToParts();
-    parts.microsecond = parts.nanosecond = 0;
-    records[i] = TimeValue::FromParts(parts).ToRecord();
-  }
+  std::vector<WString> printed(count);
   const auto format = CreateTimeFormat();
   format->SetPattern(u"DD.MM.YYYY hh:mm:ss.fff");
-  WString text;
-  std::vector<std::string> narrow(count);
-  std::vector<WString> printed(count);
   for (std::size_t i = 0; i < count; ++i) {
+    const TimeValue& time = times[i];
+    texts[i] = time.ToText();
+    Require(texts[i] == std::string(bare.data(), putDigits(time)), "23 digits differ");
+    const TimeValue back = TimeValue::FromText(texts[i]);
+    Require(back.seconds == time.seconds && back.seconds == readDigits(texts[i]),
+            "23 digits read differ");
+    // Whole milliseconds, of which the pattern shows no digit more.
+    TimeParts parts = time.ToParts();
+    parts.microsecond = parts.nanosecond = 0;
+    records[i] = TimeValue::FromParts(parts).ToRecord();
     format->Format(&printed[i], records[i]);
-    const char* end = PutMoment(MomentOf(times[i]), "DMYhmsf", kLiterals, bare.data());
     narrow[i] = hv::cor::ToUtf8(printed[i]);
-    Require(narrow[i] == std::string_view(bare.data(), static_cast<std::size_t>(end - bare.data())),
-            "a time by a pattern");
-    TimeRecord time;
-    Require(format->Parse(&time, printed[i]) == records[i] ||
-                std::fabs(time.fraction - records[i].fraction) < 1e-9,
-            "a time read by a pattern");
+    Require(narrow[i] == std::string(bare.data(), putPattern(time)), "times by a pattern differ");
+    TimeRecord read;
+    Require(format->Parse(&read, printed[i]) == records[i] ||
+                std::fabs(read.fraction - records[i].fraction) < 1e-9,
+            "a time read by a pattern differs");
   }
-  Print("print by a pattern", count,
-        Measure(
-            [&] {
-              for (const TimeValue& time : times) {
-                format->Format(&text, time.ToRecord());
-                g_sink = text[0];
-              }
-            },
-            [&] {
-              for (const TimeValue& time : times)
-                g_sink = *(PutMoment(MomentOf(time), "DMYhmsf", kLiterals, bare.data()) - 1);
-            }));
-  Print("read by a pattern", count,
-        Measure(
-            [&] {
-              TimeRecord time;
-              for (const WString& line : printed)
-                g_sink =
-                    static_cast<double>(TimeValue::FromRecord(format->Parse(&time, line)).seconds);
-            },
-            [&] {
-              for (const std::string& line : narrow)
-                g_sink = static_cast<double>(ReadMoment(line.data(), "DMYhmsf", "2242223"));
-            }));
-  Print("to a date and back", count,
-        Measure(
-            [&] {
-              for (const TimeValue& time : times)
-                g_sink = static_cast<double>(FromAutomationDate(ToAutomationDate(time)).seconds);
-            },
-            [&] {
-              for (const TimeValue& time : times) {
-                const double date = static_cast<double>(time.seconds) / 86'400 + 1462;
-                const Moment moment = MomentOf(
-                    {0, static_cast<std::int64_t>(std::floor((date - 1462) * 86'400 + 0.5))});
-                g_sink = static_cast<unsigned>(moment.day.day());
-              }
-            }));
+  Measure("print 23 digits", count,
+          Each(times,
+               [&](const TimeValue& time) {
+                 time.ToText(&digits);
+                 return digits[22];
+               }),
+          Each(times, [&](const TimeValue& time) { return *(putDigits(time) - 1); }));
+  Measure("read 23 digits", count,
+          Each(texts, [](const std::string& text) { return TimeValue::FromText(text).seconds; }),
+          Each(texts, readDigits));
+  WString text;
+  Measure("print by a pattern", count,
+          Each(times,
+               [&](const TimeValue& time) {
+                 format->Format(&text, time.ToRecord());
+                 return text[0];
+               }),
+          Each(times, [&](const TimeValue& time) { return *(putPattern(time) - 1); }));
+  TimeRecord time;
+  Measure("read by a pattern", count,
+          Each(printed,
+               [&](const WString& line) {
+                 return TimeValue::FromRecord(format->Parse(&time, line)).seconds;
+               }),
+          Each(narrow, [](const std::string& line) {
+            return ReadMoment(line.data(), "DMYhmsf", "2242223");
+          }));
+  Measure(
+      "to a date and back", count,
+      Each(times,
+           [](const TimeValue& one) { return FromAutomationDate(ToAutomationDate(one)).seconds; }),
+      Each(times, [](const TimeValue& one) {
+        const double date = static_cast<double>(one.seconds) / 86'400 + 1462;
+        const Moment moment =
+            MomentOf({0, static_cast<std::int64_t>(std::floor((date - 1462) * 86'400 + 0.5))});
+        return static_cast<unsigned>(moment.day.day());
+      }));
 }
 
 /// A sort of values of all kinds beside one of plain numbers.
 void MeasureOrder(const std::vector<double>& numbers, bool withTexts) {
   std::vector<Variant> values;
   for (std::size_t i = 0; i < numbers.size(); ++i) {
-    switch (i % 5) {
-      case 0:
-        values.push_back(Variant::R8(numbers[i]));
-        break;
-      case 1:
-        values.push_back(Variant::I4(static_cast<std::int32_t>(i * 7919 % 1000003)));
-        break;
-      case 2:
-        values.push_back(Variant::Date(30000 + static_cast<double>(i * 7919 % 1000003) / 50));
-        break;
-      case 3:
-        values.push_back(Variant());
-        break;
-      default:
-        values.push_back(
-            withTexts
-                ? Variant::Text(u"Run " + std::u16string(1, static_cast<char16_t>(u'a' + i % 26)) +
-                                std::u16string(1, static_cast<char16_t>(u'0' + i / 26 % 10)))
-                : Variant::I2(static_cast<std::int16_t>(i)));
-    }
+    const auto mixed = static_cast<std::int32_t>(i * 7919 % 1000003);
+    const char16_t text[] = {u'R',
+                             u'u',
+                             u'n',
+                             u' ',
+                             static_cast<char16_t>(u'a' + i % 26),
+                             static_cast<char16_t>(u'0' + i / 26 % 10),
+                             u'\0'};
+    const Variant kinds[] = {
+        Variant::R8(numbers[i]), Variant::I4(mixed),
+        Variant::Date(30000 + static_cast<double>(mixed) / 50), Variant(),
+        withTexts ? Variant::Text(text) : Variant::I2(static_cast<std::int16_t>(i))};
+    values.push_back(kinds[i % 5]);
   }
-  Print(withTexts ? "sort mixed values, with texts" : "sort mixed values, no texts", values.size(),
-        Measure([&] { g_sink = static_cast<double>(AscendingOrder(values)[0]); },
-                [&] {
-                  std::vector<std::size_t> order(numbers.size());
-                  std::iota(order.begin(), order.end(), std::size_t{0});
-                  std::ranges::stable_sort(order, {}, [&](std::size_t i) { return numbers[i]; });
-                  g_sink = static_cast<double>(order[0]);
-                }));
+  Measure(
+      withTexts ? "sort mixed values, with texts" : "sort mixed values, no texts", values.size(),
+      [&] { g_sink = static_cast<double>(AscendingOrder(values)[0]); },
+      [&] {
+        std::vector<std::size_t> order(numbers.size());
+        std::iota(order.begin(), order.end(), std::size_t{0});
+        std::ranges::stable_sort(order, {}, [&](std::size_t i) { return numbers[i]; });
+        g_sink = static_cast<double>(order[0]);
+      });
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  const std::size_t count = argc > 1 ? std::strtoul(argv[1], nullptr, 10) : 1'000'000;
+  const auto count = static_cast<std::size_t>(Argument(argc, argv, 1, 1'000'000));
   if (count == 0) return 2;
   std::mt19937_64 random(3);
   std::vector<double> numbers;

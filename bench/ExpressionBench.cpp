@@ -1,16 +1,8 @@
 // bench/ExpressionBench.cpp - writing the expression of a query beside putting the same text
 // together from its pieces, which are known there. Rounds of both alternate; the best count.
-#include <algorithm>
-#include <cstdio>
-#include <cstdlib>
-#include <string>
-
-#include "Timing.h"
+#include "AttachedEngine.h"
 #include "query/objects/DataStoreAdvancedQueryImpl.h"
 #include "query/objects/DataStoreConfigHelper.h"
-#include "store/core/CoreLibrary.h"
-#include "store/core/IEnvironment.h"
-#include "tests/plugins/TestConfiguration.h"
 
 namespace {
 
@@ -21,13 +13,6 @@ using hv::WString;
 namespace vex = hv::vex;
 
 constexpr std::u16string_view kValue = u"the <value> of a condition*";
-constexpr int kRounds = 15;
-
-void Require(bool holds, const char* what) {
-  if (holds) return;
-  std::fprintf(stderr, "expression_bench: %s\n", what);
-  std::exit(1);
-}
 
 /// Names and sizes in turns, of results and of the steps above them.
 Ref<vex::CDataStoreAdvancedQueryImpl> MakeQuery(vex::IStore& store, int count) {
@@ -64,19 +49,17 @@ std::u16string ByHand(int count) {
 
 void Measure(vex::IStore& store, int count) {
   const auto query = MakeQuery(store, count);
-  double written = 1e9;
-  double joined = 1e9;
   WString text;
   std::u16string same;
-  for (int round = 0; round < kRounds; ++round) {
-    written =
-        std::min(written, Milliseconds([&] {
-                   const auto config = MakeRef<vex::CDataStoreConfigHelper>(&store);
-                   Require(!hv::Failed(query->GetExpressionWithReturnType(&text, *config, 200)),
-                           "the expression can't be written");
-                 }));
-    joined = std::min(joined, Milliseconds([&] { same = ByHand(count); }));
-  }
+  const auto times = InTurns(
+      15,
+      [&] {
+        const auto config = MakeRef<vex::CDataStoreConfigHelper>(&store);
+        Require(!hv::Failed(query->GetExpressionWithReturnType(&text, *config, 200)),
+                "the expression can't be written");
+      },
+      [&] { same = ByHand(count); });
+  const double written = Fastest(times[0]), joined = Fastest(times[1]);
   Require(text.EqualsExact(same), "the texts differ");
   std::printf("%8d %10zu %12.3f %12.3f %10.2f %14.0f\n", count, same.size(), written, joined,
               written / joined, written * 1e6 / count);
@@ -85,15 +68,10 @@ void Measure(vex::IStore& store, int count) {
 }  // namespace
 
 int main() {
-  const hv::test::TestConfiguration configuration(HV_BINARY_DIR "/lib");
-  vex::HostInit();
-  {
-    const auto store = Ref<vex::IStore>::Adopt(vex::GetEngineEnvironment()->OpenStoreByParameter(
-        u"", u"ATFX", hv::cor::FromUtf8("<filename>" HV_STORE_FILE "</filename>"), 0));
-    Require(bool(store), "the store can't be opened");
+  WithEngine([] {
+    const auto store = OpenStore(u"ATFX", HV_STORE_FILE);
     std::printf("%8s %10s %12s %12s %10s %14s\n", "count", "units", "written ms", "joined ms",
                 "ratio", "ns/condition");
     for (const int count : {100, 1000, 10000}) Measure(*store, count);
-  }
-  vex::HostCleanup();
+  });
 }

@@ -1,21 +1,17 @@
 // bench/QueryBench.cpp - queries in memory, beside loops written by hand over plain vectors.
 // Usage: query_bench [records] [rounds]. Both find the same records, which is checked; medians
 // count.
-#include <algorithm>
-#include <chrono>
-#include <cstdio>
-#include <cstdlib>
 #include <functional>
 #include <random>
 #include <string>
-#include <vector>
 
-#include "core/model/ModelBuilder.h"
+#include "Bench.h"
 #include "core/query/QueryBinder.h"
 #include "core/query/QueryReader.h"
 #include "core/query/QueryWriter.h"
 #include "core/query/TextMatch.h"
 #include "core/store/memory/MemoryBuilder.h"
+#include "tests/core/model/ModelText.h"
 #include "xml/SaxParser.h"
 
 namespace {
@@ -37,57 +33,28 @@ struct Campaign {
 Campaign MakeCampaign(std::size_t count) {
   Campaign campaign;
   std::mt19937_64 random(7);
-  for (int i = 0; i < 200; ++i) {
-    const std::string name = "Bench " + std::to_string(i);
-    campaign.benches.emplace_back(name.begin(), name.end());
-  }
+  for (int i = 0; i < 200; ++i) campaign.benches.push_back(Wide("Bench " + std::to_string(i)));
   constexpr const char* kKinds[] = {"Run up ", "Run down ", "Idle ", "Gear shift "};
   for (std::size_t i = 0; i < count; ++i) {
     const std::string name = kKinds[random() % 4] + std::to_string(random() % count);
-    campaign.runs.push_back({std::u16string(name.begin(), name.end()),
-                             static_cast<std::int64_t>(random() % 7),
+    campaign.runs.push_back({Wide(name), static_cast<std::int64_t>(random() % 7),
                              static_cast<double>(random() % 10000) / 100.0, random() % 200});
   }
   return campaign;
 }
 
-AttributeSpec Named(const char16_t* name, const char16_t* base) {
-  AttributeSpec spec;
-  spec.name = name;
-  spec.baseAttribute = base;
-  return spec;
-}
-
-AttributeSpec Typed(const char16_t* name, OdsType type) {
-  AttributeSpec spec;
-  spec.name = name;
-  spec.type = TypeName{type, false};
-  return spec;
-}
-
-RelationSpec Rel(const char16_t* name, const char16_t* target, const char16_t* base,
-                 const char16_t* inverse, std::int32_t maximum) {
-  RelationSpec spec;
-  spec.name = name;
-  spec.refTo = target;
-  spec.baseRelation = base;
-  spec.inverseName = inverse;
-  spec.maxOccurs = maximum;
-  return spec;
-}
-
 std::unique_ptr<RecordStore> MakeStore(const Campaign& campaign) {
   ModelBuilder model(u"asam36");
-  model.BeginEntity(u"Bench", u"AoTest");
-  model.AddAttribute(Named(u"Id", u"id"));
-  model.AddAttribute(Named(u"Name", u"name"));
-  model.AddRelation(Rel(u"Runs", u"Run", u"children", u"Bench", kMany));
-  model.BeginEntity(u"Run", u"AoMeasurement");
-  model.AddAttribute(Named(u"Id", u"id"));
-  model.AddAttribute(Named(u"Name", u"name"));
-  model.AddAttribute(Typed(u"Gear", OdsType::Short));
-  model.AddAttribute(Typed(u"Load", OdsType::Double));
-  model.AddRelation(Rel(u"Bench", u"Bench", u"test", u"Runs", 1));
+  Declare(model, R"(element Bench AoTest
+attr Id base=id
+attr Name base=name
+rel Runs to=Run base=children max=Many inverse=Bench
+element Run AoMeasurement
+attr Id base=id
+attr Name base=name
+attr Gear type=DT_SHORT
+attr Load type=DT_DOUBLE
+rel Bench to=Bench base=test max=1 inverse=Runs)");
   MemoryBuilder builder(model.Build());
   const Entity& bench = *builder.GetModel().Find(u"Bench");
   const Entity& run = *builder.GetModel().Find(u"Run");
@@ -107,18 +74,6 @@ std::unique_ptr<RecordStore> MakeStore(const Campaign& campaign) {
   return builder.Finish({}, nullptr);
 }
 
-double MedianSeconds(int rounds, const std::function<void()>& body) {
-  std::vector<double> seconds;
-  for (int i = 0; i < rounds; ++i) {
-    const auto start = std::chrono::steady_clock::now();
-    body();
-    seconds.push_back(
-        std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
-  }
-  std::sort(seconds.begin(), seconds.end());
-  return seconds[seconds.size() / 2];
-}
-
 struct Case {
   const char* label;
   std::u16string_view expression;
@@ -132,8 +87,8 @@ bool StartsWithFolded(std::u16string_view text, std::u16string_view prefix) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  const std::size_t count = argc > 1 ? std::strtoull(argv[1], nullptr, 10) : 200000;
-  const int rounds = argc > 2 ? std::atoi(argv[2]) : 9;
+  const auto count = static_cast<std::size_t>(Argument(argc, argv, 1, 200'000));
+  const long long rounds = Argument(argc, argv, 2, 9);
   const Campaign campaign = MakeCampaign(count);
   const hv::xml::XmlRuntime xml;
   const std::unique_ptr<RecordStore> store = MakeStore(campaign);
@@ -151,29 +106,27 @@ int main(int argc, char** argv) {
                 StartsWithFolded(all.benches[run.bench], u"bench 1");
        }},
   };
-  std::printf("%zu records, medians of %d rounds; text of the query to the ids of the hits\n",
+  std::printf("%zu records, medians of %lld rounds; text of the query to the ids of the hits\n",
               count, rounds);
   std::printf("%-34s %9s %16s %12s %7s\n", "query for", "hits", "records/s", "by hand/s", "ratio");
   for (const Case& c : cases) {
     const std::u16string text = BuildQueryText(u"Run", true, c.expression);
-    std::vector<RecordId> hits;
-    const double query = MedianSeconds(rounds, [&] {
-      hits = store->Select(BindQuery(ReadQuery(text), *store->GetModel()).front());
-    });
-    std::vector<RecordId> expected;
-    const double hand = MedianSeconds(rounds, [&] {
-      expected.clear();
-      for (std::size_t i = 0; i < campaign.runs.size(); ++i) {
-        if (c.byHand(campaign, campaign.runs[i])) expected.push_back(static_cast<RecordId>(i + 1));
-      }
-    });
-    if (hits != expected) {
-      std::fprintf(stderr, "query_bench: the two don't find the same for \"%s\"\n", c.label);
-      return 1;
-    }
+    std::vector<RecordId> hits, expected;
+    const auto times = InTurns(
+        rounds,
+        [&] { hits = store->Select(BindQuery(ReadQuery(text), *store->GetModel()).front()); },
+        [&] {
+          expected.clear();
+          for (std::size_t i = 0; i < campaign.runs.size(); ++i) {
+            if (c.byHand(campaign, campaign.runs[i])) {
+              expected.push_back(static_cast<RecordId>(i + 1));
+            }
+          }
+        });
+    Require(hits == expected, ("the two don't find the same for " + std::string(c.label)).c_str());
+    const double query = Median(times[0]) / 1e3, hand = Median(times[1]) / 1e3;
     std::printf("%-34s %9zu %16.0f %12.0f %7.2f\n", c.label, hits.size(),
                 static_cast<double>(count) / query, static_cast<double>(count) / hand,
                 query / hand);
   }
-  return 0;
 }

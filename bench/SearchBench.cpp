@@ -1,20 +1,11 @@
 // bench/SearchBench.cpp - a search by name from its conditions to the last hit's name and four
 // properties, beside hand-written SQL through the bare interface that fetches the same. Usage:
 // search_bench [runs] [rounds] [folder]. With a folder the database stays there for the next time.
-#include <sqlite3.h>
-
-#include <algorithm>
-#include <cstdio>
-#include <cstdlib>
-#include <filesystem>
-#include <string>
-#include <vector>
-
 #include <storefabric/DataType.h>
 #include <storefabric/Object.h>
 
 #include "BenchDatabase.h"
-#include "Timing.h"
+#include "RawDatabase.h"
 #include "core/objects/FreeContainer.h"
 #include "store/core/Seam.h"
 
@@ -26,12 +17,6 @@ namespace vex = hv::vex;
 
 constexpr int kLimit = 10'000;
 
-void Require(bool holds, const char* what) {
-  if (holds) return;
-  std::fprintf(stderr, "search_bench: %s\n", what);
-  std::exit(1);
-}
-
 /// What both sides fetch, folded into one number each, so that they can be compared.
 struct Fetched {
   std::size_t hits = 0;
@@ -40,7 +25,9 @@ struct Fetched {
   friend bool operator==(const Fetched&, const Fetched&) = default;
 };
 
+/// The query, and the limit set for it.
 Object MakeQuery(const Object& store) {
+  store.Call("Results").Set("MaxCount", kLimit);
   const Object query = store.Call("CreateQuery");
   query.Set("ReturnType", "Run");
   const Object conditions = query.Call("Conditions");
@@ -52,9 +39,7 @@ Object MakeQuery(const Object& store) {
 
 Fetched FetchByName(const Object& store) {
   Fetched fetched;
-  const Object query = MakeQuery(store);
-  store.Call("Results").Set("MaxCount", kLimit);
-  store.Call("Search", query);
+  store.Call("Search", MakeQuery(store));
   for (const Object& hit : store.Call("Results")) {
     ++fetched.hits;
     fetched.names += hit.Text("Name").size();
@@ -67,11 +52,12 @@ Fetched FetchByName(const Object& store) {
   return fetched;
 }
 
-const hv::Variant& Columns() {
-  static const hv::Variant columns = hv::Variant::Array(
-      {hv::Variant::Text(u"Name"), hv::Variant::Text(u"Id"), hv::Variant::Text(u"Load"),
-       hv::Variant::Text(u"State"), hv::Variant::Text(u"Begun")});
-  return columns;
+constexpr const char16_t* kColumns[] = {u"Name", u"Id", u"Load", u"State", u"Begun"};
+
+hv::Variant Columns() {
+  std::vector<hv::Variant> columns;
+  for (const char16_t* name : kColumns) columns.push_back(hv::Variant::Text(name));
+  return hv::Variant::Array(std::move(columns));
 }
 
 Fetched Fold(const hv::Variant& columns) {
@@ -90,17 +76,13 @@ Fetched Fold(const hv::Variant& columns) {
 
 /// The same by columns of the results.
 Fetched FetchColumns(const Object& store) {
-  const Object query = MakeQuery(store);
-  store.Call("Results").Set("MaxCount", kLimit);
-  store.Call("Search", query);
+  store.Call("Search", MakeQuery(store));
   return Fold(store.Call("Results").Value("ReadColumns", Columns()));
 }
 
 /// The same by columns that come with the search.
 Fetched SearchForColumns(const Object& store) {
-  const Object query = MakeQuery(store);
-  store.Call("Results").Set("MaxCount", kLimit);
-  return Fold(store.Value("SearchColumns", query, Columns()));
+  return Fold(store.Value("SearchColumns", MakeQuery(store), Columns()));
 }
 
 /// Days since 1899-12-30 at noon, of dates as the bench database has them.
@@ -123,9 +105,7 @@ Fetched FetchFromEngine(hv::vex::IStore& store, std::u16string_view queryText) {
   names->SetType(hv::vex::eString);
   const auto texts = Ref<vex::IAttribute>::Adopt(names->GetAttribute(u""));
   std::uint64_t count = 0;
-  for (const char16_t* name : {u"Name", u"Id", u"Load", u"State", u"Begun"}) {
-    texts->SetText(count++, name);
-  }
+  for (const char16_t* name : kColumns) texts->SetText(count++, name);
   const auto table = Ref<vex::IValueTable>::Adopt(reader->ReadQuery(queryText, names.Get()));
   Ref<vex::IInstList>::Adopt(table->GetInstances())->Truncate(kLimit);
   Fetched fetched;
@@ -141,36 +121,30 @@ Fetched FetchFromEngine(hv::vex::IStore& store, std::u16string_view queryText) {
 
 /// The search alone, with no hit looked at.
 std::size_t SearchByName(const Object& store) {
-  const Object query = MakeQuery(store);
-  store.Call("Results").Set("MaxCount", kLimit);
-  store.Call("Search", query);
+  store.Call("Search", MakeQuery(store));
   return static_cast<std::size_t>(store.Call("Results").Integer("Count"));
 }
 
-Fetched FetchByHand(sqlite3* database) {
+Fetched FetchByHand(const RawDatabase& database) {
   Fetched fetched;
-  sqlite3_stmt* statement = nullptr;
-  sqlite3_prepare_v2(database,
-                     "SELECT r.RUN_ID, r.NAME, r.LOAD, r.STATE, r.BEGUN FROM RUN r JOIN TEST t ON"
-                     " t.TEST_ID=r.TEST WHERE coalesce(t.NAME_F,t.NAME)>=?1 AND"
-                     " coalesce(t.NAME_F,t.NAME)<?2 AND r.LOAD>=?3 AND r.STATE=?4"
-                     " ORDER BY r.RUN_ID LIMIT ?5",
-                     -1, &statement, nullptr);
-  Require(statement != nullptr, sqlite3_errmsg(database));
-  sqlite3_bind_text(statement, 1, "test 1", -1, SQLITE_STATIC);
-  sqlite3_bind_text(statement, 2, "test 2", -1, SQLITE_STATIC);
-  sqlite3_bind_double(statement, 3, 50);
-  sqlite3_bind_int(statement, 4, 2);
-  sqlite3_bind_int(statement, 5, kLimit);
-  while (sqlite3_step(statement) == SQLITE_ROW) {
+  Statement row(database,
+                "SELECT r.RUN_ID, r.NAME, r.LOAD, r.STATE, r.BEGUN FROM RUN r JOIN TEST t ON"
+                " t.TEST_ID=r.TEST WHERE coalesce(t.NAME_F,t.NAME)>=?1 AND"
+                " coalesce(t.NAME_F,t.NAME)<?2 AND r.LOAD>=?3 AND r.STATE=?4"
+                " ORDER BY r.RUN_ID LIMIT ?5");
+  sqlite3_bind_text(row.Get(), 1, "test 1", -1, SQLITE_STATIC);
+  sqlite3_bind_text(row.Get(), 2, "test 2", -1, SQLITE_STATIC);
+  sqlite3_bind_double(row.Get(), 3, 50);
+  sqlite3_bind_int(row.Get(), 4, 2);
+  sqlite3_bind_int(row.Get(), 5, kLimit);
+  while (row.Step()) {
     ++fetched.hits;
-    const std::string name = reinterpret_cast<const char*>(sqlite3_column_text(statement, 1));
+    const std::string name = reinterpret_cast<const char*>(sqlite3_column_text(row.Get(), 1));
     fetched.names += name.size();
-    fetched.numbers += static_cast<double>(sqlite3_column_int64(statement, 0)) +
-                       sqlite3_column_double(statement, 2) + sqlite3_column_double(statement, 3);
-    fetched.numbers += DayNumber(sqlite3_column_text(statement, 4));
+    fetched.numbers += static_cast<double>(row.Integer(0)) + sqlite3_column_double(row.Get(), 2) +
+                       sqlite3_column_double(row.Get(), 3);
+    fetched.numbers += DayNumber(sqlite3_column_text(row.Get(), 4));
   }
-  sqlite3_finalize(statement);
   return fetched;
 }
 
@@ -178,10 +152,8 @@ Fetched FetchByHand(sqlite3* database) {
 
 int main(int argc, char** argv) {
   const BenchArguments arguments(argc, argv);
-  const std::int64_t runs = arguments.runs;
-  const int rounds = arguments.rounds;
   const std::filesystem::path path = arguments.Database();
-  if (!std::filesystem::exists(path)) MakeBenchDatabase(path, runs);
+  if (!std::filesystem::exists(path)) MakeBenchDatabase(path, arguments.runs);
 
   const Object environment = Object::Create("VEX.DataStoreEnvironment");
   const Object store = environment.Call("ConnectDataStoreByParameter", "SQL",
@@ -196,45 +168,34 @@ int main(int argc, char** argv) {
   Require(begin != std::u16string::npos && queryText.find(u"limit=") == std::u16string::npos,
           "the query text isn't as expected");
   queryText.insert(begin + 11, u" limit=\"10001\"");
-  sqlite3* raw = nullptr;
-  sqlite3_open(path.c_str(), &raw);
-  sqlite3_exec(raw, "PRAGMA cache_size=-65536", nullptr, nullptr, nullptr);
+  const RawDatabase raw(path);
+  raw.SetCache();
 
-  std::vector<double> all, inColumns, together, engine, search, hand;
+  std::size_t found = 0;
   Fetched ours, columns, joined, engines, theirs;
-  for (int i = 0; i <= rounds; ++i) {
-    const double fetching = Milliseconds([&] { ours = FetchByName(store); });
-    const double inEngine =
-        Milliseconds([&] { engines = FetchFromEngine(*engineStore, queryText); });
-    const double reading = Milliseconds([&] { columns = FetchColumns(store); });
-    const double joining = Milliseconds([&] { joined = SearchForColumns(store); });
-    const double searching =
-        Milliseconds([&] { Require(SearchByName(store) == ours.hits, "the searches differ"); });
-    const double byHand = Milliseconds([&] { theirs = FetchByHand(raw); });
-    Require(ours == theirs && columns == theirs && joined == theirs && engines == theirs &&
-                ours.hits > 0,
-            "the hits differ");
-    if (i == 0) continue;  // fills the caches of both
-    all.push_back(fetching);
-    inColumns.push_back(reading);
-    together.push_back(joining);
-    engine.push_back(inEngine);
-    search.push_back(searching);
-    hand.push_back(byHand);
-  }
-  std::printf("%zu hits of %lld runs, limit %d\n", ours.hits, static_cast<long long>(runs), kLimit);
-  const double yardstick = Median(hand);
+  const auto times = InTurns(
+      arguments.rounds, [&] { ours = FetchByName(store); },
+      [&] { engines = FetchFromEngine(*engineStore, queryText); },
+      [&] { columns = FetchColumns(store); }, [&] { joined = SearchForColumns(store); },
+      [&] { found = SearchByName(store); }, [&] { theirs = FetchByHand(raw); },
+      [&] {
+        Require(ours == theirs && columns == theirs && joined == theirs && engines == theirs &&
+                    found == ours.hits && found > 0,
+                "the hits differ");
+      });
+  std::printf("%zu hits of %lld runs, limit %d\n", ours.hits,
+              static_cast<long long>(arguments.runs), kLimit);
+  const double all = Median(times[0]), search = Median(times[4]), yardstick = Median(times[5]);
   const auto show = [&](const char* what, double time) {
     std::printf("  %-42s %8.1f ms %8.2f\n", what, time, time / yardstick);
   };
   show("by hand", yardstick);
-  show("the search, to the number of hits", Median(search));
-  show("SearchColumns", Median(together));
-  show("  of that the engine", Median(engine));
-  show("Search, then ReadColumns", Median(inColumns));
-  show("Search, then hit by hit", Median(all));
+  show("the search, to the number of hits", search);
+  show("SearchColumns", Median(times[3]));
+  show("  of that the engine", Median(times[1]));
+  show("Search, then ReadColumns", Median(times[2]));
+  show("Search, then hit by hit", all);
   std::printf("  a hit in turn takes %.2f us\n",
-              (Median(all) - Median(search)) * 1e3 / static_cast<double>(ours.hits));
-  sqlite3_close(raw);
+              (all - search) * 1e3 / static_cast<double>(ours.hits));
   if (!arguments.keepsDatabase) std::filesystem::remove(path);
 }

@@ -1,19 +1,12 @@
 // bench/SessionBench.cpp - what it costs to open a session on a database, small and large, beside
 // the bare library that opens the same file and reads its model. Usage: session_bench [records]
 // [rounds]. Rounds of both alternate; medians count.
-#include <sqlite3.h>
 #include <unistd.h>
-
-#include <algorithm>
-#include <cstdio>
-#include <cstdlib>
-#include <filesystem>
-#include <string>
-#include <vector>
 
 #include <storefabric/Object.h>
 
-#include "Timing.h"
+#include "BenchDatabase.h"
+#include "RawDatabase.h"
 #include "store/core/Seam.h"
 
 namespace {
@@ -21,12 +14,6 @@ namespace {
 using hv::Object;
 using hv::Ref;
 namespace vex = hv::vex;
-
-void Require(bool holds, const char* what) {
-  if (holds) return;
-  std::fprintf(stderr, "session_bench: %s\n", what);
-  std::exit(1);
-}
 
 std::string FileTag(const std::filesystem::path& path) {
   return "<filename>" + path.string() + "</filename>";
@@ -37,10 +24,9 @@ Object Connect(const char* plugin, const std::filesystem::path& path) {
       .Call("ConnectDataStoreByParameter", plugin, FileTag(path));
 }
 
-void Execute(sqlite3* database, const std::string& text) {
-  char* message = nullptr;
-  sqlite3_exec(database, text.c_str(), nullptr, nullptr, &message);
-  Require(message == nullptr, message);
+Ref<vex::IEnvironment> EngineOf(const Object& session) {
+  const auto store = hv::QueryRef<vex::IStore>(session.Value("GetVexStore").AsUnknown());
+  return Ref<vex::IEnvironment>::Adopt(store->GetEnvironment());
 }
 
 /// A database of the test bench's model with as many tests, and ten measurements to each.
@@ -48,77 +34,57 @@ void MakeDatabase(const std::filesystem::path& path, long long tests) {
   std::filesystem::remove(path);
   const Object model = Connect("ATFX", HV_MODEL_FILE);
   const auto core = hv::QueryRef<vex::IStore>(model.Value("GetVexStore").AsUnknown());
-  const auto environment = Ref<vex::IEnvironment>::Adopt(core->GetEnvironment());
   Ref<vex::IExporter>::Adopt(
-      environment->CreateExporter(u"SQL", u"", hv::cor::FromUtf8(FileTag(path)), core.Get()))
+      EngineOf(model)->CreateExporter(u"SQL", u"", hv::cor::FromUtf8(FileTag(path)), core.Get()))
       ->Run();
-  sqlite3* database = nullptr;
-  sqlite3_open(path.c_str(), &database);
-  const std::string numbers = "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n LIMIT ";
-  Execute(database, "BEGIN;" + numbers + std::to_string(tests) +
-                        ") INSERT INTO TEST(TEST_ID,NAME) SELECT i,'test '||i FROM n;" + numbers +
-                        std::to_string(tests * 10) +
-                        ") INSERT INTO MEASUREMENT(MEASUREMENT_ID,NAME) SELECT i,'run '||i FROM n;"
-                        "COMMIT");
-  sqlite3_close(database);
+  RawDatabase(path).Execute(
+      "BEGIN;" + InsertNumbered(tests, "TEST(TEST_ID,NAME) SELECT i,'test '||i") +
+      InsertNumbered(tests * 10, "MEASUREMENT(MEASUREMENT_ID,NAME) SELECT i,'run '||i") + "COMMIT");
 }
 
 /// Opens the file and reads every row of the model's tables.
 void OpenByHand(const std::filesystem::path& path) {
-  sqlite3* database = nullptr;
-  sqlite3_open_v2(path.c_str(), &database, SQLITE_OPEN_READWRITE, nullptr);
+  const RawDatabase database(path);
   int rows = 0;
   for (const char* text : {"SELECT * FROM SVCENT", "SELECT * FROM SVCATTR"}) {
-    sqlite3_stmt* statement = nullptr;
-    sqlite3_prepare_v2(database, text, -1, &statement, nullptr);
-    while (sqlite3_step(statement) == SQLITE_ROW) {
-      for (int i = 0; i < sqlite3_column_count(statement); ++i) {
-        (void)sqlite3_column_text(statement, i);
+    Statement row(database, text);
+    for (; row.Step(); ++rows) {
+      for (int i = 0; i < sqlite3_column_count(row.Get()); ++i) {
+        (void)sqlite3_column_text(row.Get(), i);
       }
-      ++rows;
     }
-    sqlite3_finalize(statement);
   }
   Require(rows > 100, "no model");
-  sqlite3_close(database);
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  const long long tests = (argc > 1 ? std::atoll(argv[1]) : 1'000'000) / 10;
-  const int rounds = argc > 2 ? std::atoi(argv[2]) : 21;
+  const long long tests = Argument(argc, argv, 1, 1'000'000) / 10;
+  const long long rounds = Argument(argc, argv, 2, 21);
   const auto folder =
       std::filesystem::temp_directory_path() / ("session_bench_" + std::to_string(::getpid()));
   std::filesystem::create_directories(folder);
-  const std::filesystem::path files[] = {folder / "small.sqlite", folder / "large.sqlite"};
-  MakeDatabase(files[0], 1);
-  MakeDatabase(files[1], tests);
+  const std::pair<std::filesystem::path, long long> sizes[] = {{folder / "small.sqlite", 1},
+                                                               {folder / "large.sqlite", tests}};
+  for (const auto& [file, count] : sizes) MakeDatabase(file, count);
 
   // A process keeps the engine loaded; the first session of all pays for that.
-  const Object keeper = Connect("SQL", files[0]);
-  const auto environment = Ref<vex::IEnvironment>::Adopt(
-      hv::QueryRef<vex::IStore>(keeper.Value("GetVexStore").AsUnknown())->GetEnvironment());
-  std::vector<double> session[2], engine[2], bare[2];
-  for (int i = 0; i < rounds; ++i) {
-    for (const int size : {0, 1}) {
-      const std::filesystem::path& file = files[size];
-      session[size].push_back(
-          Milliseconds([&] { Require(bool(Connect("SQL", file)), "no session"); }));
-      engine[size].push_back(Milliseconds([&] {
-        const auto store = Ref<vex::IStore>::Adopt(
-            environment->OpenStoreByParameter(u"", u"SQL", hv::cor::FromUtf8(FileTag(file)), 0));
-        Require(bool(store), "no store");
-      }));
-      bare[size].push_back(Milliseconds([&] { OpenByHand(file); }));
-    }
-  }
+  const Object keeper = Connect("SQL", sizes[0].first);
+  const auto environment = EngineOf(keeper);
   std::printf("%-22s %10s %10s %10s %8s\n", "", "session", "engine", "bare", "ratio");
-  for (const int size : {0, 1}) {
+  for (const auto& [file, count] : sizes) {
+    const auto times = InTurns(
+        rounds, [&] { Require(bool(Connect("SQL", file)), "no session"); },
+        [&] {
+          const auto store = Ref<vex::IStore>::Adopt(
+              environment->OpenStoreByParameter(u"", u"SQL", hv::cor::FromUtf8(FileTag(file)), 0));
+          Require(bool(store), "no store");
+        },
+        [&] { OpenByHand(file); });
     std::printf("%-22s %7.3f ms %7.3f ms %7.3f ms %8.2f\n",
-                size == 0 ? "11 records" : (std::to_string(tests * 11) + " records").c_str(),
-                Median(session[size]), Median(engine[size]), Median(bare[size]),
-                Median(session[size]) / Median(bare[size]));
+                (std::to_string(count * 11) + " records").c_str(), Median(times[0]),
+                Median(times[1]), Median(times[2]), Median(times[0]) / Median(times[2]));
   }
   std::error_code unused;
   std::filesystem::remove_all(folder, unused);
