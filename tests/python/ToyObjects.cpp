@@ -12,6 +12,12 @@ namespace {
 
 using namespace automation;  // NOLINT: the vocabulary of the tables below
 
+template <class T>
+Result Give(std::type_identity_t<T> value, T* out) {
+  *out = std::move(value);
+  return S_OK;
+}
+
 class CWalk final : public cor::Counted<IVariantIterator> {
  public:
   explicit CWalk(std::vector<Variant> items) : m_items(std::move(items)) {}
@@ -22,10 +28,7 @@ class CWalk final : public cor::Counted<IVariantIterator> {
     *item = m_items[m_next++];
     return item->Is(VT_ERROR) ? E_FAIL : S_OK;
   }
-  Result Reset() override {
-    m_next = 0;
-    return S_OK;
-  }
+  Result Reset() override { return Give(0, &m_next); }
 
  private:
   std::vector<Variant> m_items;
@@ -64,17 +67,12 @@ class CListInt final : public DispatchImpl<CListInt, IDispatch> {
     return S_OK;
   }
   Result get_Count(std::int32_t* out) {
-    *out = static_cast<std::int32_t>(m_items.size());
-    return S_OK;
+    return Give(static_cast<std::int32_t>(m_items.size()), out);
   }
   Result Exists(const WString& name, std::int32_t* out) {
-    *out = name == u"known" ? 1 : 0;
-    return S_OK;
+    return Give(name == u"known" ? 1 : 0, out);
   }
-  Result get__NewEnum(IVariantIterator** out) {
-    *out = new CWalk(m_items);
-    return S_OK;
-  }
+  Result get__NewEnum(IVariantIterator** out) { return Give(new CWalk(m_items), out); }
 
  private:
   const DispatchMap& m_map;
@@ -116,20 +114,14 @@ class CToyInt final : public DispatchImpl<CToyInt, IDispatch, IEventSource> {
     return m_events.GetEvent(index, info);
   }
 
-  Result get_Name(WString* out) {
-    *out = m_name;
-    return S_OK;
-  }
+  Result get_Name(WString* out) { return Give(m_name, out); }
   Result put_Name(const WString& name) {
     if (name.empty()) return E_INVALIDARG;
     m_name = name;
     return S_OK;
   }
   Result put_Secret(const WString& name) { return put_Name(name); }
-  Result get_Values(std::int32_t index, Variant* out) {
-    *out = m_values[index];
-    return S_OK;
-  }
+  Result get_Values(std::int32_t index, Variant* out) { return Give(m_values[index], out); }
   Result put_Values(std::int32_t index, const Variant& value) {
     m_values[index] = value;
     return S_OK;
@@ -140,35 +132,17 @@ class CToyInt final : public DispatchImpl<CToyInt, IDispatch, IEventSource> {
   Result put_Table(std::int32_t row, std::int32_t column, const Variant& value) {
     return put_Values(row * 100 + column, value);
   }
-  Result Echo(const Variant& value, Variant* out) {
-    *out = value;
-    return S_OK;
-  }
-  Result TypeOf(const Variant& value, std::int32_t* out) {
-    *out = value.Type();
-    return S_OK;
-  }
+  Result Echo(const Variant& value, Variant* out) { return Give(value, out); }
+  Result TypeOf(const Variant& value, std::int32_t* out) { return Give(value.Type(), out); }
   Result Make(std::int32_t type, const Variant& value, Variant* out) {
     return value.ChangeType(static_cast<std::uint16_t>(type), out);
   }
-  Result MakeDate(double days, Variant* out) {
-    *out = Variant::Date(days);
-    return S_OK;
-  }
-  Result Add(std::int32_t a, std::int32_t b, std::int32_t* out) {
-    *out = a + b;
-    return S_OK;
-  }
+  Result MakeDate(double days, Variant* out) { return Give(Variant::Date(days), out); }
+  Result Add(std::int32_t a, std::int32_t b, std::int32_t* out) { return Give(a + b, out); }
   Result Fail(std::int32_t number, const WString& text) { ThrowDispatchError(number, text); }
   Result Remark() { return S_FALSE; }
-  Result get_Nothing(IDispatch** out) {
-    *out = nullptr;
-    return S_OK;
-  }
-  Result get_Other(IUnknown** out) {
-    *out = new CWalk({});
-    return S_OK;
-  }
+  Result get_Nothing(IDispatch** out) { return Give(nullptr, out); }
+  Result get_Other(IUnknown** out) { return Give(new CWalk({}), out); }
   Result get_Self(IUnknown** out) { return Ref<IEventSource>::Share(this).CopyTo(out); }
   Result List(const WString& kind, const Variant& items, IDispatch** out) {
     const DispatchMap& map = kind == u"counted"  ? kCountedMap

@@ -1,18 +1,14 @@
 """Searches of the demonstration campaign, beside a walk over its elements that checks each by itself."""
 import datetime
-import pathlib
-import subprocess
-import tempfile
 import unittest
 
-import storefabric
-
-PROGRAM = pathlib.Path(storefabric.__file__).resolve().parents[1] / "bin" / "storefabric"
+from stores import connect, run, temporary_folder
 
 
-def connect(plugin, path):
-    env = storefabric.CreateObject("VEX.DataStoreEnvironment")
-    return env.ConnectDataStoreByParameter(plugin, f"<filename>{path}</filename>")
+def levels(level):
+    while level:
+        yield level.EntityType.Name, level.ParentPath, level.ChildPath
+        level = level.ChildEntity
 
 
 def ancestors(element):
@@ -21,47 +17,43 @@ def ancestors(element):
         element = element.Parent
 
 
-def record(run):
+def record(measurement):
     """What the conditions below ask about a measurement, read one by one."""
-    value = {name: run.Properties(name).Value for name in ("Name", "Status", "AmbientTemperature", "Begin")}
-    value["Operators"] = [user.Name for user in run.References("Operator").Elements]
-    value["Quantities"] = [one.Name for one in run.References("MeasurementQuantities").Elements]
-    value.update(ancestors(run.Parent))
+    value = {name: measurement.Properties(name).Value
+             for name in ("Name", "Status", "AmbientTemperature", "Begin")}
+    value["Operators"] = [user.Name for user in measurement.References("Operator").Elements]
+    value["Quantities"] = [one.Name for one in measurement.References("MeasurementQuantities").Elements]
+    value.update(ancestors(measurement.Parent))
     return value
 
 
 class Demonstration(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
-        cls.folder = tempfile.TemporaryDirectory()
-        cls.addClassCleanup(cls.folder.cleanup)
-        source, database = (pathlib.Path(cls.folder.name) / name for name in ("demo.atfx", "demo.sqlite"))
-        for verb in ("demo", source), ("import", source, database):
-            subprocess.run([PROGRAM, *verb], check=True, capture_output=True)
-        cls.stores = {"ATFX": connect("ATFX", source), "SQL": connect("SQL", database)}
+        folder = temporary_folder(cls)
+        source, database = folder / "demo.atfx", folder / "demo.sqlite"
+        run("demo", source)
+        run("import", source, database)
+        cls.stores = [connect(source), connect(database)]
         cls.addClassCleanup(cls.stores.clear)
-        store = cls.stores["SQL"]
-        cls.records = {run.InstanceKey: record(run) for run in store.GetElementList("Measurement", "*")}
+        cls.records = {one.InstanceKey: record(one) for one in cls.stores[1].GetElementList("Measurement", "*")}
 
     def check(self, conditions, meets, logic=None):
         expected = [key for key, values in self.records.items() if meets(values)]
         self.assertTrue(0 < len(expected) < len(self.records), "a search that says nothing")
-        for kind, store in self.stores.items():
-            with self.subTest(kind=kind, conditions=conditions, logic=logic):
-                query = store.CreateQuery()
-                query.ReturnType = "Measurement"
-                for condition in conditions:
-                    query.Conditions.Add(*condition)
-                if logic:
-                    query.Conditions.Logic = logic
-                store.Results.MaxCount = len(expected)
-                store.Search(query)
-                self.assertEqual([run.InstanceKey for run in store.Results], expected)
-                self.assertFalse(store.Results.IsIncomplete)
-                store.Results.MaxCount = max(1, len(expected) - 1)
-                store.Search(query)
-                self.assertEqual([run.InstanceKey for run in store.Results], expected[:store.Results.MaxCount])
-                self.assertEqual(bool(store.Results.IsIncomplete), len(expected) > 1)
+        for store in self.stores:
+            query = store.CreateQuery()
+            query.ReturnType = "Measurement"
+            for condition in conditions:
+                query.Conditions.Add(*condition)
+            if logic:
+                query.Conditions.Logic = logic
+            for limit in len(expected), max(1, len(expected) - 1):
+                with self.subTest(kind=store.PluginName, conditions=conditions, logic=logic, limit=limit):
+                    store.Results.MaxCount = limit
+                    store.Search(query)
+                    self.assertEqual([one.InstanceKey for one in store.Results], expected[:limit])
+                    self.assertEqual(bool(store.Results.IsIncomplete), limit < len(expected))
 
     def test_hits_are_those_that_meet_the_conditions(self):
         everything = list(self.records.values())
@@ -90,6 +82,12 @@ class Demonstration(unittest.TestCase):
         self.check([("MeasurementQuantity", "Name", "=", quantity)], lambda one: quantity in one["Quantities"])
         self.check([of_bench, failed, hot], logic="C1 AND (C2 OR C3)",
                    meets=lambda one: one["Test"].startswith("Engine") and (one["Status"] == "failed" or is_hot(one)))
+
+    def test_its_path_leads_from_tests_to_channels(self):
+        for store in self.stores:
+            self.assertEqual(list(levels(store.BrowseSettings.RootEntity)), [
+                ("Test", "", "Variants"), ("Variant", "Test", "Days"), ("Day", "Variant", "Measurements"),
+                ("Measurement", "Day", "MeasurementQuantities"), ("MeasurementQuantity", "Measurement", "")])
 
 
 if __name__ == "__main__":

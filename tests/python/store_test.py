@@ -1,33 +1,13 @@
 """The module over the library and its engine: sessions, models and their failures."""
 import datetime
 import gc
-import os
-import pathlib
-import tempfile
+import shutil
 import unittest
-from xml.sax.saxutils import escape
 
 import storefabric
+from stores import DATA, StoreTest, connect, temporary_folder
 
-DATA = pathlib.Path(__file__).resolve().parents[1] / "data"
-
-
-def connect(path):
-    env = storefabric.CreateObject("VEX.DataStoreEnvironment")
-    return env.ConnectDataStoreByParameter("ATFX", f"<filename>{escape(str(path))}</filename>")
-
-
-class StoreTest(unittest.TestCase):
-    def assert_raises_message(self, number, text, use):
-        with self.assertRaises(storefabric.DispatchError) as caught:
-            use()
-        self.assertEqual((caught.exception.number, str(caught.exception)), (number, text))
-
-
-    def number_raised(self, use):
-        with self.assertRaises(storefabric.DispatchError) as caught:
-            use()
-        return caught.exception.number
+BENCH = DATA / "store" / "bench.atfx"
 
 
 class Sessions(StoreTest):
@@ -50,33 +30,23 @@ class Sessions(StoreTest):
             (lambda: env.ConnectDataStoreByParameter("SQL", "<filename></filename>"), "SQL"),
             (lambda: connect("/nonexistent/a.atfx"), "/nonexistent/a.atfx"),
         ]:
-            self.assert_raises_message(292, f"Opening the Sifter {name} causes an error.", use)
+            self.assert_raises(292, use, f"Opening the Sifter {name} causes an error.")
 
     def test_what_a_session_says_of_itself(self):
-        path = DATA / "store" / "bench.atfx"
-        store = connect(path)
-        self.assertEqual(store.Name, "bench")
-        self.assertEqual(store.PluginName, "ATFX")
-        self.assertEqual(store.parameters, f"<filename>{path}</filename>")
-        self.assertEqual(store.IsModified(), 0)
-        self.assertEqual(store.IsQuerySupported(), 1)
-
-    def test_a_file_name_with_markup(self):
-        with tempfile.TemporaryDirectory() as folder:
-            path = pathlib.Path(folder) / "a & <b> 'Ж'.atfx"
-            path.write_bytes((DATA / "store" / "bench.atfx").read_bytes())
-            self.assertEqual(len(connect(path).Model.Entities), 2)
+        store = connect(BENCH)
+        self.assertEqual((store.Name, store.PluginName, store.parameters, store.IsModified(), store.IsQuerySupported()),
+                         ("bench", "ATFX", f"<filename>{BENCH}</filename>", 0, 1))
+        marked = temporary_folder(self) / "a & <b> 'Ж'.atfx"
+        shutil.copy(BENCH, marked)
+        self.assertEqual(len(connect(marked).Model.Entities), 2)
 
     def test_refused_calls(self):
-        store = connect(DATA / "store" / "bench.atfx")
-        self.assert_raises_message(360, "The name of an Element<DataStore> must not be an empty string.",
-                                   lambda: store.CreateElement("Test", ""))
-        self.assert_raises_message(
-            357, "The parameter Type of the Create function must be an Entity<DataStore> or a string with "
-            "the name of an Entity.", lambda: store.CreateElement([], "name"))
-        for query in None, store, store.Model:
-            self.assert_raises_message(222, "The argument Query<DataStore> of the method Search must be a Query.",
-                                       lambda: store.Search(query))
+        store = connect(BENCH)
+        self.assert_raises(360, lambda: store.CreateElement("Test", ""),
+                           "The name of an Element<DataStore> must not be an empty string.")
+        self.assert_raises(357, lambda: store.CreateElement([], "name"),
+                           "The parameter Type of the Create function must be an Entity<DataStore> or a string with "
+                           "the name of an Entity.")
         with self.assertRaises(TypeError):
             store.Search(5)  # no object at all
         with self.assertRaises(AttributeError):
@@ -98,17 +68,15 @@ class Times(StoreTest):
         self.assertEqual((time.Year, time.Hour, time.Nanosecond, time.VariantDate), (2023, 12, 0, 45000.5))
 
     def test_messages(self):
-        self.assert_raises_message(
-            60008, 'The only argument to the method "CreateTime" which may be negative is the argument "Year".',
-            lambda: self.times.CreateTime(2001, 1, storefabric.Missing, -1))
+        self.assert_raises(60008, lambda: self.times.CreateTime(2001, 1, storefabric.Missing, -1),
+                           'The only argument to the method "CreateTime" which may be negative is the argument "Year".')
         time = self.times.CreateTime(-5)
         self.assertEqual((time.Year, time.Month, time.Day), (-5, 1, 1))
         for name in "Month", "Day", "Hour", "Minute", "Second", "Millisecond", "Microsecond", "Nanosecond":
-            self.assert_raises_message(
-                208, f"The value -2 is out of the valid range of arguments for the property {name}.",
-                lambda: setattr(time, name, -2))
+            self.assert_raises(208, lambda: setattr(time, name, -2),
+                               f"The value -2 is out of the valid range of arguments for the property {name}.")
         for use in lambda: time.VariantDate, lambda: setattr(time, "VariantDate", 3e6):
-            self.assertEqual(self.number_raised(use), 374)
+            self.assert_raises(374, use)
         with self.assertRaises(OverflowError):
             self.times.CreateTime(40000)
         with self.assertRaises(TypeError):
@@ -127,15 +95,14 @@ class Times(StoreTest):
 
 class Models(StoreTest):
     def setUp(self):
-        self.store = connect(DATA / "store" / "bench.atfx")
+        self.store = connect(BENCH)
         self.entities = self.store.Model.Entities
         self.test = self.entities("Test")
         self.features = connect(DATA / "atfx" / "features.atfx")
 
     def test_entities(self):
         self.assertEqual([entity.Name for entity in self.entities], ["Test", "Measurement"])
-        self.assertEqual(len(self.entities), 2)
-        self.assertEqual(self.entities[1].Name, "Measurement")
+        self.assertEqual((len(self.entities), self.entities[1].Name), (2, "Measurement"))
         self.assertIn("Test", self.entities)
         self.assertNotIn("test", self.entities)  # told apart by case
         for wrong in "nope", 2, -1:
@@ -168,7 +135,7 @@ class Models(StoreTest):
         self.assertEqual([thing(name).DataType for name in ("i16", "i64", "f32", "d", "e", "b", "u8")],
                          [2, 4, 9, 30, 24, 11, 5])
         self.assertNotIn("blob", thing)  # not of a type that can be shown
-        self.assert_raises_message(343, "This property is no base property.", lambda: thing("s").BaseName)
+        self.assert_raises(343, lambda: thing("s").BaseName, "This property is no base property.")
 
     def test_references(self):
         reference = self.test.ModelReferences("Measurements")
@@ -181,21 +148,19 @@ class Models(StoreTest):
         self.assertEqual([r.Name for r in thing.ModelReferences], ["first.rel", "back-rel", "others"])
 
     def test_an_exported_store_has_the_same_model(self):
-        with tempfile.TemporaryDirectory() as folder:
-            path = os.path.join(folder, "copy")
-            self.store.Model.Export(path)
-            copy = connect(path + ".atfx").Model.Entities
-            self.assertEqual([entity.Name for entity in copy], ["Test", "Measurement"])
-            wrong = os.path.join(folder, "none", "copy.atfx")
-            self.assert_raises_message(
-                358, f"Cannot write the file {wrong}. Maybe the file is write protected or the path does not exist.",
-                lambda: self.store.Model.Export(wrong))
+        path = temporary_folder(self) / "copy"
+        self.store.Model.Export(str(path))
+        copy = connect(path.with_suffix(".atfx")).Model.Entities
+        self.assertEqual([entity.Name for entity in copy], ["Test", "Measurement"])
+        wrong = path / "copy.atfx"
+        self.assert_raises(358, lambda: self.store.Model.Export(str(wrong)),
+                           f"Cannot write the file {wrong}. Maybe the file is write protected or the path does not exist.")
 
     def test_objects_that_outlive_their_session(self):
         del self.store, self.entities
         gc.collect()
         self.assertEqual(self.test.Name, "Test")
-        self.assert_raises_message(323, "The object is no longer valid.", lambda: self.test.SuperType)
+        self.assert_raises(323, lambda: self.test.SuperType, "The object is no longer valid.")
 
 
 if __name__ == "__main__":

@@ -9,6 +9,7 @@ import pickle
 import unittest
 
 import toy
+from toys import ToyTest
 
 VT = dict(EMPTY=0, NULL=1, I2=2, I4=3, R4=4, R8=5, CY=6, DATE=7, BSTR=8, DISPATCH=9, ERROR=10, BOOL=11,
           UNKNOWN=13, DECIMAL=14, I1=16, UI1=17, UI2=18, UI4=19, I8=20, UI8=21, INT=22, UINT=23)
@@ -30,10 +31,7 @@ class Index:
         return self.value
 
 
-class Values(unittest.TestCase):
-    def setUp(self):
-        self.toy = toy.Toy()
-
+class Values(ToyTest):
     def test_types_and_round_trips(self):
         same = object()
         for given, vartype, back in [
@@ -71,9 +69,7 @@ class Values(unittest.TestCase):
             with self.subTest(given=given):
                 expected = given if back is same else back
                 found = self.toy.Echo(given)
-                self.assertEqual(found, expected)
-                self.assertIs(type(found), type(expected))
-                self.assertEqual(self.toy.TypeOf(given), vartype)
+                self.assertEqual((found, type(found), self.toy.TypeOf(given)), (expected, type(expected), vartype))
 
     def test_objects_go_through(self):
         self.toy.Name = "first"
@@ -103,8 +99,7 @@ class Values(unittest.TestCase):
         ]:
             with self.subTest(vartype=vartype):
                 found = self.toy.Make(VT[vartype], source)
-                self.assertEqual(found, expected)
-                self.assertIs(type(found), type(expected))
+                self.assertEqual((found, type(found)), (expected, type(expected)))
 
     def test_dates(self):
         for days, expected in [
@@ -123,12 +118,9 @@ class Values(unittest.TestCase):
             (math.inf, math.inf),
         ]:
             with self.subTest(days=days):
-                found = self.toy.MakeDate(days)
-                self.assertEqual(found, expected)
-        moment = Moment(2024, 5, 17, 23, 59, 59, 999999)
-        self.assertEqual(self.toy.Echo(moment), moment)
-        before = Moment(1888, 8, 8, 6, 0, 0, 250000)
-        self.assertEqual(self.toy.Echo(before), before)
+                self.assertEqual(self.toy.MakeDate(days), expected)
+        for moment in Moment(2024, 5, 17, 23, 59, 59, 999999), Moment(1888, 8, 8, 6, 0, 0, 250000):
+            self.assertEqual(self.toy.Echo(moment), moment)
         self.assertEqual(self.toy.Make(VT["R8"], Moment(1899, 12, 28, 18)), -2.75)
 
     def test_decimals(self):
@@ -145,12 +137,11 @@ class Values(unittest.TestCase):
         ]:
             with self.subTest(given=given):
                 self.assertEqual(self.toy.Echo(D(given)), D(back))
-        for given in "79228162514264337593543950336", "1E+29", "-1E+999999":
-            with self.subTest(given=given), self.assertRaises(OverflowError):
-                self.toy.Echo(D(given))
-        for given in "NaN", "sNaN", "-Infinity":
-            with self.subTest(given=given), self.assertRaises(ValueError):
-                self.toy.Echo(D(given))
+        for error, refused in [(OverflowError, ("79228162514264337593543950336", "1E+29", "-1E+999999")),
+                               (ValueError, ("NaN", "sNaN", "-Infinity"))]:
+            for given in refused:
+                with self.subTest(given=given), self.assertRaises(error):
+                    self.toy.Echo(D(given))
 
     def test_refused_values(self):
         endless = []
@@ -174,13 +165,11 @@ class Values(unittest.TestCase):
                 self.toy.Echo(given)
 
     def test_empty_and_missing_are_one_object_each(self):
-        self.assertIs(self.toy.Echo(toy.Empty), toy.Empty)
-        self.assertIs(self.toy.Echo(toy.Missing), toy.Missing)
-        self.assertFalse(toy.Empty)
-        self.assertFalse(toy.Missing)
+        for one in toy.Empty, toy.Missing:
+            for back in self.toy.Echo(one), copy.deepcopy(one), pickle.loads(pickle.dumps(one)):
+                self.assertIs(back, one)
+            self.assertFalse(one)
         self.assertNotEqual(toy.Empty, toy.Missing)
-        self.assertIs(copy.deepcopy(toy.Empty), toy.Empty)
-        self.assertIs(pickle.loads(pickle.dumps(toy.Missing)), toy.Missing)
         self.assertEqual(repr(toy.Empty), "storefabric.Empty")
 
 
