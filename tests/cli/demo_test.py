@@ -1,62 +1,44 @@
 """The verb "demo": a campaign that is sound, believable and always the same."""
 import math
-import pathlib
 import unittest
 
-from export_test import components, normalised
-from program import column_values, demo, folder, instances, leaf, output, parse, run
+from program import (ProgramTest, column_values, components, demo, demo_records, folder, leaf, output, up)
 
 
-class Demo(unittest.TestCase):
-    @classmethod
-    def setUpClass(cls):
-        cls.all = instances(parse(demo()))
-
-    def test_it_is_always_the_same(self):
-        again = pathlib.Path(folder) / "again.atfx"
+class Demo(ProgramTest):
+    def test_it_is_small_and_always_the_same(self):
+        again = folder / "again.atfx"
         output("demo", again)
-        self.assertEqual(normalised(demo()), normalised(again))
-        self.assertEqual([path.read_bytes() for path in components(demo())],
-                         [path.read_bytes() for path in components(again)])
-        code, _, err = run("demo", again)
-        self.assertEqual(1, code)
-        self.assertIn("--force", err)
+        self.assert_same_store(demo(), again)
+        self.assert_refused("demo", again, reason="--force")
         output("demo", again, "--force")
-
-    def test_it_stays_small(self):
-        size = sum(path.stat().st_size for path in [demo(), *components(demo())])
-        self.assertLess(size, 40_000_000)
+        self.assertLess(sum(path.stat().st_size for path in [demo(), *components(demo())]), 40_000_000)
 
     def test_measurements(self):
-        measurements = self.all["Measurement"].values()
+        measurements = demo_records()["Measurement"].values()
         self.assertEqual(200, len(measurements))
-        states = {leaf(m, "Status") for m in measurements}
-        self.assertEqual({"passed", "failed", "aborted", "running"}, states)
+        self.assertEqual({"passed", "failed", "aborted", "running"}, {leaf(m, "Status") for m in measurements})
         for m in measurements:
             with self.subTest(leaf(m, "Name")):
                 for relation in ("Day", "Operator", "UnitsUnderTest", "TestEquipments",
                                  "TestSequences", "Submatrices"):
                     self.assertEqual(1, len(leaf(m, relation).split()), relation)
-                day = self.all["Day"][int(leaf(m, "Day"))]
-                self.assertTrue(leaf(m, "Begin").startswith(leaf(day, "Date")))
+                self.assertTrue(leaf(m, "Begin").startswith(leaf(up(m, "Day"), "Date")))
                 if leaf(m, "Status") != "running":
                     self.assertLess(leaf(m, "Begin"), leaf(m, "End"))
-                has_remark = leaf(m, "Status") in ("failed", "aborted")
-                self.assertEqual(has_remark, leaf(m, "Remark") is not None)
+                self.assertEqual(leaf(m, "Status") in ("failed", "aborted"), leaf(m, "Remark") is not None)
 
     def test_columns_hold_what_their_quantities_say(self):
-        lengths = set()
-        with_flags = 0
-        for number, column in self.all["LocalColumn"].items():
-            quantity = self.all["MeasurementQuantity"][int(leaf(column, "MeasurementQuantity"))]
-            submatrix = self.all["Submatrix"][int(leaf(column, "Submatrix"))]
+        lengths, with_flags = set(), 0
+        for number, column in demo_records()["LocalColumn"].items():
+            quantity, submatrix = up(column, "MeasurementQuantity"), up(column, "Submatrix")
             with self.subTest(column=number, name=leaf(column, "Name")):
                 values = column_values(column, demo().parent)
                 lengths.add(len(values))
                 self.assertEqual(int(leaf(submatrix, "NumberOfRows")), len(values))
                 self.assertEqual(leaf(quantity, "Measurement"), leaf(submatrix, "Measurement"))
-                self.assertEqual(min(values), float(leaf(quantity, "Minimum")))
-                self.assertEqual(max(values), float(leaf(quantity, "Maximum")))
+                self.assertEqual((min(values), max(values)),
+                                 (float(leaf(quantity, "Minimum")), float(leaf(quantity, "Maximum"))))
                 mean = math.fsum(values) / len(values)
                 spread = max(abs(min(values)), abs(max(values)), 1.0)
                 self.assertAlmostEqual(0, (mean - float(leaf(quantity, "Average"))) / spread, 9)
@@ -73,22 +55,18 @@ class Demo(unittest.TestCase):
         self.assertGreater(with_flags, 0)
 
     def test_every_quantity_has_a_unit_of_its_kind(self):
-        for quantity in self.all["MeasurementQuantity"].values():
-            unit = self.all["Unit"][int(leaf(quantity, "Unit"))]
-            default = self.all["Unit"][int(leaf(
-                self.all["Quantity"][int(leaf(quantity, "Quantity"))], "DefaultUnit"))]
-            self.assertEqual(leaf(default, "PhysicalDimension"), leaf(unit, "PhysicalDimension"),
-                             leaf(quantity, "Name"))
+        for quantity in demo_records()["MeasurementQuantity"].values():
+            default = up(quantity, "Quantity", "DefaultUnit")
+            self.assertEqual(leaf(default, "PhysicalDimension"),
+                             leaf(up(quantity, "Unit"), "PhysicalDimension"), leaf(quantity, "Name"))
 
     def test_run_ups_follow_their_speed(self):
         """The vibration of a run-up grows with the speed, and its order is told by the speed."""
-        measurement = next(m for m in self.all["Measurement"].values()
-                           if "Run-up drive 3rd" in leaf(m, "Name")
-                           and leaf(m, "Status") == "passed")
+        measurement = next(m for m in demo_records()["Measurement"].values()
+                           if "Run-up drive 3rd" in leaf(m, "Name") and leaf(m, "Status") == "passed")
         columns = {}
-        for number in leaf(self.all["Submatrix"][int(leaf(measurement, "Submatrices"))],
-                           "LocalColumns").split():
-            column = self.all["LocalColumn"][int(number)]
+        for number in leaf(up(measurement, "Submatrices"), "LocalColumns").split():
+            column = demo_records()["LocalColumn"][int(number)]
             columns[leaf(column, "Name")] = column_values(column, demo().parent)
         speed, vibration = columns["n_input"], columns["a_housing_X"]
         count = len(speed)

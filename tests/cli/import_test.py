@@ -1,12 +1,9 @@
 """The verb "import": everything arrives, or nothing changes, whatever happens meanwhile."""
 import contextlib
 import os
-import pathlib
-import pty
 import random
 import re
 import resource
-import shutil
 import signal
 import sqlite3
 import subprocess
@@ -14,8 +11,7 @@ import sys
 import time
 import unittest
 
-from export_test import components, normalised
-from program import PROGRAM, demo, folder, output, run
+from program import PROGRAM, ProgramTest, components, demo, on_terminal, output, run
 
 # Of the file whose values must not pass through memory.
 MEGABYTES = int(os.environ.get("STOREFABRIC_IMPORT_MEGABYTES", "128"))
@@ -48,14 +44,9 @@ def small_store(path, tests=1, drop=""):
     return path
 
 
-class Import(unittest.TestCase):
+class Import(ProgramTest):
     def setUp(self):
-        self.folder = pathlib.Path(folder) / self.id()
-        self.folder.mkdir()
         self.target = self.folder / "target.sqlite"
-
-    def files(self):
-        return sorted(path.name for path in self.folder.iterdir())
 
     def make_target(self):
         """A database that is there already, and its content."""
@@ -63,21 +54,20 @@ class Import(unittest.TestCase):
         (self.folder / "first.atfx").unlink()
         return content(self.target)
 
-    def assertFailed(self, result, *texts):
-        code, out, err = result
-        self.assertEqual((1, ""), (code, out))
-        self.assertRegex(err, r"^storefabric: [^\n]+\n$")
-        for text in texts:
-            self.assertIn(text, err)
+    def measure_import(self):
+        """(bytes, seconds) of an import into a database that isn't there yet."""
+        begin, new = time.monotonic(), self.folder / "new.sqlite"
+        output("import", demo(), new)
+        measured = new.stat().st_size, time.monotonic() - begin
+        new.unlink()
+        return measured
 
     def test_an_export_of_an_import_is_the_same(self):
         self.assertEqual((0, "", ""), run("import", demo(), self.target))
         self.assertEqual(["target.sqlite"], self.files())
         back = self.folder / "back.atfx"
         output("export", self.target, back)
-        self.assertEqual(normalised(demo()), normalised(back))
-        self.assertEqual([path.read_bytes() for path in components(demo())],
-                         [path.read_bytes() for path in components(back)])
+        self.assert_same_store(demo(), back)
 
     def test_records_are_added_to_a_database_or_replace_it(self):
         old = self.make_target()
@@ -109,7 +99,7 @@ class Import(unittest.TestCase):
         text = text.replace("<ref_to>Test</ref_to>", "<ref_to>Trial</ref_to>")
         text = re.sub(r"<(/?)Test>(?=<Id>|<Test|</instance)", r"<\1Trial>", text)
         other.write_text(text, encoding="utf-8")
-        self.assertFailed(run("import", other, self.target), "don't fit", "no element Trial")
+        self.assert_refused("import", other, self.target, reason=("don't fit", "no element Trial"))
         self.assertEqual(["a.atfx", "b.atfx", "target.sqlite"], self.files())
         self.assertEqual(before, content(self.target))
 
@@ -137,8 +127,9 @@ class Import(unittest.TestCase):
         ]
         for source, target, reason in cases:
             with self.subTest(source=source.name, target=target):
-                self.assertFailed(run("import", source, self.folder / target), reason)
-        self.assertFailed(run("import", self.folder / "lonely.atfx", self.target, "--replace"))
+                self.assert_refused("import", source, self.folder / target, reason=reason)
+        self.assert_refused("import", self.folder / "lonely.atfx", self.target, "--replace",
+                            reason=components(demo())[0].name)
         self.assertEqual(before, content(self.target))
         self.assertTrue((self.folder / "text.sqlite").read_text().startswith("precious"))
         self.assertEqual(there, self.files())
@@ -149,7 +140,7 @@ class Import(unittest.TestCase):
         self.folder.chmod(0o555)
         try:
             for arguments in ((self.target, "--replace"), (self.folder / "new.sqlite",)):
-                self.assertFailed(run("import", demo(), *arguments), "Permission denied")
+                self.assert_refused("import", demo(), *arguments, reason="Permission denied")
         finally:
             self.folder.chmod(0o755)
         self.assertEqual(before, content(self.target))
@@ -157,9 +148,7 @@ class Import(unittest.TestCase):
 
     def test_a_full_disk_changes_nothing(self):
         before = self.make_target()
-        output("import", demo(), self.folder / "new.sqlite")
-        size = (self.folder / "new.sqlite").stat().st_size
-        (self.folder / "new.sqlite").unlink()
+        size, _ = self.measure_import()
         for limit in (64 << 10, size // 2, size * 9 // 10):
 
             def restrict():
@@ -167,17 +156,14 @@ class Import(unittest.TestCase):
 
             for arguments in (("new.sqlite",), ("target.sqlite",), ("target.sqlite", "--replace")):
                 with self.subTest(limit=limit, arguments=arguments):
-                    self.assertFailed(run("import", demo(), *arguments, cwd=self.folder,
-                                          preexec_fn=restrict), str(self.folder))
+                    self.assert_refused("import", demo(), *arguments, cwd=self.folder, preexec_fn=restrict,
+                                        reason=str(self.folder))
                     self.assertEqual(["target.sqlite"], self.files())
                     self.assertTrue(before == content(self.target))
 
     def test_a_signal_at_any_moment_changes_nothing(self):
         before = self.make_target()
-        begin = time.monotonic()
-        output("import", demo(), self.folder / "new.sqlite")
-        longest = time.monotonic() - begin
-        (self.folder / "new.sqlite").unlink()
+        _, longest = self.measure_import()
         dice = random.Random(5)
         stopped = 0
         for number in range(24):
@@ -224,8 +210,14 @@ class Import(unittest.TestCase):
         self.assertEqual(["target.sqlite", own.name], self.files())
 
     def test_the_bar_is_drawn_on_a_terminal_and_gone_after_an_interruption(self):
+        def interrupt(program, shown):
+            if b"Writing" not in shown:
+                return False
+            program.send_signal(signal.SIGINT)
+            return True
+
         for _ in range(20):  # the program may be done before the signal comes
-            code, shown = self.interrupted_on_a_terminal()
+            code, shown = on_terminal("import", demo(), self.target, seen=interrupt)
             self.assertIn(code, (0, -signal.SIGINT))
             if code != 0:
                 break
@@ -235,28 +227,6 @@ class Import(unittest.TestCase):
         self.assertRegex(shown, rb"Writing \[[#.]{30}\] +\d+ %")
         self.assertRegex(shown, rb"\r\x1b\[Kstorefabric: importing [^\n]+stopped\r\n$")
         self.assertEqual([], self.files())
-
-    def interrupted_on_a_terminal(self):
-        """(exit code, what was shown) of an import that is told to stop when it begins to write."""
-        master, slave = pty.openpty()
-        program = subprocess.Popen([PROGRAM, "import", demo(), self.target], stderr=slave,
-                                   start_new_session=True)
-        os.close(slave)
-        shown = b""
-        interrupted = False
-        while True:
-            try:
-                piece = os.read(master, 4096)
-            except OSError:  # the terminal's other end is closed
-                break
-            if not piece:
-                break
-            shown += piece
-            if b"Writing" in shown and not interrupted:
-                program.send_signal(signal.SIGINT)
-                interrupted = True
-        os.close(master)
-        return program.wait(timeout=300), shown
 
     @unittest.skipIf(os.environ.get("STOREFABRIC_SANITIZED") == "1", "a sanitizer holds memory back")
     def test_values_inside_the_file_do_not_pass_through_memory(self):

@@ -1,31 +1,29 @@
 """Exit codes, usage and failures that every verb shares."""
 import os
-import pty
 import signal
 import subprocess
 import unittest
 
-from program import PROGRAM, demo, folder, run
+from program import PROGRAM, ProgramTest, demo, folder, on_terminal, run
 
 
 class Usage(unittest.TestCase):
     def test_wrong_usage_is_told_with_code_2(self):
-        cases = {
-            "no verb": ([], "storefabric [OPTIONS] VERB"),
-            "unknown verb": (["weigh"], 'there is no verb "weigh"'),
-            "unknown option": (["model", "a.atfx", "--fast"], "storefabric model"),
-            "no store": (["model"], "STORE is required"),
-            "no expression": (["query", "a.atfx"], "EXPRESSION is required"),
-            "no target": (["export", "a.atfx"], "OUT is required"),
-            "too much": (["demo", "a.atfx", "b.atfx"], "storefabric demo"),
-            "format": (["model", "a.atfx", "--format", "yaml"], '"yaml" is none of lines, table'),
-            "number for a format": (["model", "a.atfx", "--format", "2"], '"2" is none of'),
-            "negative": (["tree", "a.atfx", "--depth", "-1"], '"-1" is no whole number'),
-            "too large": (["search", "a.atfx", "Test", "--limit", "99999999999"], "or too large"),
-            "entity and all": (["model", "a.atfx", "Test", "--all"], "--all"),
-        }
-        for name, (arguments, text) in cases.items():
-            with self.subTest(name):
+        for arguments, text in [
+            ([], "storefabric [OPTIONS] VERB"),
+            (["weigh"], 'there is no verb "weigh"'),
+            (["model", "a.atfx", "--fast"], "storefabric model"),
+            (["model"], "STORE is required"),
+            (["query", "a.atfx"], "EXPRESSION is required"),
+            (["export", "a.atfx"], "OUT is required"),
+            (["demo", "a.atfx", "b.atfx"], "storefabric demo"),
+            (["model", "a.atfx", "--format", "yaml"], '"yaml" is none of lines, table'),
+            (["model", "a.atfx", "--format", "2"], '"2" is none of'),
+            (["tree", "a.atfx", "--depth", "-1"], '"-1" is no whole number'),
+            (["search", "a.atfx", "Test", "--limit", "99999999999"], "or too large"),
+            (["model", "a.atfx", "Test", "--all"], "--all"),
+        ]:
+            with self.subTest(arguments):
                 code, out, err = run(*arguments)
                 self.assertEqual((2, ""), (code, out))
                 self.assertIn(text, err)
@@ -41,7 +39,7 @@ class Usage(unittest.TestCase):
         self.assertRegex(run("--version")[1], r"^storefabric \d+\.\d+\.\d+\n$")
 
 
-class Failures(unittest.TestCase):
+class Failures(ProgramTest):
     def test_a_store_that_cannot_be_opened(self):
         text = demo().read_text(encoding="utf-8")
         files = {
@@ -68,15 +66,11 @@ class Failures(unittest.TestCase):
             "cut.ATFX": f"cut.ATFX:{text[:5000].count(chr(10)) + 1}: ",
             "badnumber.atfx": "many",
         }
-        for verb in (["model"], ["query"], ["export"]):
+        for verb, rest in {"model": [], "query": [os.devnull], "export": [folder / "out.atfx"]}.items():
             for name, reason in cases.items():
                 with self.subTest(verb=verb, store=name):
-                    rest = {"model": [], "query": [os.devnull], "export": [folder / "out.atfx"]}
                     store = folder / name if name.lower().endswith(".atfx") else name
-                    code, out, err = run(*verb, store, *rest[verb[0]], cwd=folder)
-                    self.assertEqual((1, ""), (code, out))
-                    self.assertRegex(err, r"^storefabric: opening [^\n]+\n$")
-                    self.assertIn(reason, err)
+                    self.assert_refused(verb, store, *rest, cwd=folder, reason=("storefabric: opening ", reason))
                     self.assertFalse((folder / "out.atfx").exists())
 
     def test_a_name_that_is_not_utf8(self):
@@ -118,20 +112,8 @@ class Output(unittest.TestCase):
 
     def test_the_progress_bar_is_for_terminals_only(self):
         self.assertEqual((0, "", ""), run("demo", folder / "quiet.atfx"))
-        master, slave = pty.openpty()
-        program = subprocess.Popen([PROGRAM, "demo", folder / "bar.atfx"], stderr=slave)
-        os.close(slave)
-        shown = b""
-        while True:
-            try:
-                piece = os.read(master, 4096)
-            except OSError:  # the terminal's other end is closed
-                break
-            if not piece:
-                break
-            shown += piece
-        os.close(master)
-        self.assertEqual(0, program.wait(timeout=300))
+        code, shown = on_terminal("demo", folder / "bar.atfx")
+        self.assertEqual(0, code)
         self.assertRegex(shown, rb"Measuring \[[#.]{30}\] +\d+ %")
         self.assertRegex(shown, rb"\r\x1b\[K$")
 
