@@ -5,6 +5,7 @@
 
 #include <cstdlib>
 
+#include "cor/Counted.h"
 #include "plugins/StandInLog.h"
 #include "store/core/Exception.h"
 
@@ -43,4 +44,15 @@ auto Answer(std::int32_t* error, Make make) -> decltype(make()) {
   return make();
 }
 
+/// An object that the log counts as long as it lives.
+template <class Face>
+class Living : public cor::Counted<Face> {
+ protected:
+  Living() { ++Log().liveObjects; }
+  ~Living() override { --Log().liveObjects; }
+};
+
 }  // namespace hv::test
+
+HV_STAND_IN void Init() { ++hv::test::Log().inits; }
+HV_STAND_IN void Cleanup() { ++hv::test::Log().cleanups; }

@@ -2,17 +2,13 @@
 // Built once complete and once, with HV_LACKING, without one of the four exports.
 #include <storefabric/IDragDrop.h>
 
-#include "cor/Counted.h"
 #include "plugins/StandIn.h"
 
 namespace hv::test {
 namespace {
 
-class DragDrop final : public cor::Counted<vex::IDragDrop> {
+class DragDrop final : public Living<vex::IDragDrop> {
  public:
-  DragDrop() { ++Log().liveObjects; }
-  ~DragDrop() override { --Log().liveObjects; }
-
   std::int32_t HoldsQueryConditions(vex::IDataObject*) override { return 1; }
   std::int32_t HoldsPropertyDescriptions(vex::IDataObject*) override { return 0; }
   void ListQueryConditions(vex::IDataObject*, vex::IDragItemSink*) override {}
@@ -23,9 +19,6 @@ class DragDrop final : public cor::Counted<vex::IDragDrop> {
 }  // namespace hv::test
 
 using namespace hv::test;
-
-HV_STAND_IN void Init() { ++Log().inits; }
-HV_STAND_IN void Cleanup() { ++Log().cleanups; }
 
 HV_STAND_IN hv::vex::IDragDrop* gvexCreateDragDrop(std::int32_t* error) {
   return Answer(error, []() -> hv::vex::IDragDrop* { return new DragDrop; });

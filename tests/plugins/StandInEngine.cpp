@@ -1,6 +1,5 @@
 // tests/plugins/StandInEngine.cpp - an engine module that does what a test tells it to.
 // Built once complete and once, with HV_LACKING, without one of the six exports.
-#include "cor/Counted.h"
 #include "plugins/StandIn.h"
 #include "store/core/Seam.h"
 
@@ -10,11 +9,8 @@ namespace {
 using namespace hv::vex;
 
 /// Opens nothing, but tells what it was asked to open.
-class Environment final : public cor::Counted<IEnvironment> {
+class Environment final : public Living<IEnvironment> {
  public:
-  Environment() { ++Log().liveObjects; }
-  ~Environment() override { --Log().liveObjects; }
-
   IAttribute* GetVariable(std::u16string_view) override { return nullptr; }
   IStore* OpenStore(std::u16string_view name, std::int32_t flags) override {
     return Open(std::u16string(u"name=").append(name), flags);
@@ -49,11 +45,8 @@ class Environment final : public cor::Counted<IEnvironment> {
   }
 };
 
-class Container final : public cor::Counted<IContainer> {
+class Container final : public Living<IContainer> {
  public:
-  Container() { ++Log().liveObjects; }
-  ~Container() override { --Log().liveObjects; }
-
   void SetType(std::int32_t) override {}
   void GetString(WString& value, std::u16string_view) override { value.clear(); }
   IInstance* GetObject(std::u16string_view) override { return nullptr; }
@@ -74,11 +67,8 @@ class Container final : public cor::Counted<IContainer> {
   IAttribute* GetNames() override { return nullptr; }
 };
 
-class InstList final : public cor::Counted<IInstList> {
+class InstList final : public Living<IInstList> {
  public:
-  InstList() { ++Log().liveObjects; }
-  ~InstList() override { --Log().liveObjects; }
-
   std::uint64_t GetCount() override { return 0; }
   IInstance* Next() override { return nullptr; }
   IInstance* GetInstance(std::uint64_t) override { return nullptr; }
@@ -94,9 +84,6 @@ class InstList final : public cor::Counted<IInstList> {
 }  // namespace hv::test
 
 using namespace hv::test;
-
-HV_STAND_IN void Init() { ++Log().inits; }
-HV_STAND_IN void Cleanup() { ++Log().cleanups; }
 
 HV_STAND_IN hv::vex::IEnvironment* vexGetEnvironment(std::int32_t version, const char16_t* text,
                                                      std::int32_t stamp, std::int32_t* error) {
