@@ -1,27 +1,17 @@
 // fuzz/AtfxFuzz.cpp - exchange files from outside: reading, and every value in component files.
-#include <algorithm>
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
-#include <filesystem>
 #include <fstream>
-#include <span>
 #include <vector>
 
-#include <unistd.h>
-
 #include "core/plugins/atfx/AtfxReader.h"
-#include "store/core/Exception.h"
-#include "xml/SaxParser.h"
+#include "fuzz/Fuzz.h"
 
 namespace {
 
 using namespace hv::vex::engine;
 
 /// A folder with a small component file "d" that inputs may name.
-std::filesystem::path MakeFolder() {
-  std::string name = (std::filesystem::temp_directory_path() / "atfxfuzzXXXXXX").string();
-  const std::filesystem::path folder = mkdtemp(name.data());
+std::filesystem::path MakeComponent() {
+  const std::filesystem::path folder = MakeFolder();
   std::ofstream out(folder / "d", std::ios::binary);
   for (int i = 0; i < 48; ++i) out.put(static_cast<char>(i % 5 == 0 ? 0 : i * 37));
   out << "text" << '\0' << "\xC3\xA4" << '\0';
@@ -58,24 +48,20 @@ void ReadAll(const ValueSource& source) {
 }
 
 void ReadColumn(const RecordStore& store, RecordRef column, bool flags) {
-  try {
+  IsDone(hv::vex::errc::kBadFile, [&] {
     const auto source = flags ? store.OpenFlags(column) : store.OpenValues(column);
     if (source) ReadAll(*source);
-  } catch (const hv::vex::Exception& error) {
-    if (error.code != hv::vex::errc::kBadFile) std::abort();
-  }
+  });
 }
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  // Starting the XML library anew for every input would take most of the time.
-  static const auto* const runtime = new hv::xml::XmlRuntime;
-  static_cast<void>(runtime);
-  static const std::filesystem::path& folder = *new std::filesystem::path(MakeFolder());
+  KeepXml();
+  static const std::filesystem::path& folder = *new std::filesystem::path(MakeComponent());
   atfx::ReadOptions options;
   if (size % 2 == 0) options.spoolFolder = folder;  // the other way for inline values
-  try {
+  IsDone(hv::vex::errc::kBadFile, [&] {
     const auto store =
         atfx::ReadAtfxBytes(std::as_bytes(std::span(data, size)), "fuzz.atfx", folder, options);
     for (const Entity& entity : store->GetModel()->Entities()) {
@@ -85,9 +71,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         ReadColumn(*store, {entity.id, id}, true);
       }
     }
-  } catch (const hv::vex::Exception& error) {
-    // Nothing but the refusal of a bad file may come out.
-    if (error.code != hv::vex::errc::kBadFile) std::abort();
-  }
+  });
   return 0;
 }

@@ -1,11 +1,8 @@
 // fuzz/ConvFuzz.cpp - times and numbers in texts. The first bytes are a pattern, up to a zero; the
 // rest is the text, one byte a character.
 #include <cmath>
-#include <cstdint>
-#include <cstdlib>
-#include <string>
-#include <string_view>
 
+#include "fuzz/Fuzz.h"
 #include "util/conv/NumberReader.h"
 #include "util/conv/NumericFormat.h"
 #include "util/conv/TimeFormat.h"
@@ -15,10 +12,6 @@ namespace {
 
 using hv::WString;
 using namespace hv::util::conv;
-
-void Require(bool holds) {
-  if (!holds) std::abort();
-}
 
 std::u16string Widen(std::string_view bytes) {
   std::u16string text;
@@ -73,7 +66,7 @@ void CheckNumbers(std::string_view text) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const std::string_view input(reinterpret_cast<const char*>(data), size);
+  const std::string_view input = TextOf(data, size);
   const std::size_t zero = input.find('\0');
   const std::string_view pattern = input.substr(0, zero);
   const std::string_view text =

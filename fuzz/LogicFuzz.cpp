@@ -1,11 +1,7 @@
 // fuzz/LogicFuzz.cpp - logic texts: what is stored is valid and stays so, whatever is taken out.
+#include "fuzz/Fuzz.h"
 #include "query/logic/LogicRepair.h"
 #include "query/logic/LogicText.h"
-
-#include <cstdint>
-#include <cstdlib>
-#include <string>
-#include <vector>
 
 namespace {
 
@@ -23,10 +19,6 @@ class TenNames final : public IConditionNames {
   }
 };
 
-void Check(bool holds) {
-  if (!holds) std::abort();
-}
-
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -35,16 +27,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   std::vector<LogicToken> tokens;
   LogicKind resultKind{};
   const bool isValid = ParseLogic(text, tokens, resultKind, &names);
-  if (isValid) Check(IsLogicValid(text, &names, true) && tokens.back().kind != LogicKind::Error);
+  if (isValid) Require(IsLogicValid(text, &names, true) && tokens.back().kind != LogicKind::Error);
 
   LogicText logic;
   if (!hv::Failed(logic.SetLogic(text, names))) {
     const hv::WString once = logic.GetStored();
-    Check(IsLogicValid(once, &names, false));
+    Require(IsLogicValid(once, &names, false));
     for (std::int32_t i = 0; i < 10; ++i) {
       hv::WString left = once;
       RemoveFromLogic(ConditionName(i), left);
-      Check(IsLogicValid(left, &names, false));
+      Require(IsLogicValid(left, &names, false));
     }
   }
   // Repair and normal form also meet texts that nobody checked.

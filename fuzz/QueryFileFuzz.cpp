@@ -1,23 +1,16 @@
 // fuzz/QueryFileFuzz.cpp - query files from outside, loaded into a query of a store. What was
 // loaded can be saved and loaded again, and comes to rest.
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
-#include <filesystem>
 #include <fstream>
-#include <string_view>
-
-#include <unistd.h>
 
 #include "core/objects/EnvironmentObject.h"
 #include "core/plugins/atfx/AtfxPlugin.h"
 #include "core/plugins/vex/DocumentModels.h"
 #include "core/plugins/vex/VexPlugin.h"
+#include "fuzz/Fuzz.h"
 #include "query/files/QueryFiles.h"
 #include "query/objects/DataStoreAdvancedQueryImpl.h"
 #include "store/core/CoreLibrary.h"
 #include "store/core/Seam.h"
-#include "xml/SaxParser.h"
 
 namespace {
 
@@ -46,9 +39,9 @@ constexpr std::string_view kStore = R"(<atfx_file><base_model_version>asam31</ba
 /// The engine linked into this program, with a store without records.
 struct Ground {
   Ground() {
+    KeepXml();
     HostInit();  // looks for the engine's module once instead of for every query
-    std::string name = (std::filesystem::temp_directory_path() / "queryfilefuzzXXXXXX").string();
-    const std::filesystem::path file = std::filesystem::path(mkdtemp(name.data())) / "s.atfx";
+    const std::filesystem::path file = MakeFolder() / "s.atfx";
     std::ofstream(file) << kStore;
     static const engine::PluginInfo plugins[] = {engine::kAtfxPlugin, engine::kVexPlugin};
     environment = MakeRef<engine::EnvironmentObject>(std::span(plugins), engine::FindDocumentModel);
@@ -56,7 +49,6 @@ struct Ground {
         u"", u"ATFX", cor::FromUtf8("<filename>" + file.string() + "</filename>"), 0));
     std::filesystem::remove_all(file.parent_path());
   }
-  xml::XmlRuntime xml;
   Ref<IEnvironment> environment;
   Ref<IStore> store;
 };
@@ -72,7 +64,7 @@ Result Load(Ground& ground, std::u16string_view text, IAdvancedQueryImpl& query)
 WString Saved(Ground& ground, IAdvancedQueryImpl& query) {
   const auto document = Ref<IStore>::Adopt(ground.environment->CreateStore(
       u"VEX", u"<model>" + std::u16string(kUri) + u"</model>", u"", 0, CreateMode::Temporary));
-  if (Failed(StoreQuery(query, *document))) std::abort();
+  Require(!Failed(StoreQuery(query, *document)));
   WString text;
   ground.environment->GetStoreText(text, document.Get(), u"VEX");
   return text;
@@ -81,7 +73,7 @@ WString Saved(Ground& ground, IAdvancedQueryImpl& query) {
 /// Loads a file of our own and saves it again.
 WString Resaved(Ground& ground, const WString& text) {
   const auto query = MakeRef<CDataStoreAdvancedQueryImpl>(*ground.store, nullptr);
-  if (Failed(Load(ground, text, *query))) std::abort();
+  Require(!Failed(Load(ground, text, *query)));
   return Saved(ground, *query);
 }
 
@@ -89,22 +81,16 @@ WString Resaved(Ground& ground, const WString& text) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   static Ground& ground = *new Ground;
-  const WString text = cor::FromUtf8({reinterpret_cast<const char*>(data), size});
+  const WString text = cor::FromUtf8(TextOf(data, size));
   const auto query = MakeRef<CDataStoreAdvancedQueryImpl>(*ground.store, nullptr);
   Result rc = S_OK;
-  try {
-    rc = Load(ground, text, *query);
-  } catch (const vex::Exception& error) {
-    if (error.code != errc::kBadFile) std::abort();
-    return 0;
-  }
+  if (!IsDone(errc::kBadFile, [&] { rc = Load(ground, text, *query); })) return 0;
   if (Failed(rc)) {
-    if (rc != VEX_E_BAD_FILE && rc != VEX_E_NO_QUERY) std::abort();
-    if (!query->IsEmpty()) std::abort();
+    Require((rc == VEX_E_BAD_FILE || rc == VEX_E_NO_QUERY) && query->IsEmpty());
     return 0;
   }
   // A value may be written another way once, as a number that was a text before; then it stays.
   const WString once = Resaved(ground, Saved(ground, *query));
-  if (!Resaved(ground, once).EqualsExact(once)) std::abort();
+  Require(Resaved(ground, once).EqualsExact(once));
   return 0;
 }

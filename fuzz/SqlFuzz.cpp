@@ -5,16 +5,7 @@
 // into cells, so that the database stays sound and its content makes no sense. Even numbers do that
 // to the tables of records alone, under a store that is open already: opening takes most of the
 // time, and would read the same model each time.
-#include <algorithm>
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
-#include <filesystem>
 #include <fstream>
-#include <iterator>
-#include <memory>
-#include <span>
-#include <string>
 #include <vector>
 
 #include <fcntl.h>
@@ -23,9 +14,7 @@
 
 #include "core/plugins/atfx/AtfxReader.h"
 #include "core/plugins/sql/SqlPlugin.h"
-#include "store/core/Exception.h"
-#include "storefabric/WString.h"
-#include "xml/SaxParser.h"
+#include "fuzz/Fuzz.h"
 
 namespace {
 
@@ -62,14 +51,6 @@ constexpr std::string_view kSource = R"(<atfx_file><base_model_version>asam36</b
 <C><id>2</id><v><A_UTF8STRING><s>a</s><s>bc</s></A_UTF8STRING></v></C>
 <C><id>3</id><v><A_BYTEFIELD><length>2</length><sequence>1 2</sequence></A_BYTEFIELD></v></C>
 <C><id>4</id><r>implicit_linear</r><g>1 2</g></C></instance_data></atfx_file>)";
-
-std::filesystem::path MakeFolder() {
-  const std::filesystem::path memory = "/dev/shm";
-  const bool hasMemory = access(memory.c_str(), W_OK) == 0;
-  std::string name =
-      ((hasMemory ? memory : std::filesystem::temp_directory_path()) / "sqlfuzzXXXXXX").string();
-  return mkdtemp(name.data());
-}
 
 /// The file that each input works on, and a sound database's content.
 struct Ground {
@@ -291,8 +272,7 @@ class OpenGround final {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  static const auto* const runtime = new hv::xml::XmlRuntime;
-  static_cast<void>(runtime);
+  KeepXml();
   // Nothing here is shared between threads, and nobody asks how much memory is used.
   static const int configured =
       sqlite3_config(SQLITE_CONFIG_SINGLETHREAD) | sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);
@@ -301,7 +281,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   std::span<const std::uint8_t> input(data, size);
   const std::uint32_t kind = Take(input, 1);
   if (kind == 0) {
-    ground.Write({reinterpret_cast<const char*>(input.data()), input.size()});
+    ground.Write(TextOf(input.data(), input.size()));
   } else if (kind == 1) {
     Overwrite(ground, input);
   } else if (kind % 2 == 0) {

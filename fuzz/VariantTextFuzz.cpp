@@ -2,20 +2,15 @@
 // The input is UTF-16 in the order of bytes of this machine.
 #include <storefabric/Variant.h>
 
-#include <cstdint>
-#include <cstdlib>
 #include <cstring>
-#include <string>
+
+#include "fuzz/Fuzz.h"
 
 namespace {
 
 using hv::Failed;
 using hv::Variant;
 using hv::VarOrder;
-
-void Require(bool holds) {
-  if (!holds) std::abort();
-}
 
 VarOrder OrderOf(const Variant& a, const Variant& b) {
   VarOrder order = VarOrder::Null;
