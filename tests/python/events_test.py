@@ -30,6 +30,7 @@ class Events(ToyTest):
         self.assertEqual(heard, [("a", [1, None]), (1, "x"), "answer", "answer"])
         first.Unadvise()  # again is nothing
         second.Unadvise()
+        self.assertEqual(self.toy.Change(1, 2), toy.Empty)  # nobody hears
 
     def test_the_source_listens_on_without_the_subscription(self):
         heard = []
