@@ -1,8 +1,8 @@
 // tests/elements/Script.h - calling automation objects the way a script does: by name.
 #pragma once
 
-#include <algorithm>
 #include <cstdint>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -10,6 +10,8 @@
 
 #include <storefabric/Dispatch.h>
 #include <storefabric/Ref.h>
+
+#include <gtest/gtest.h>
 
 namespace hv::test {
 
@@ -73,40 +75,50 @@ inline Answer Index(IDispatch* object, Variant key) {
 }
 
 /// Follows an expression from an object, as a script would: members joined by points, with
-/// arguments in parentheses, which are 'texts', integers or the word null. Stops at the first
-/// failure.
+/// arguments in parentheses, and perhaps "=value" at its end. Values are 'texts', integers, null,
+/// or nothing, which is no object. Stops at the first failure.
 inline Answer Eval(IDispatch* object, std::string_view expression) {
+  const auto take = [&expression](std::size_t end) {
+    const std::string_view taken = expression.substr(0, end);
+    expression.remove_prefix(taken.size());
+    return taken;
+  };
+  const auto takeValue = [&](std::vector<Variant>& values) {
+    if (expression.starts_with('\'')) {
+      take(1);
+      values.push_back(Variant::Text(cor::FromUtf8(take(expression.find('\'')))));
+      take(1);
+    } else if (const std::string word(take(expression.find_first_of(",)"))); word == "null") {
+      values.push_back(Variant::Null());
+    } else if (word == "nothing") {
+      values.push_back(Variant::Object(nullptr));
+    } else if (!word.empty()) {
+      values.push_back(Variant::I4(std::stoi(word)));
+    }
+  };
   Answer answer;
   answer.value = Variant::Object(object);
   while (!expression.empty() && !Failed(answer.rc)) {
-    const std::size_t nameEnd = std::min(expression.find_first_of(".("), expression.size());
-    const WString name = cor::FromUtf8(expression.substr(0, nameEnd));
-    expression.remove_prefix(nameEnd);
+    const WString name = cor::FromUtf8(take(expression.find_first_of(".(=")));
     std::vector<Variant> args;
-    while (expression.starts_with('(') || expression.starts_with(',')) {
-      expression.remove_prefix(1);
-      if (expression.starts_with('\'')) {
-        const std::size_t end = expression.find('\'', 1);
-        args.push_back(Variant::Text(cor::FromUtf8(expression.substr(1, end - 1))));
-        expression.remove_prefix(end + 1);
-      } else {
-        const std::size_t end = expression.find_first_of(",)");
-        const std::string word(expression.substr(0, end));
-        if (!word.empty()) {
-          args.push_back(word == "null" ? Variant::Null() : Variant::I4(std::stoi(word)));
-        }
-        expression.remove_prefix(end);
-      }
-      if (expression.starts_with(')')) {
-        expression.remove_prefix(1);
-        break;
-      }
+    if (expression.starts_with('(')) {
+      while (take(1).find_first_of("(,") == 0) takeValue(args);
     }
-    if (expression.starts_with('.')) expression.remove_prefix(1);
+    const bool isPut = take(1) == "=";
+    if (isPut) takeValue(args);
     const Ref<IDispatch> alive = Ref<IDispatch>::Share(answer.Object());
-    answer = Call(alive.Get(), name, CallKind::Method | CallKind::Get, std::move(args));
+    const CallKind kinds = isPut ? CallKind::Put : CallKind::Method | CallKind::Get;
+    answer = Call(alive.Get(), name, kinds, std::move(args));
   }
   return answer;
+}
+
+/// Expressions from an object on, one after the other, and what `Answer::Shown` shows of them.
+inline void ExpectShown(IDispatch* object,
+                        std::initializer_list<std::pair<const char*, std::string>> lines) {
+  for (const auto& [expression, shown] : lines) {
+    EXPECT_EQ(shown, Eval(object, expression).Shown()) << expression;
+  }
 }
 
 /// The names of a collection's members, in the order of its enumerator, with blanks between them.

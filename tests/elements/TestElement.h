@@ -10,7 +10,7 @@
 namespace hv::test {
 
 /// An element with nothing below or above it.
-class CTestElement final : public vex::easyImpl::tVEXElementImpl<vex::easyImpl::IVEXElementImpl> {
+class CTestElement : public vex::easyImpl::tVEXElementImpl<vex::easyImpl::IVEXElementImpl> {
  public:
   explicit CTestElement(vex::IInstance& instance) : tVEXElementImpl(instance) {}
 
@@ -47,8 +47,6 @@ class CTestElement final : public vex::easyImpl::tVEXElementImpl<vex::easyImpl::
                         vex::easyImpl::IPropertyCollectionImpl** properties) override {
     return MakeRef<vex::easyImpl::CPropertyCollectionImpl>(instance).CopyTo(properties);
   }
-
- private:
   ~CTestElement() override = default;
 };
 
