@@ -115,7 +115,7 @@ inline Answer Eval(IDispatch* object, std::string_view expression) {
 
 /// Expressions from an object on, one after the other, and what `Answer::Shown` shows of them.
 inline void ExpectShown(IDispatch* object,
-                        std::initializer_list<std::pair<const char*, std::string>> lines) {
+                        std::initializer_list<std::pair<std::string, std::string>> lines) {
   for (const auto& [expression, shown] : lines) {
     EXPECT_EQ(shown, Eval(object, expression).Shown()) << expression;
   }

@@ -1,4 +1,5 @@
 // query/DateValuesTest.cpp - relative ranges around month and year ends, and date notations.
+#include "query/values/AttributeDataTypeHelper.h"
 #include "query/values/DateNotation.h"
 #include "query/values/RelativeRange.h"
 #include "query/values/ValueFromText.h"
@@ -26,35 +27,31 @@ std::string Show(const SystemTime& time) {
   return text;
 }
 
-struct RangeCase {
-  std::u16string_view text;
-  SystemTime now;
-  std::string_view from;
-  std::string_view to;
-};
-
 constexpr SystemTime kSunday{2009, 5, 0, 17, 13, 14, 15, 16};
-constexpr SystemTime kLeapMarch{2024, 3, 5, 1, 0, 0, 0, 0};
-constexpr SystemTime kNewYear{2000, 1, 6, 1, 23, 59, 59, 999};
-
-constexpr RangeCase kRanges[] = {
-    {u"Today", kSunday, "20090517000000/0", "20090517235959/0"},
-    {u"Yesterday", kSunday, "20090516000000/6", "20090516235959/6"},
-    {u"LastSevenDays", kSunday, "20090510000000/0", "20090517131415/0"},
-    {u"Last 7 days", kSunday, "20090510000000/0", "20090517131415/0"},
-    {u"LastFourteenDays", kSunday, "20090503000000/0", "20090517131415/0"},
-    {u"Last 14 days", kSunday, "20090503000000/0", "20090517131415/0"},
-    {u"Last 30 days", kSunday, "20090417000000/5", "20090517131415/0"},
-    {u"Yesterday", kLeapMarch, "20240229000000/4", "20240229235959/4"},
-    {u"LastThirtyDays", kLeapMarch, "20240131000000/3", "20240301000000/5"},
-    {u"Yesterday", kNewYear, "19991231000000/5", "19991231235959/5"},
-    {u"LastSevenDays", kNewYear, "19991225000000/6", "20000101235959/6"},
-    {u"today", kSunday, "20090517000000/0", "20090517131415/0"},  // no keyword: compared exactly
-    {u"", kSunday, "20090517000000/0", "20090517131415/0"},
-};
 
 TEST(RelativeRange, ReachesBackFromNow) {
-  for (const RangeCase& c : kRanges) {
+  constexpr SystemTime kLeapMarch{2024, 3, 5, 1, 0, 0, 0, 0};
+  constexpr SystemTime kNewYear{2000, 1, 6, 1, 23, 59, 59, 999};
+  constexpr struct {
+    std::u16string_view text;
+    SystemTime now;
+    std::string_view from, to;
+  } kRanges[] = {
+      {u"Today", kSunday, "20090517000000/0", "20090517235959/0"},
+      {u"Yesterday", kSunday, "20090516000000/6", "20090516235959/6"},
+      {u"LastSevenDays", kSunday, "20090510000000/0", "20090517131415/0"},
+      {u"Last 7 days", kSunday, "20090510000000/0", "20090517131415/0"},
+      {u"LastFourteenDays", kSunday, "20090503000000/0", "20090517131415/0"},
+      {u"Last 14 days", kSunday, "20090503000000/0", "20090517131415/0"},
+      {u"Last 30 days", kSunday, "20090417000000/5", "20090517131415/0"},
+      {u"Yesterday", kLeapMarch, "20240229000000/4", "20240229235959/4"},
+      {u"LastThirtyDays", kLeapMarch, "20240131000000/3", "20240301000000/5"},
+      {u"Yesterday", kNewYear, "19991231000000/5", "19991231235959/5"},
+      {u"LastSevenDays", kNewYear, "19991225000000/6", "20000101235959/6"},
+      {u"today", kSunday, "20090517000000/0", "20090517131415/0"},  // no keyword: compared exactly
+      {u"", kSunday, "20090517000000/0", "20090517131415/0"},
+  };
+  for (const auto& c : kRanges) {
     const DateRange range = RelativeRange(c.text, c.now);
     EXPECT_EQ(c.from, Show(range.from)) << cor::ToUtf8(c.text);
     EXPECT_EQ(c.to, Show(range.to)) << cor::ToUtf8(c.text);
@@ -94,16 +91,12 @@ TEST(RelativeRange, BoundsTheInterval) {
   EXPECT_FALSE(AddDays({2009, 2, 0, 30, 0, 0, 0, 0}, 0));
 }
 
-struct NotationCase {
-  std::u16string_view code;
-  bool isLong;
-  std::string_view picture;
-  std::string_view pattern;
-  std::string_view strftime;
-};
-
 TEST(DateNotation, FollowsTheLanguage) {
-  constexpr NotationCase kCases[] = {
+  constexpr struct {
+    std::u16string_view code;
+    bool isLong;
+    std::string_view picture, pattern, strftime;
+  } kCases[] = {
       {u"ger", true, "dd.MM.yyyy HH:mm:ss", "DD.MM.YYYY hh:mm:ss", "%d.%m.%Y %H:%M:%S"},
       {u"ger", false, "dd.MM.yyyy", "DD.MM.YYYY", "%d.%m.%Y"},
       {u"jpn", true, "yyyy/MM/dd HH:mm:ss", "YYYY/MM/DD hh:mm:ss", "%Y/%m/%d %H:%M:%S"},
@@ -112,7 +105,7 @@ TEST(DateNotation, FollowsTheLanguage) {
       {u"fra", false, "MM/dd/yyyy", "MM/DD/YYYY", "%m/%d/%Y"},
       {u"", false, "MM/dd/yyyy", "MM/DD/YYYY", "%m/%d/%Y"},
   };
-  for (const NotationCase& c : kCases) {
+  for (const auto& c : kCases) {
     SCOPED_TRACE(cor::ToUtf8(c.code));
     const Language language = LanguageOfCode(c.code);
     const DateNotation& notation = DateNotationOf(language, c.isLong);
@@ -142,14 +135,8 @@ TEST(DateNotation, HasATimeOfDayUnderBeforeAndAfter) {
   EXPECT_TRUE(HasTimeOfDay(u"Datum vor", German()));
 }
 
-struct ValueCase {
-  std::u16string_view text;
-  std::int32_t dataType;
-  Variant value;
-};
-
 TEST(ValueFromText, MakesNumbersOfWholeTextsOnly) {
-  const ValueCase cases[] = {
+  const std::tuple<std::u16string_view, std::int32_t, Variant> kCases[] = {
       {u"12", eI32, Variant::I4(12)},
       {u"-2147483648", eI32, Variant::I4(-2147483647 - 1)},
       {u"2147483648", eI64, Variant::I8(2147483648)},
@@ -174,14 +161,27 @@ TEST(ValueFromText, MakesNumbersOfWholeTextsOnly) {
       {u"0x10", eI32, Variant::Text(u"0x10")},
       {u"\u0661", eI32, Variant::Text(u"\u0661")},
   };
-  for (const ValueCase& c : cases) {
-    SCOPED_TRACE(cor::ToUtf8(c.text));
-    const Variant value = ValueFromText(c.text, c.dataType);
-    ASSERT_EQ(c.value.Type(), value.Type());
+  for (const auto& [text, dataType, expected] : kCases) {
+    SCOPED_TRACE(cor::ToUtf8(text));
+    const Variant value = ValueFromText(text, dataType);
+    ASSERT_EQ(expected.Type(), value.Type());
     VarOrder order = VarOrder::Null;
-    EXPECT_EQ(S_OK, CompareVariants(c.value, value, &order));
+    EXPECT_EQ(S_OK, CompareVariants(expected, value, &order));
     EXPECT_EQ(VarOrder::Equal, order);
   }
+}
+
+TEST(DataTypes, AreOfOneKind) {
+  std::string kinds;
+  for (std::int32_t type = -1; type <= 31; ++type) {
+    kinds += IsStringType(type)    ? 's'
+             : IsIntegerType(type) ? 'i'
+             : IsRealType(type)    ? 'r'
+             : IsDateType(type)    ? 'd'
+             : IsKnownType(type)   ? 'k'
+                                   : '-';
+  }
+  EXPECT_EQ("--kiiiiiikrrkkkkkkkkkkkksskkkkkdk", kinds);
 }
 
 }  // namespace

@@ -5,7 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <optional>
 #include <string>
 
 namespace hv::vex {
@@ -18,27 +17,24 @@ const StringTable& German() {
   return *table;
 }
 
-struct OperatorCase {
-  std::u16string_view symbol;
-  std::string_view fileName;
-  std::u16string_view display;  ///< the symbol where there is none
-  std::string_view dateFileName;
-};
-
-constexpr OperatorCase kOperators[] = {
-    {u"=", "equal", u"Date equal", "day"},
-    {u"<>", "not_equal", u"<>", "not_equal"},
-    {u"<", "less", u"<", "less"},
-    {u"<=", "less_than", u"Date before", "before"},
-    {u">", "greater", u">", "greater"},
-    {u">=", "greater_than", u"Date after", "after"},
-    {u"#", "pre", u"Relative range", "pre"},
-};
-
 TEST(Operators, HaveThreeForms) {
+  constexpr struct {
+    std::u16string_view symbol;
+    std::string_view fileName;
+    std::u16string_view display;  ///< the symbol where there is none
+    std::string_view dateFileName;
+  } kOperators[] = {
+      {u"=", "equal", u"Date equal", "day"},
+      {u"<>", "not_equal", u"<>", "not_equal"},
+      {u"<", "less", u"<", "less"},
+      {u"<=", "less_than", u"Date before", "before"},
+      {u">", "greater", u">", "greater"},
+      {u">=", "greater_than", u"Date after", "after"},
+      {u"#", "pre", u"Relative range", "pre"},
+  };
   std::size_t at = 0;
   ASSERT_EQ(std::size(kOperators), OperatorSymbols().size());
-  for (const OperatorCase& c : kOperators) {
+  for (const auto& c : kOperators) {
     SCOPED_TRACE(cor::ToUtf8(c.symbol));
     const bool hasDisplay = c.symbol != c.display;
     EXPECT_EQ(c.symbol, OperatorSymbols()[at++]);
@@ -69,21 +65,19 @@ TEST(Operators, TakeTheirNamesFromTheStringTable) {
 }
 
 TEST(Operators, RefuseNamesOutsideOfTheTable) {
-  const auto code = [](auto call) -> std::optional<com::cErrCode> {
+  const auto isRefused = [](auto convert, std::u16string_view text) {
     try {
-      call();
+      (void)convert(text, StringTable::Default());
     } catch (const com::cErrCode thrown) {
-      return thrown;
+      return thrown == com::cErrCode::eBadQueryContent;
     }
-    return std::nullopt;
+    return false;
   };
   for (const std::u16string_view text : {u"foo", u"", u"=", u"equals"}) {
-    EXPECT_EQ(com::cErrCode::eBadQueryContent, code([&] { (void)FileNameToOperator(text); }))
-        << cor::ToUtf8(text);
+    EXPECT_TRUE(isRefused(FileNameToOperator, text)) << cor::ToUtf8(text);
   }
   for (const std::u16string_view text : {u"foo", u"", u"equal", u"=="}) {
-    EXPECT_EQ(com::cErrCode::eBadQueryContent, code([&] { (void)OperatorToFileName(text); }))
-        << cor::ToUtf8(text);
+    EXPECT_TRUE(isRefused(OperatorToFileName, text)) << cor::ToUtf8(text);
     EXPECT_EQ(text, OperatorToDisplay(text).view());
     EXPECT_EQ(text, DisplayToOperator(text).view());
   }

@@ -8,45 +8,39 @@
 namespace hv::vex::test {
 namespace {
 
-Variant T(std::u16string_view text) { return Variant::Text(text); }
-const Variant kDay = Variant::Date(39950);
-
 TEST_F(ConditionsTest, ShowOnlyAlternativesAmongSeveralValues) {
-  struct ValuesCase {
+  constexpr struct {
     std::u16string_view op;
-    std::size_t count;
+    std::int32_t count;
     const char* values;  ///< by name, from index 0 to the size
     std::int32_t effectiveSize;
+  } kCases[] = {
+      {u"=", 0, "", 0},
+      {u"=", 1, "a ", 1},
+      {u"=", 3, "a b c ", 3},
+      {u"<>", 1, "a ", 1},
+      {u"<>", 2, "empty empty ", 0},
+      {u"#", 2, "empty empty ", 0},
   };
-  constexpr ValuesCase kCases[] = {
-      {u"=", 0, "", 0},     {u"=", 1, "v0 ", 1},           {u"=", 3, "v0 v1 v2 ", 3},
-      {u"<>", 1, "v0 ", 1}, {u"<>", 2, "empty empty ", 0}, {u"#", 2, "empty empty ", 0},
-  };
-  for (const ValuesCase& c : kCases) {
+  const Variant values[] = {T(u"a"), T(u"b"), T(u"c")};
+  for (const auto& c : kCases) {
     ASSERT_EQ(S_OK, m_conditions->RemoveAll());
     const Ref<IConditionImpl> logic = AddNamed(u"", u"Name", c.op, Variant());
-    std::vector<Variant> values;
-    for (std::size_t i = 0; i < c.count; ++i)
-      values.push_back(T(u"v" + std::u16string(1, static_cast<char16_t>(u'0' + i))));
-    ASSERT_EQ(S_OK, logic->SetValues(values, u"text"));
-    const Answer condition = Get(m_face.Get(), u"Item", Variant::I4(1));
+    ASSERT_EQ(S_OK, logic->SetValues({values, values + c.count}, u"text"));
     std::string shown;
-    for (std::size_t i = 0; i < c.count; ++i) {
-      shown +=
-          Get(condition.Object(), u"Values", Variant::I4(static_cast<std::int32_t>(i))).Shown() +
-          " ";
+    for (std::int32_t i = 0; i <= c.count; ++i) {
+      shown += Eval(m_face.Get(), "Item(1).Values(" + std::to_string(i) + ")").Shown() + " ";
     }
-    EXPECT_EQ(c.values, shown);
-    EXPECT_EQ(std::to_string(c.count), Get(condition.Object(), u"Size").Shown());
+    const std::string count = std::to_string(c.count);
+    EXPECT_EQ(c.values + ("211 The index " + count) + " is out of range for the property Values. ",
+              shown);
+    ExpectShown(m_face.Get(), {{"Item(1).Size", count},
+                               {"Item(1).Values(-1)",
+                                "211 The index -1 is out of range for the property Values."}});
     EXPECT_EQ(c.effectiveSize, logic->GetEffectiveSize());
-    EXPECT_EQ(
-        "211 The index " + std::to_string(c.count) + " is out of range for the property Values.",
-        Get(condition.Object(), u"Values", Variant::I4(static_cast<std::int32_t>(c.count)))
-            .Shown());
-    EXPECT_EQ(211, Get(condition.Object(), u"Values", Variant::I4(-1)).error.number);
     // Without a collection nobody tells which operators take several values.
     ASSERT_EQ(S_OK, m_conditions->RemoveAt(0));
-    EXPECT_EQ(static_cast<std::int32_t>(c.count), logic->GetEffectiveSize());
+    EXPECT_EQ(c.count, logic->GetEffectiveSize());
   }
 }
 
@@ -107,32 +101,23 @@ TEST_F(ConditionsTest, CompareEveryFieldExactly) {
 
   Ref<IConditionImpl> condition;
   ASSERT_EQ(S_OK, other->GetItem(0, condition.Put()));
-  ASSERT_EQ(S_OK, condition->SetFromText(u"A"));
-  EXPECT_FALSE(other->Compare(*m_conditions));
-  ASSERT_EQ(S_OK, condition->SetFromText(u"a"));
-  ASSERT_EQ(S_OK, condition->SetOperator(u"<>"));
-  EXPECT_FALSE(other->Compare(*m_conditions));
-  ASSERT_EQ(S_OK, condition->SetOperator(u"="));
-  ASSERT_EQ(S_OK, condition->SetProperty(u"name"));
-  EXPECT_FALSE(other->Compare(*m_conditions));
-  ASSERT_EQ(S_OK, condition->SetProperty(u"Name"));
-  ASSERT_TRUE(other->Compare(*m_conditions));
-  ASSERT_EQ(S_OK, other->SetLogic(u"OR"));
-  EXPECT_FALSE(other->Compare(*m_conditions));
-  ASSERT_EQ(S_OK, other->SetLogic(u""));
-  EXPECT_TRUE(other->Compare(*m_conditions)) << "a chain that is written out is the same logic";
+  const auto differsAfter = [&](Result changed) {
+    return changed == S_OK && !other->Compare(*m_conditions);
+  };
+  EXPECT_TRUE(differsAfter(condition->SetFromText(u"A")));
+  EXPECT_FALSE(differsAfter(condition->SetFromText(u"a")));
+  EXPECT_TRUE(differsAfter(condition->SetOperator(u"<>")));
+  EXPECT_FALSE(differsAfter(condition->SetOperator(u"=")));
+  EXPECT_TRUE(differsAfter(condition->SetProperty(u"name")));
+  EXPECT_FALSE(differsAfter(condition->SetProperty(u"Name")));
+  EXPECT_TRUE(differsAfter(other->SetLogic(u"OR")));
+  EXPECT_FALSE(differsAfter(other->SetLogic(u""))) << "a chain written out is the same logic";
   m_model->m_prefix = u"xo";
-  ASSERT_EQ(S_OK, condition->SetType(u"Test"));
-  EXPECT_FALSE(other->Compare(*m_conditions)) << "internal names count";
+  EXPECT_TRUE(differsAfter(condition->SetType(u"Test"))) << "internal names count";
 }
 
 TEST_F(ConditionsTest, CopyAllOrWhatTheLogicNames) {
-  struct CopyCase {
-    std::u16string_view logic;
-    const char* names;
-    std::u16string_view copied;
-  };
-  constexpr CopyCase kCases[] = {
+  constexpr std::tuple<std::u16string_view, const char*, std::u16string_view> kCases[] = {
       {u"", "C1 C2 C10", u"C1 AND C2 AND C10"},
       {u"C10", "C10", u"C10"},
       {u"(C2 OR C10)", "C2 C10", u"(C2 OR C10)"},
@@ -142,14 +127,14 @@ TEST_F(ConditionsTest, CopyAllOrWhatTheLogicNames) {
   AddNamed(u"", u"Size", u">", Variant::I4(1));
   AddNamed(u"C10", u"Day", u"=", kDay);
   const Ref<CDataStoreConditionCollImpl> source = m_conditions;
-  for (const CopyCase& c : kCases) {
-    ASSERT_EQ(S_OK, c.logic.empty() ? S_OK : source->SetLogic(c.logic));
+  for (const auto& [logic, names, copied] : kCases) {
+    ASSERT_EQ(S_OK, logic.empty() ? S_OK : source->SetLogic(logic));
     m_conditions = MakeRef<CDataStoreConditionCollImpl>(nullptr, m_model.Get());
     ASSERT_EQ(S_OK, m_conditions->CopyReferenced(*source));
-    EXPECT_EQ(c.names, Names());
-    EXPECT_EQ(c.copied, m_conditions->GetStoredLogic().view());
+    EXPECT_EQ(names, Names());
+    EXPECT_EQ(copied, m_conditions->GetStoredLogic().view());
     ASSERT_EQ(S_OK, m_conditions->CopyReferenced(*m_conditions)) << "itself";
-    EXPECT_EQ(c.names, Names());
+    EXPECT_EQ(names, Names());
   }
   // A copy has everything, and nothing in common with what it was made of.
   ASSERT_EQ(S_OK, m_conditions->AssignFrom(*source));
@@ -186,13 +171,7 @@ TEST_F(ConditionsTest, AddByDefaultWhatThePropertyAsksFor) {
 
 TEST_F(ConditionsTest, FitValuesToTypes) {
   const Variant time = Variant::Object(CreateTime(util::conv::TimeValue()).Get());
-  struct FitCase {
-    std::int32_t type;
-    std::u16string_view op;
-    Variant value;
-    bool fits;
-  };
-  const FitCase kCases[] = {
+  const std::tuple<std::int32_t, std::u16string_view, Variant, bool> kCases[] = {
       {eI8, u"=", Variant::I4(1), true},
       {eR64, u"=", T(u"1,5"), true},
       {eI32, u"=", Variant::Bool(true), true},
@@ -211,13 +190,12 @@ TEST_F(ConditionsTest, FitValuesToTypes) {
       {kTypeBoolean, u"=", Variant::Bool(true), false},
       {eNoType, u"=", T(u"x"), false},
   };
-  for (const FitCase& c : kCases) {
-    SCOPED_TRACE(c.type);
+  for (const auto& [type, op, value, fits] : kCases) {
+    SCOPED_TRACE(type);
     ASSERT_EQ(S_OK, m_conditions->RemoveAll());
-    m_model->m_types[u"Any"] = c.type;
-    const Ref<IConditionImpl> condition = AddNamed(u"", u"Any", c.op, Variant());
-    ASSERT_EQ(S_OK, condition->SetValue(c.value, u"text"));
-    EXPECT_EQ(c.fits ? S_OK : VEX_E_OTHER_STORE,
+    m_model->m_types[u"Any"] = type;
+    ASSERT_EQ(S_OK, AddNamed(u"", u"Any", op, Variant())->SetValue(value, u"text"));
+    EXPECT_EQ(fits ? S_OK : VEX_E_OTHER_STORE,
               m_conditions->Reattach(&m_query, m_model.Get(), false));
   }
 }
@@ -246,12 +224,12 @@ TEST_F(ConditionsTest, MoveToAnotherModel) {
 
   m_query.m_state = VEX_E_QUERY_BROWSE_PATH;
   m_conditions->Detach();
-  EXPECT_EQ("object", Get(m_face.Get(), u"Item", Variant::I4(1)).Shown());
-  EXPECT_EQ(
-      "1",
-      Get(Get(m_face.Get(), u"Item", Variant::I4(1)).Object(), u"Values", Variant::I4(0)).Shown())
-      << "what is detached stays readable";
-  EXPECT_EQ(212, Get(m_face.Get(), u"Add", T(u"Probe"), T(u"Name"), T(u"="), T(u"x")).error.number);
+  // What is detached stays readable.
+  ExpectShown(
+      m_face.Get(),
+      {{"Item(1).Values(0)", "1"},
+       {"Add('Probe','Name','=','x')",
+        "212 The text Probe is not a valid value for the argument Type of the method Add."}});
   EXPECT_EQ(S_OK, m_conditions->Reattach(&m_query, m_model.Get(), true));
   EXPECT_EQ(u"Test", second->GetType().view());
   std::int32_t size = 0;
@@ -261,57 +239,51 @@ TEST_F(ConditionsTest, MoveToAnotherModel) {
 TEST_F(ConditionsTest, AskTheQueryBeforeTheyCountValues) {
   const Ref<IConditionImpl> logic = AddNamed(u"", u"Name", u"=", T(u"x"));
   const auto condition = MakeRef<CDataStoreConditionInt>(logic);
-  const std::pair<Result, int> kStates[] = {
-      {VEX_E_OBJECT_GONE, 323}, {VEX_E_PARENT_GONE, 322}, {VEX_E_QUERY_BROWSE_PATH, 369}};
-  for (const auto& [state, number] : kStates) {
+  for (const auto& [state, message] :
+       {std::pair{VEX_E_OBJECT_GONE, "323 The object is no longer valid."},
+        {VEX_E_PARENT_GONE, "322 The parent object is no longer valid."},
+        {VEX_E_QUERY_BROWSE_PATH, "369 The query does not match the browse path."}}) {
     m_query.m_state = state;
-    EXPECT_EQ(number, Get(condition.Get(), u"Size").error.number);
-    EXPECT_EQ(number, Get(condition.Get(), u"Values", Variant::I4(0)).error.number);
-    EXPECT_EQ("x", Get(condition.Get(), u"Value").Shown());
+    ExpectShown(condition.Get(), {{"Size", message}, {"Values(0)", message}, {"Value", "x"}});
   }
   // The collection goes, the condition stays with its fields.
   m_face.Reset();
   m_conditions.Reset();
-  EXPECT_EQ("1", Get(condition.Get(), u"Size").Shown());
-  EXPECT_EQ("C1 Test Name =", Get(condition.Get(), u"Name").Shown() + " " +
-                                  Get(condition.Get(), u"Type").Shown() + " " +
-                                  Get(condition.Get(), u"Property").Shown() + " " +
-                                  Get(condition.Get(), u"Operator").Shown());
+  ExpectShown(
+      condition.Get(),
+      {{"Size", "1"}, {"Name", "C1"}, {"Type", "Test"}, {"Property", "Name"}, {"Operator", "="}});
 }
 
 TEST_F(ConditionsTest, AnswerByName) {
-  IDispatch* const face = m_face.Get();
-  const Answer ordered = Get(face, u"AddOrderBy", T(u"Test"), T(u"Size"), Variant::I4(0));
-  EXPECT_EQ("0", Get(ordered.Object(), u"OrderBy").Shown());
-  EXPECT_EQ("245 OrderBy not implemented.",
-            Put(ordered.Object(), u"OrderBy", Variant::I4(1)).Shown());
-  EXPECT_EQ("245 AddOrderBy not implemented.",
-            Get(face, u"AddOrderBy", T(u"Test"), T(u"Size"), Variant::I4(2)).Shown());
-  EXPECT_EQ("2", Get(face, u"Count").Shown()) << "the condition stays";
-  EXPECT_EQ(
-      "212 The text Tset is not a valid value for the argument Type of the method AddOrderBy.",
-      Get(face, u"AddOrderBy", T(u"Tset"), T(u"Size"), Variant::I4(0)).Shown());
-  EXPECT_EQ(
-      "212 The text Nix is not a valid value for the argument Property of the method AddOrderBy.",
-      Get(face, u"AddOrderBy", T(u"Test"), T(u"Nix"), Variant::I4(0)).Shown());
-
-  EXPECT_EQ("C1 C2", hv::test::NamesOf(face));
-  EXPECT_EQ("C2", Get(hv::test::Index(face, Variant::I4(2)).Object(), u"Name").Shown());
-  for (const std::int32_t index : {-1, 0, 3}) {
-    const std::string refused = "215 The index " + std::to_string(index) +
-                                " does not correspond to a member of the collection.";
-    EXPECT_EQ(refused, Get(face, u"Item", Variant::I4(index)).Shown());
-    EXPECT_EQ(refused, Get(face, u"Remove", Variant::I4(index)).Shown());
+  ExpectShown(m_face.Get(),
+              {{"AddOrderBy('Test','Size',0).OrderBy", "0"},
+               {"Item(1).OrderBy=1", "245 OrderBy not implemented."},
+               {"AddOrderBy('Test','Size',2)", "245 AddOrderBy not implemented."},
+               {"Count", "2"},  // the condition stays
+               {"AddOrderBy('Tset','Size',0)",
+                "212 The text Tset is not a valid value for the argument Type of the method "
+                "AddOrderBy."},
+               {"AddOrderBy('Test','Nix',0)",
+                "212 The text Nix is not a valid value for the argument Property of the method "
+                "AddOrderBy."}});
+  EXPECT_EQ("C1 C2", hv::test::NamesOf(m_face.Get()));
+  const Answer second = hv::test::Index(m_face.Get(), Variant::I4(2));
+  ExpectShown(second.Object(), {{"Name", "C2"}});
+  for (const std::string index : {"-1", "0", "3"}) {
+    const std::string refused =
+        "215 The index " + index + " does not correspond to a member of the collection.";
+    ExpectShown(m_face.Get(),
+                {{"Item(" + index + ")", refused}, {"Remove(" + index + ")", refused}});
   }
-  EXPECT_EQ("298 The provided logical operation: C1 XOR C2 is not valid.",
-            Put(face, u"Logic", T(u"C1 XOR C2")).Shown());
-  EXPECT_EQ("empty", Put(face, u"Logic", T(u"OR")).Shown());
-  EXPECT_EQ("empty", Get(face, u"Remove", Variant::I4(1)).Shown());
-  EXPECT_EQ("C2", Get(face, u"Logic").Shown());
-  EXPECT_EQ("empty", Get(face, u"Renumber").Shown());
-  EXPECT_EQ("C1", Get(face, u"Logic").Shown());
-  EXPECT_EQ("empty", Get(face, u"RemoveAll").Shown());
-  EXPECT_EQ("0", Get(face, u"Count").Shown());
+  ExpectShown(m_face.Get(),
+              {{"Logic='C1 XOR C2'", "298 The provided logical operation: C1 XOR C2 is not valid."},
+               {"Logic='OR'", "empty"},
+               {"Remove(1)", "empty"},
+               {"Logic", "C2"},
+               {"Renumber", "empty"},
+               {"Logic", "C1"},
+               {"RemoveAll", "empty"},
+               {"Count", "0"}});
   EXPECT_EQ(E_POINTER, m_face->Add(u"", u"", u"", Variant(), nullptr)) << "before all other checks";
 }
 

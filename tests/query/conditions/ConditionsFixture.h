@@ -19,8 +19,13 @@ using easyImpl::CDataStoreConditionCollImpl;
 using easyImpl::IConditionCollImpl;
 using easyImpl::IConditionImpl;
 using hv::test::Answer;
+using hv::test::Eval;
+using hv::test::ExpectShown;
 using hv::test::Get;
-using hv::test::Put;
+
+inline Variant T(std::u16string_view text) { return Variant::Text(text); }
+/// 2009-05-17.
+inline const Variant kDay = Variant::Date(39950);
 
 class PropertyType final : public cor::Counted<IAttributeDataTypeHelper> {
  public:

@@ -29,13 +29,11 @@ class TextHolder final : public cor::Counted<ITextStream> {
   Result answer = S_OK;
 };
 
-inline std::string Head() {
-  return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<vex_document version=\"1\" "
-         "model=\"http://www.halvorn.example/DataModels/VEX/Query/1_2\">\n";
-}
 /// A document with these tags.
 inline std::string Whole(std::string_view tags) {
-  return Head() + std::string(tags) + "</vex_document>\n";
+  return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<vex_document version=\"1\" "
+         "model=\"http://www.halvorn.example/DataModels/VEX/Query/1_2\">\n" +
+         std::string(tags) + "</vex_document>\n";
 }
 /// A document with one query: its tags.
 inline std::string Document(std::string_view query) {
@@ -62,10 +60,8 @@ class QueryFiles : public QueryTest {
   }
   /// The contents of the first tag of a name in a text.
   static std::string Tag(const std::string& text, const std::string& name) {
-    const std::size_t begin = text.find("<" + name + ">");
-    if (begin == text.npos) return "none";
-    const std::size_t from = begin + name.size() + 2;
-    return text.substr(from, text.find("</" + name + ">", from) - from);
+    const std::size_t from = text.find("<" + name + ">") + name.size() + 2;
+    return text.substr(from, text.find("</" + name + ">") - from);
   }
   /// "C1 Entity.Property operator type:value text [values]" for each condition, then the logic.
   static std::string Described(CDataStoreAdvancedQueryImpl& query) {

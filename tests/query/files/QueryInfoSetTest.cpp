@@ -44,7 +44,7 @@ class QueryInfoSet : public QueryFiles {
 };
 
 TEST_F(QueryInfoSet, HoldsAQueryAndColumnsBesideEachOther) {
-  Fill({"MeaResult|Title|=|x"});
+  Fill("Title|=|x");
   const auto columns = MakeRef<Columns>();
   columns->stored = {{u"measurement", 120, true, {{u"measurement", u"name", 80}, {u"", u"id", -1}}},
                      {u"measurement.test", 60, false, {}}};
@@ -142,7 +142,7 @@ TEST_F(QueryInfoSet, GivesSessionsTheirCodes) {
 }
 
 TEST_F(QueryInfoSet, LeavesTheOldFileWhenWritingFails) {
-  Fill({"MeaResult|Title|=|x"});
+  Fill("Title|=|x");
   ASSERT_EQ(S_OK, SaveQueryFile(m_query.Get(), PathOf("a.query")));
   const std::string old = Bytes("a.query");
   rlimit limit{};

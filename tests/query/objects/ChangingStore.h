@@ -1,4 +1,4 @@
-// tests/query/objects/ChangingStore.h - a store whose model a test can exchange.
+// tests/query/objects/ChangingStore.h - a store whose model a test can exchange or restrict.
 #pragma once
 
 #include "cor/Counted.h"
@@ -6,7 +6,7 @@
 
 namespace hv::test {
 
-/// Has the entities of a real model and counts its changes.
+/// Has the entities of a real model, counts its changes, and may be able to do less.
 class ChangingModel final : public cor::Counted<vex::IModel> {
  public:
   explicit ChangingModel(const Ref<vex::IStore>& store)
@@ -15,6 +15,9 @@ class ChangingModel final : public cor::Counted<vex::IModel> {
     m_model = Ref<vex::IModel>::Adopt(store->GetModel());
     ++m_counter;
   }
+  std::int32_t m_logic = 1;
+  std::int32_t m_several = 1;
+  std::uint64_t m_longest = 0;
 
   vex::IEntityList* GetEntities() override { return m_model->GetEntities(); }
   vex::IEntity* GetEntityByName(std::u16string_view name) override {
@@ -32,9 +35,9 @@ class ChangingModel final : public cor::Counted<vex::IModel> {
     return m_model->FindPath(from, to, path);
   }
   std::uint64_t GetChangeCounter() override { return m_counter; }
-  std::uint64_t GetLongestValue() override { return 0; }
-  std::int32_t SupportsCustomLogic() override { return 1; }
-  std::int32_t SupportsMultipleValues() override { return 1; }
+  std::uint64_t GetLongestValue() override { return m_longest; }
+  std::int32_t SupportsCustomLogic() override { return m_logic; }
+  std::int32_t SupportsMultipleValues() override { return m_several; }
   void GetBaseModelVersion(WString& version) override { m_model->GetBaseModelVersion(version); }
   vex::IAttribute* GetEnumerationNames() override { return m_model->GetEnumerationNames(); }
   std::uint64_t GetEnumerationItemCount(std::u16string_view) override { return 0; }

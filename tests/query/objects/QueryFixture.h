@@ -62,24 +62,31 @@ class QueryTest : public ::testing::Test {
   }
 
   easyImpl::IConditionCollImpl& Conditions() { return *m_query->GetStoreConditions(); }
-  /// "Entity|Property|operator|value"; a value behind "@" is a date in digits.
+  /// "Entity|Property|operator|value", without an entity for one of MeaResult; a value behind "@"
+  /// is a date in digits.
   static void Add(CDataStoreAdvancedQueryImpl& query, std::string_view condition) {
     std::vector<WString> parts;
+    if (std::ranges::count(condition, '|') < 3) parts.push_back(u"MeaResult");
     for (std::size_t bar = 0; parts.size() < 3; condition.remove_prefix(bar + 1)) {
       bar = condition.find('|');
       parts.push_back(cor::FromUtf8(condition.substr(0, bar)));
     }
     Variant value = Variant::Text(cor::FromUtf8(condition));
     if (condition.starts_with('@')) {
-      value =
-          Variant::Object(CreateTime(util::conv::TimeValue::FromText(condition.substr(1))).Get());
+      const auto time = util::conv::TimeValue::FromText(condition.substr(1));
+      value = Variant::Object(CreateTime(time).Get());
     }
     Ref<easyImpl::IConditionImpl> added;
     ASSERT_EQ(S_OK, query.GetStoreConditions()->AddWithName({}, parts[0], parts[1], parts[2], value,
                                                             added.Put()));
   }
-  void Fill(const std::vector<std::string>& conditions, std::u16string_view logic = {}) {
-    for (const std::string& condition : conditions) Add(*m_query, condition);
+  /// Adds conditions with ";" between them, and sets the logic.
+  void Fill(std::string_view conditions, std::u16string_view logic = {}) {
+    while (!conditions.empty()) {
+      const std::string_view first = conditions.substr(0, conditions.find(';'));
+      Add(*m_query, first);
+      conditions.remove_prefix(std::min(first.size() + 1, conditions.size()));
+    }
     ASSERT_EQ(S_OK, Conditions().SetLogicNormalised(logic));
   }
 
@@ -117,8 +124,8 @@ class QueryTest : public ::testing::Test {
     for (std::uint64_t i = 0; i < list->GetCount(); ++i) {
       WString key;
       list->GetKey(i, key);
-      const std::string bytes = cor::ToUtf8(key);
-      ids.push_back(bytes.substr(bytes.rfind(':') + 1));
+      ids.push_back(cor::ToUtf8(key));
+      ids.back().erase(0, ids.back().rfind(':') + 1);
     }
     std::ranges::sort(ids);
     std::string all;

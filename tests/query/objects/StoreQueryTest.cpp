@@ -12,29 +12,30 @@
 namespace hv::vex {
 namespace {
 
-using test::Eval;
+using test::ExpectShown;
 using test::Get;
-using test::Put;
 
 class StoreQuery : public QueryTest {
  protected:
   StoreQuery() { Use(OpenBench()); }
   static Ref<IStore> OpenOther() { return OpenFile(HV_TEST_DATA_DIR "/browse/campaign.atfx"); }
-  /// "type.property" of a condition, and its internal names.
-  std::string NamesOf(std::int32_t index) {
-    Ref<easyImpl::IConditionImpl> condition;
-    if (Failed(Conditions().GetItem(index, condition.Put()))) return "none";
-    return cor::ToUtf8(condition->GetType() + u"." + condition->GetProperty() + u" <- " +
-                       condition->GetInternalType() + u"." + condition->GetInternalProperty());
+  /// "type.property <- " and the internal names of each condition.
+  std::string Names() {
+    WString all;
+    Ref<easyImpl::IConditionImpl> c;
+    for (std::int32_t i = 0; !Failed(Conditions().GetItem(i, c.Put())); ++i) {
+      all += (i ? u"; " : u"") + c->GetType() + u"." + c->GetProperty() + u" <- " +
+             c->GetInternalType() + u"." + c->GetInternalProperty();
+    }
+    return cor::ToUtf8(all);
   }
 };
 
 TEST_F(StoreQuery, ResolvesNamesBothWays) {
   const StoreNames names(Ref<IModel>::Adopt(m_store->GetModel()));
-  struct Case {
+  constexpr struct {
     std::u16string_view entity, property, internal, internalProperty;
-  };
-  const Case cases[] = {
+  } kCases[] = {
       {u"Channel", u"Name", u"", u"name"},
       {u"MeaResult", u"Name", u"measurement", u"Name"},
       {u"MeaResult", u"Title", u"measurement", u"name"},
@@ -42,7 +43,7 @@ TEST_F(StoreQuery, ResolvesNamesBothWays) {
       {u"Campaign", u"Start.Date", u"measurement.test.parent_test", u"Start.Date"},
       {u"Column", u"Values", u"local_columns", u"values"},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : kCases) {
     SCOPED_TRACE(cor::ToUtf8(c.entity));
     WString internal;
     WString property;
@@ -70,12 +71,11 @@ TEST_F(StoreQuery, ResolvesNamesBothWays) {
 
 TEST_F(StoreQuery, ChecksPathsOfProperties) {
   const StoreNames names(Ref<IModel>::Adopt(m_store->GetModel()));
-  struct Case {
+  constexpr struct {
     std::u16string_view entity, property;
     std::int32_t flags, message;
     bool inBrowsePath = false;
-  };
-  const Case cases[] = {
+  } kCases[] = {
       {u"MeaResult", u"Size", 0, 0},
       {u"meaRESULT", u"State", 0, 0},
       {u"aomeasurement", u"name", 0, 0},
@@ -98,7 +98,7 @@ TEST_F(StoreQuery, ChecksPathsOfProperties) {
   };
   Ref<IBrowseConfig> config;
   ASSERT_EQ(S_OK, LoadDefaultBrowseConfig(m_store.Get(), config.Put()));
-  for (const Case& c : cases) {
+  for (const auto& c : kCases) {
     const std::int32_t flags =
         names.CheckPath(c.entity, c.property, c.inBrowsePath ? config.Get() : nullptr);
     EXPECT_EQ(c.flags, flags) << cor::ToUtf8(c.property);
@@ -142,36 +142,36 @@ TEST_F(StoreQuery, BeginsWithMeasurementsAndTakesValidTypesOnly) {
 }
 
 TEST_F(StoreQuery, MovesToAStoreWithOtherNames) {
-  Fill(
-      {"MeaResult|Title|=|Run 1", "Step|Name|=|Day*", "Campaign|Title|=|Cold*", "Channel|Name|=|x"},
-      u"C1 AND C2 AND C3");
+  Fill("Title|=|Run 1;Step|Name|=|Day*;Campaign|Title|=|Cold*;Channel|Name|=|x",
+       u"C1 AND C2 AND C3");
   ASSERT_EQ(S_OK, m_query->Detach());
   EXPECT_FALSE(m_query->IsAttached());
-  EXPECT_EQ("MeaResult.Title <- measurement.name", NamesOf(0)) << "stays readable";
+  EXPECT_EQ(0u, Names().find("MeaResult.Title <- measurement.name;")) << "stays readable";
   EXPECT_EQ(E_UNEXPECTED, m_query->Detach());
   EXPECT_EQ(E_INVALIDARG, m_query->Reattach(nullptr, true));
   m_store = OpenOther();
   ASSERT_EQ(S_OK, m_query->Reattach(m_store.Get(), true));
   EXPECT_EQ(u"Run", m_query->GetReturnType().view());
   EXPECT_EQ(u"campaign", m_query->GetStoreName().view());
-  EXPECT_EQ("Run.Name <- measurement.name", NamesOf(0));
-  EXPECT_EQ("Sub.Test.Name <- measurement.test.name", NamesOf(1));
-  EXPECT_EQ("Campaign.Title <- measurement.test.parent_test.name", NamesOf(2));
-  EXPECT_EQ("Channel.Name <- .name", NamesOf(3));
+  EXPECT_EQ(
+      "Run.Name <- measurement.name; Sub.Test.Name <- measurement.test.name; "
+      "Campaign.Title <- measurement.test.parent_test.name; Channel.Name <- .name",
+      Names());
   WString text;
   ASSERT_EQ(S_OK, Build(&text));
   EXPECT_EQ("4", Hits(text));
 }
 
 TEST_F(StoreQuery, StopsMovingAtTheFirstMisfit) {
-  Fill({"MeaResult|Title|=|a", "MeaResult|Size|=|1", "Step|Name|=|x"});
+  Fill("Title|=|a;Size|=|1;Step|Name|=|x");
   const Ref<IStore> other = OpenOther();
   EXPECT_EQ(E_UNEXPECTED, m_query->Reattach(other.Get(), true)) << "there is no size";
-  EXPECT_EQ("Run.Name <- measurement.name", NamesOf(0));
-  EXPECT_EQ("MeaResult.Size <- measurement.Size", NamesOf(1));
-  EXPECT_EQ("Step.Name <- measurement.test.name", NamesOf(2));
+  EXPECT_EQ(
+      "Run.Name <- measurement.name; MeaResult.Size <- measurement.Size; "
+      "Step.Name <- measurement.test.name",
+      Names());
   Use(m_store);
-  Fill({"MeaResult|Size|=|1", "MeaResult|Time|>=|soon"});
+  Fill("Size|=|1;Time|>=|soon");
   EXPECT_EQ(VEX_E_OTHER_STORE, m_query->Reattach(m_store.Get(), false)) << "no date";
   ASSERT_EQ(S_OK, m_query->SetReturnType(u"Person"));
   ASSERT_EQ(S_OK, Conditions().RemoveAll());
@@ -179,7 +179,7 @@ TEST_F(StoreQuery, StopsMovingAtTheFirstMisfit) {
 }
 
 TEST_F(StoreQuery, CopiesWhatAnotherIs) {
-  Fill({"MeaResult|Size|=|1", "MeaResult|Size|=|2"}, u"C1 OR C2");
+  Fill("Size|=|1;Size|=|2", u"C1 OR C2");
   ASSERT_EQ(S_OK, m_query->SetReturnType(u"Step"));
   m_query->SetFilterActive(1);
   const auto copy = MakeRef<CDataStoreAdvancedQueryImpl>(*m_store, nullptr);
@@ -196,8 +196,8 @@ TEST_F(StoreQuery, CopiesWhatAnotherIs) {
 TEST_F(StoreQuery, FollowsAModelThatChanges) {
   const auto changing = MakeRef<test::ChangingStore>(m_store);
   const Ref<IStore> other = OpenOther();
-  const auto shown = [&](std::u16string_view member) {
-    return Get(MakeRef<CDataStoreQueryInt>(m_query).Get(), member).Shown();
+  const auto expect = [&](const char* member, const char* shown) {
+    ExpectShown(MakeRef<CDataStoreQueryInt>(m_query).Get(), {{member, shown}});
   };
   const auto start = [&](std::u16string_view returnType, const char* condition) {
     Use(changing);
@@ -214,59 +214,49 @@ TEST_F(StoreQuery, FollowsAModelThatChanges) {
   const char* const kMisfit = "334 The query is not compatible with the connected data store.";
 
   start(u"MeaResult", "Campaign|Title|=|x");
-  EXPECT_EQ("Run", shown(u"ReturnType"));
-  EXPECT_EQ("object", shown(u"Conditions"));
+  expect("ReturnType", "Run");
+  expect("Conditions", "object");
   EXPECT_EQ(S_OK, m_query->CheckSync(u"Nobody")) << "it is up to date again";
   start(u"MeaResult", "Step|Name|=|x");
-  EXPECT_EQ(kMisfit, shown(u"Conditions")) << "there is no step any more";
-  EXPECT_EQ(kMisfit, shown(u"Conditions")) << "and it is said again";
+  expect("Conditions", kMisfit);  // there is no step any more
+  expect("Conditions", kMisfit);  // and it is said again
   start(u"Person", "Campaign|Title|=|x");
-  EXPECT_EQ(kMisfit, shown(u"ReturnType"));
-  EXPECT_EQ("empty", shown(u"Detach"));
-  EXPECT_EQ("Person", shown(u"ReturnType"));
+  expect("ReturnType", kMisfit);
+  expect("Detach", "empty");
+  expect("ReturnType", "Person");
 }
 
 TEST_F(StoreQuery, IsSeenByNameWithItsMessages) {
   const auto query = MakeRef<CDataStoreQueryInt>(m_query);
-  struct Case {
-    const char* call;
-    const char* shown;
-  };
-  const Case cases[] = {
-      {"IsEmpty", "-1"},
-      {"IsKindOf(4)", "-1"},
-      {"IsKindOf(1)", "0"},
-      {"IsKindOf(2)", "0"},
-      {"QueryString", ""},
-      {"QueryString(null)", ""},
-      {"ReturnType", "MeaResult"},
-      {"Conditions.Count", "0"},
-      {"Conditions.Add('MeaResult','Size','=','1').Name", "C1"},
-      {"Conditions.Count", "1"},
-      {"IsEmpty", "0"},
-      {"Detach", "empty"},
-      {"Detach", "250 Unknown error."},
-      {"ReturnType", "MeaResult"},
-      {"Conditions.Item(1).Property", "Size"},
-      {"IsEmpty", "0"},
-  };
-  const auto run = [&](const Case& c) {
-    EXPECT_EQ(c.shown, Eval(query.Get(), c.call).Shown()) << c.call;
-  };
-  std::ranges::for_each(cases, run);
+  ExpectShown(query.Get(), {{"IsEmpty", "-1"},
+                            {"IsKindOf(4)", "-1"},
+                            {"IsKindOf(1)", "0"},
+                            {"IsKindOf(2)", "0"},
+                            {"QueryString", ""},
+                            {"QueryString(null)", ""},
+                            {"ReturnType", "MeaResult"},
+                            {"Conditions.Count", "0"},
+                            {"Conditions.Add('MeaResult','Size','=','1').Name", "C1"},
+                            {"Conditions.Count", "1"},
+                            {"IsEmpty", "0"},
+                            {"Detach", "empty"},
+                            {"Detach", "250 Unknown error."},
+                            {"ReturnType", "MeaResult"},
+                            {"Conditions.Item(1).Property", "Size"},
+                            {"IsEmpty", "0"}});
   Use(m_store);
+  Add(*m_query, "Size|>|3");
   const auto again = MakeRef<CDataStoreQueryInt>(m_query);
-  EXPECT_EQ("209 The text Nobody is not a valid value for the property ReturnType.",
-            Put(again.Get(), u"ReturnType", Variant::Text(u"Nobody")).Shown());
-  EXPECT_EQ("245 QueryString not implemented.",
-            Put(again.Get(), u"QueryString", Variant::Text(u"<query/>")).Shown());
-  ErrorInfo error;
-  const Variant text[] = {Variant::Text(u"<query/>")};
-  EXPECT_EQ(DISP_E_EXCEPTION, again->Invoke(201, CallKind::Method, text, nullptr, &error));
-  EXPECT_EQ(245, error.number) << "by the id of writing";
+  ExpectShown(again.Get(),
+              {{"ReturnType='Nobody'",
+                "209 The text Nobody is not a valid value for the property ReturnType."},
+               {"QueryString='<query/>'", "245 QueryString not implemented."},
+               {"put_QueryString('<query/>')", "245 QueryString not implemented."}});
+  std::int32_t id = 0;
+  EXPECT_EQ(S_OK, again->GetIdOfName(u"put_QueryString", &id));
+  EXPECT_EQ(201, id);
   EXPECT_EQ("222 The argument Context of the method QueryString must be a DataStore.",
             Get(again.Get(), u"QueryString", Variant::Object(query.Get())).Shown());
-  Add(*m_query, "MeaResult|Size|>|3");
   EXPECT_EQ("AND(&gt;(Size p'3'))", Short(Get(again.Get(), u"QueryString").value.AsText()));
 }
 
