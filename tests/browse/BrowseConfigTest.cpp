@@ -6,15 +6,11 @@ namespace {
 
 class BrowseConfig : public BrowseTest {};
 
-struct PathCase {
-  const char* file;
-  const char* chain;
-  const char* dataLevels;
-  bool isComplete;
-};
-
 TEST_F(BrowseConfig, DefaultPathFollowsTheModel) {
-  const PathCase kCases[] = {
+  constexpr struct {
+    const char *file, *chain, *dataLevels;
+    bool isComplete;
+  } kCases[] = {
       {"campaign", "/#Campaign>Vehicle.Runs>Runs>Channels", "Sub.Test,Run,Channel", true},
       {"notest", "", "", false},
       {"nochildren", "/#Test", "", false},
@@ -22,7 +18,7 @@ TEST_F(BrowseConfig, DefaultPathFollowsTheModel) {
       {"loop", "/#Test>children", "", false},
       {"nosubmatrix", "/#Campaign>Vehicle.Runs>Runs>Channels", "Sub.Test,Run,Channel", false},
   };
-  for (const PathCase& row : kCases) {
+  for (const auto& row : kCases) {
     SCOPED_TRACE(row.file);
     const auto config = Load(row.file);
     EXPECT_EQ(row.chain, Chain(*config));
@@ -33,40 +29,29 @@ TEST_F(BrowseConfig, DefaultPathFollowsTheModel) {
   }
 }
 
-struct LevelCase {
-  const char16_t* name;
-  const char16_t* path;
-  const char16_t* parentPath;
-  const char16_t* childPath;
-  const char16_t* representedBy;
-  SymbolKey key;
-  bool isDataLevel;
-  bool isInPath;
-};
-
 TEST_F(BrowseConfig, LevelsKnowTheirPlace) {
   const auto config = Load("campaign");
-  const LevelCase kLevels[] = {
-      {u"Campaign", u"/#Campaign", u"", u"Vehicle.Runs", u"Title", -1, false, true},
-      {u"Sub.Test", u"Vehicle.Runs", u"Campaign", u"Runs", u"Name", -2, true, true},
-      {u"Run", u"Runs", u"Test", u"Channels", u"Name", -3, true, true},
-      {u"Channel", u"Channels", u"Owner", u"", u"Name", -4, true, true},
-      {u"Matrix", u"/#Matrix", u"measurement", u"Columns", u"Name", -6, true, false},
-      {u"Column", u"Columns", u"Matrix", u"", u"Name", -7, true, false},
+  constexpr struct {
+    const char16_t* name;
+    const char* place;  ///< path, path of the parent, of the child, and what stands for the level
+    SymbolKey key;
+    bool isDataLevel, isInPath;
+  } kLevels[] = {
+      {u"Campaign", "/#Campaign||Vehicle.Runs|Title", -1, false, true},
+      {u"Sub.Test", "Vehicle.Runs|Campaign|Runs|Name", -2, true, true},
+      {u"Run", "Runs|Test|Channels|Name", -3, true, true},
+      {u"Channel", "Channels|Owner||Name", -4, true, true},
+      {u"Matrix", "/#Matrix|measurement|Columns|Name", -6, true, false},
+      {u"Column", "Columns|Matrix||Name", -7, true, false},
   };
-  for (const LevelCase& row : kLevels) {
+  for (const auto& row : kLevels) {
+    SCOPED_TRACE(row.place);
     const auto level = Level(*config, row.name);
-    SCOPED_TRACE(cor::ToUtf8(row.name));
     ASSERT_TRUE(level);
-    WString text;
-    level->GetPath(text);
-    EXPECT_TRUE(text.EqualsExact(row.path)) << cor::ToUtf8(text);
-    level->GetParentPath(text);
-    EXPECT_TRUE(text.EqualsExact(row.parentPath)) << cor::ToUtf8(text);
-    level->GetFirstChildPath(text);
-    EXPECT_TRUE(text.EqualsExact(row.childPath)) << cor::ToUtf8(text);
-    level->GetRepresentedBy(text);
-    EXPECT_TRUE(text.EqualsExact(row.representedBy)) << cor::ToUtf8(text);
+    EXPECT_EQ(row.place, Text(*level, &IBrowseConfigEntity::GetPath) + "|" +
+                             Text(*level, &IBrowseConfigEntity::GetParentPath) + "|" +
+                             Text(*level, &IBrowseConfigEntity::GetFirstChildPath) + "|" +
+                             Text(*level, &IBrowseConfigEntity::GetRepresentedBy));
     EXPECT_EQ(row.key, level->GetSymbolKey());
     EXPECT_EQ(-row.key, level->GetSymbolIndex());
     EXPECT_EQ(row.isDataLevel, level->IsDataLevel());
@@ -78,26 +63,21 @@ TEST_F(BrowseConfig, LevelsKnowTheirPlace) {
   EXPECT_FALSE(config->GetEntityByName(u"Nothing"));
   const auto run = Level(*config, u"Run");
   EXPECT_TRUE(run->IsBaseType(u"aomeasurement"));
-  EXPECT_FALSE(run->IsBaseType(u"aotest"));
-  EXPECT_FALSE(run->IsBaseType(u"nonsense"));
+  for (const auto* other : {u"aotest", u"nonsense"}) EXPECT_FALSE(run->IsBaseType(other));
   EXPECT_TRUE(Level(*config, u"Campaign")->IsDescendantByName(u"Channel"));
-  EXPECT_FALSE(run->IsDescendantByName(u"Campaign"));
-  EXPECT_FALSE(run->IsDescendantByName(u"Run"));
-  EXPECT_FALSE(run->IsDescendantByName(u"Matrix"));
+  for (const auto* other : {u"Campaign", u"Run", u"Matrix"}) {
+    EXPECT_FALSE(run->IsDescendantByName(other));
+  }
 }
 
 TEST_F(BrowseConfig, CursorsForPathsAndEntitiesAreIndependent) {
   const auto config = Load("campaign");
-  WString path;
-  config->GetFirstRootPath(path);
-  EXPECT_EQ(u"/#Campaign", path.view());
+  EXPECT_EQ("/#Campaign", Text(*config, &IBrowseConfig::GetFirstRootPath));
   EXPECT_TRUE(Ref<IBrowseConfigEntity>::Adopt(config->GetFirstRoot()));
-  config->GetNextRootPath(path);
-  EXPECT_TRUE(path.empty());
+  EXPECT_EQ("", Text(*config, &IBrowseConfig::GetNextRootPath));
   EXPECT_FALSE(config->GetNextRoot());
   EXPECT_FALSE(config->GetNextRoot());
-  config->GetFirstRootPath(path);
-  EXPECT_EQ(u"/#Campaign", path.view());
+  EXPECT_EQ("/#Campaign", Text(*config, &IBrowseConfig::GetFirstRootPath));
   EXPECT_EQ(E_NOTIMPL, config->Reserved(nullptr));
 }
 
@@ -105,14 +85,11 @@ TEST_F(BrowseConfig, WhoeverLetsGoLastFreesEverything) {
   const auto store = Open("campaign");
   {
     // The level keeps the configuration.
-    Ref<CDataStoreBrowseConfigEntityImpl> level;
-    level = Level(*Load(*store), u"Run");
+    auto level = Level(*Load(*store), u"Run");
     EXPECT_EQ(3, level->GetSymbolIndex());
     const auto parent = Ref<IBrowseConfigEntity>::Adopt(level->GetParent());
     level.Reset();
-    WString name;
-    parent->GetEntityName(name);
-    EXPECT_EQ(u"Sub.Test", name.view());
+    EXPECT_EQ("Sub.Test", Text(*parent, &IBrowseConfigEntity::GetEntityName));
     EXPECT_EQ(2, parent->GetSymbolIndex());
   }
   {
@@ -224,19 +201,17 @@ class Columns final : public IDefaultColumns {
 TEST_F(BrowseConfig, DataLevelsSuggestColumns) {
   const auto config = Load("campaign");
   Columns columns;
-  EXPECT_EQ(S_OK, Level(*config, u"Campaign")->AddDefaultColumns(&columns));
-  EXPECT_EQ("", columns.text);
   const auto campaign = Level(*config, u"Campaign");
+  EXPECT_EQ(S_OK, campaign->AddDefaultColumns(&columns));
+  EXPECT_EQ("", columns.text);
   campaign->SetDataLevel(true);
   EXPECT_EQ("Sub.Test,Run,Channel,Campaign", Texts(config->GetDataLevelNames()));
   EXPECT_EQ(S_OK, campaign->AddDefaultColumns(&columns));
   EXPECT_EQ("Campaign.id Campaign.description ", columns.text);
-  columns.code = E_OUTOFMEMORY;
-  EXPECT_EQ(E_OUTOFMEMORY, campaign->AddDefaultColumns(&columns));
-  columns.code = E_FAIL;
-  EXPECT_EQ(E_UNEXPECTED, campaign->AddDefaultColumns(&columns));
-  columns.code = S_FALSE;  // success without a column
-  EXPECT_EQ(E_UNEXPECTED, campaign->AddDefaultColumns(&columns));
+  for (const Result code : {E_OUTOFMEMORY, E_FAIL, S_FALSE}) {  // S_FALSE: but no column
+    columns.code = code;
+    EXPECT_EQ(code == E_OUTOFMEMORY ? code : E_UNEXPECTED, campaign->AddDefaultColumns(&columns));
+  }
   EXPECT_EQ(E_POINTER, campaign->AddDefaultColumns(nullptr));
 }
 
@@ -246,13 +221,10 @@ TEST_F(BrowseConfig, ConfigurationStoreMayTellAForest) {
   EXPECT_EQ(S_OK, config->Load(Open("campaign").Get(), {}));
   EXPECT_EQ(2, config->GetRootCount());
   EXPECT_EQ("/#Campaign>Vehicle.Runs", Chain(*config));
-  WString text;
-  Level(*config, u"Campaign")->GetRepresentedBy(text);
-  EXPECT_EQ(u"Note", text.view());
-  Level(*config, u"Sub.Test")->GetRepresentedBy(text);
-  EXPECT_EQ(u"Name", text.view());
-  Level(*config, u"Channel")->GetRepresentedBy(text);
-  EXPECT_EQ(u"Id", text.view());
+  for (const auto& [level, shown] :
+       {std::pair{u"Campaign", "Note"}, {u"Sub.Test", "Name"}, {u"Channel", "Id"}}) {
+    EXPECT_EQ(shown, Text(*Level(*config, level), &IBrowseConfigEntity::GetRepresentedBy));
+  }
 }
 
 }  // namespace

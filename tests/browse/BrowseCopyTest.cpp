@@ -12,22 +12,20 @@ class BrowseCopy : public BrowseTest {
     return config;
   }
   /// References named "Entity/reference".
-  static std::vector<Ref<IRelation>> References(IStore& store, std::vector<std::u16string> names) {
-    const auto model = Ref<IModel>::Adopt(store.GetModel());
-    std::vector<Ref<IRelation>> found;
-    for (const std::u16string& name : names) {
-      const std::size_t slash = name.find(u'/');
-      const auto entity = Ref<IEntity>::Adopt(model->GetEntity(name.substr(0, slash)));
-      found.push_back(Ref<IRelation>::Adopt(entity->GetRelationByName(name.substr(slash + 1))));
-      EXPECT_TRUE(found.back());
+  struct Way {
+    Way(IStore& store, std::initializer_list<std::u16string_view> names) {
+      const auto model = Ref<IModel>::Adopt(store.GetModel());
+      for (const std::u16string_view name : names) {
+        const std::size_t slash = name.find(u'/');
+        const auto entity = Ref<IEntity>::Adopt(model->GetEntity(name.substr(0, slash)));
+        held.push_back(Ref<IRelation>::Adopt(entity->GetRelationByName(name.substr(slash + 1))));
+        EXPECT_TRUE(held.back());
+        references.push_back(held.back().Get());
+      }
     }
-    return found;
-  }
-  static std::vector<IRelation*> Plain(const std::vector<Ref<IRelation>>& references) {
-    std::vector<IRelation*> plain;
-    for (const auto& reference : references) plain.push_back(reference.Get());
-    return plain;
-  }
+    std::vector<Ref<IRelation>> held;
+    std::vector<IRelation*> references;
+  };
 };
 
 TEST_F(BrowseCopy, TakesAlongWhatWasEdited) {
@@ -74,17 +72,11 @@ TEST_F(BrowseCopy, TranslatesBaseTypesByBaseName) {
 
 TEST_F(BrowseCopy, RefusesWhatDoesNotFit) {
   const auto source = Load("campaign");
-  struct Case {
-    const char* file;
-    Result code;
-  };
-  const Case kCases[] = {{"notest", kMissingBaseType},
-                         {"selfref", kModelMismatch},
-                         {"othertest", kModelMismatch},
-                         {"nosubmatrix", kMissingBaseType}};
-  for (const Case& row : kCases) {
-    SCOPED_TRACE(row.file);
-    EXPECT_EQ(row.code, Modelled(*Open(row.file).Get())->CopyFrom(source.Get()));
+  for (const auto& [file, code] : {std::pair{"notest", kMissingBaseType},
+                                   {"selfref", kModelMismatch},
+                                   {"othertest", kModelMismatch},
+                                   {"nosubmatrix", kMissingBaseType}}) {
+    EXPECT_EQ(code, Modelled(*Open(file).Get())->CopyFrom(source.Get())) << file;
   }
   EXPECT_EQ(S_FALSE, source->CopyFrom(source.Get()));
   EXPECT_EQ(0u, source->GetGeneration());
@@ -102,70 +94,56 @@ TEST_F(BrowseCopy, RefusesWhatDoesNotFit) {
 TEST_F(BrowseCopy, BuildsAndLengthensPathsByReferences) {
   const auto store = Open("campaign");
   const auto model = Ref<IModel>::Adopt(store->GetModel());
-  const auto best = References(*store, {u"Campaign/Best"});
-  const auto whole = References(*store, {u"Run/Channels", u"Sub.Test/Runs", u"Campaign/Best"});
-  const auto other = References(*store, {u"Sub.Test/Runs", u"Campaign/Vehicle.Runs"});
-  const auto elsewhere = References(*store, {u"Run/Channels"});
+  const Way best(*store, {u"Campaign/Best"});
+  const Way whole(*store, {u"Run/Channels", u"Sub.Test/Runs", u"Campaign/Best"});
+  const Way other(*store, {u"Sub.Test/Runs", u"Campaign/Vehicle.Runs"});
+  const Way elsewhere(*store, {u"Run/Channels"});
 
   const auto config = MakeRef<CDataStoreBrowseConfigImpl>();
   EXPECT_EQ(E_UNEXPECTED, config->InitFromReferences(model.Get(), {}));
-  EXPECT_EQ(S_OK, config->InitFromReferences(model.Get(), Plain(best)));
+  EXPECT_EQ(S_OK, config->InitFromReferences(model.Get(), best.references));
   EXPECT_EQ("/#Campaign>Best", Chain(*config));
   EXPECT_FALSE(config->IsPathComplete());
 
   const auto longer = Modelled(*store);
-  EXPECT_EQ(S_OK, longer->ExtendPath(config.Get(), Plain(whole)));
+  EXPECT_EQ(S_OK, longer->ExtendPath(config.Get(), whole.references));
   EXPECT_EQ("/#Campaign>Best>Runs>Channels", Chain(*longer));
   EXPECT_TRUE(longer->IsPathComplete());
   EXPECT_EQ(symbol::kDataLevel, Level(*longer, u"Sub.Test")->GetSymbolKey());
   EXPECT_TRUE(Level(*longer, u"Matrix"));
 
-  EXPECT_EQ(E_INVALIDARG, Modelled(*store)->ExtendPath(config.Get(), Plain(other)));
-  EXPECT_EQ(E_INVALIDARG, Modelled(*store)->ExtendPath(config.Get(), Plain(elsewhere)));
+  EXPECT_EQ(E_INVALIDARG, Modelled(*store)->ExtendPath(config.Get(), other.references));
+  EXPECT_EQ(E_INVALIDARG, Modelled(*store)->ExtendPath(config.Get(), elsewhere.references));
   EXPECT_EQ(E_UNEXPECTED, Modelled(*store)->ExtendPath(config.Get(), {}));
-  EXPECT_EQ(E_POINTER, Modelled(*store)->ExtendPath(nullptr, Plain(whole)));
+  EXPECT_EQ(E_POINTER, Modelled(*store)->ExtendPath(nullptr, whole.references));
   // The same entities along another reference are another path.
   EXPECT_EQ(compare::kChildPath, longer->CompareWith(Load(*store).Get()));
   EXPECT_EQ(compare::kEqual, longer->CompareChainWith(Load(*store).Get()));
 }
 
 TEST_F(BrowseCopy, ComparisonsNameTheFirstDifference) {
+  using Config = CDataStoreBrowseConfigImpl;
   const auto store = Open("campaign");
-  struct Case {
-    const char* name;
-    void (*change)(CDataStoreBrowseConfigImpl& config);
-    std::int32_t difference;
-    std::int32_t inChain;
-  };
-  const Case kCases[] = {
-      {"Customer",
-       [](CDataStoreBrowseConfigImpl& c) {
-         (void)c.AddCustomerSymbolAuto(MakeRef<SymbolImage>("c", "x").Get());
-       },
-       compare::kSymbols, compare::kSymbols},
-      {"Cleared", [](CDataStoreBrowseConfigImpl& c) { c.Clear(); }, compare::kStandardSymbols,
-       compare::kStandardSymbols},
-      {"Symbol", [](CDataStoreBrowseConfigImpl& c) { Level(c, u"Run")->SetSymbolKey(-1); },
-       compare::kSymbol, compare::kSymbol},
-      {"Parts", [](CDataStoreBrowseConfigImpl& c) { (void)Level(c, u"Run")->Parts().Clear(); },
-       compare::kParts, compare::kParts},
-      {"PartKind",
-       [](CDataStoreBrowseConfigImpl& c) {
-         (void)Level(c, u"Run")->Parts().Clear();
-         (void)Level(c, u"Run")->Parts().AddFreeText(u"Name", nullptr);
-       },
-       compare::kPartKind, compare::kPartKind},
-      {"Shorter", [](CDataStoreBrowseConfigImpl& c) { (void)Level(c, u"Run")->RemoveFirstChild(); },
-       compare::kChildPath, compare::kChildPath},
-  };
   const auto config = Load(*store);
-  for (const Case& row : kCases) {
-    SCOPED_TRACE(row.name);
+  const auto after = [&](void (*change)(Config & config)) {
     const auto other = Load(*store);
-    row.change(*other);
-    EXPECT_EQ(row.difference, config->CompareWith(other.Get()));
-    EXPECT_EQ(row.inChain, config->CompareChainWith(other.Get()));
-  }
+    change(*other);
+    const std::int32_t difference = config->CompareWith(other.Get());
+    EXPECT_EQ(difference, config->CompareChainWith(other.Get()));
+    return difference;
+  };
+  EXPECT_EQ(compare::kSymbols, after([](Config& c) {
+              (void)c.AddCustomerSymbolAuto(MakeRef<SymbolImage>("c", "x").Get());
+            }));
+  EXPECT_EQ(compare::kStandardSymbols, after([](Config& c) { c.Clear(); }));
+  EXPECT_EQ(compare::kSymbol, after([](Config& c) { Level(c, u"Run")->SetSymbolKey(-1); }));
+  EXPECT_EQ(compare::kParts, after([](Config& c) { (void)Level(c, u"Run")->Parts().Clear(); }));
+  EXPECT_EQ(compare::kPartKind, after([](Config& c) {
+              (void)Level(c, u"Run")->Parts().Clear();
+              (void)Level(c, u"Run")->Parts().AddFreeText(u"Name", nullptr);
+            }));
+  EXPECT_EQ(compare::kChildPath,
+            after([](Config& c) { (void)Level(c, u"Run")->RemoveFirstChild(); }));
   EXPECT_EQ(compare::kNull, config->CompareWith(nullptr));
   const auto empty = Load("notest");
   EXPECT_EQ(compare::kNoRoot, empty->CompareWith(config.Get()));
@@ -186,28 +164,21 @@ TEST_F(BrowseCopy, ComparisonsWithRecords) {
       {u"Column", u"Columns", u"Matrix", -7, {u"p:Name"}}};
   EXPECT_EQ(compare::kEqual, config->CompareWithExpected(keys, records));
   EXPECT_EQ(compare::kSymbols, config->CompareWithExpected({}, records));
-  struct Case {
-    void (*change)(std::vector<ExpectedBrowseEntity>& records);
-    std::int32_t difference;
-  };
-  const Case kCases[] = {
-      {[](auto& r) { r[1].entityName = u"Run"; }, compare::kEntityMissing},
-      {[](auto& r) { r.insert(r.begin() + 4, r[3]); }, compare::kEntityMissing},
-      {[](auto& r) { r[2].parentPath = u"x"; }, compare::kParentPath},
-      {[](auto& r) { r[2].path = u"x"; }, compare::kPath},
-      {[](auto& r) { r[5].symbolKey = 1; }, compare::kSymbol},
-      {[](auto& r) { r[2].parts[1] = u"t:?"; }, compare::kParts},
-      {[](auto& r) { r[2].parts[1] = u"p:!"; }, compare::kPartKind},
-      {[](auto& r) { r[2].parts.pop_back(); }, compare::kParts},
-      {[](auto& r) { r[4].entityName = u"Nothing"; }, compare::kBranchMissing},
-      {[](auto& r) { r.erase(r.begin() + 3); }, compare::kLength},
-  };
-  for (const Case& row : kCases) {
-    SCOPED_TRACE(row.difference);
+  const auto after = [&](void (*change)(std::vector<ExpectedBrowseEntity> & records)) {
     auto changed = records;
-    row.change(changed);
-    EXPECT_EQ(row.difference, config->CompareWithExpected(keys, changed));
-  }
+    change(changed);
+    return config->CompareWithExpected(keys, changed);
+  };
+  EXPECT_EQ(compare::kEntityMissing, after([](auto& r) { r[1].entityName = u"Run"; }));
+  EXPECT_EQ(compare::kEntityMissing, after([](auto& r) { r.insert(r.begin() + 4, r[3]); }));
+  EXPECT_EQ(compare::kParentPath, after([](auto& r) { r[2].parentPath = u"x"; }));
+  EXPECT_EQ(compare::kPath, after([](auto& r) { r[2].path = u"x"; }));
+  EXPECT_EQ(compare::kSymbol, after([](auto& r) { r[5].symbolKey = 1; }));
+  EXPECT_EQ(compare::kParts, after([](auto& r) { r[2].parts[1] = u"t:?"; }));
+  EXPECT_EQ(compare::kPartKind, after([](auto& r) { r[2].parts[1] = u"p:!"; }));
+  EXPECT_EQ(compare::kParts, after([](auto& r) { r[2].parts.pop_back(); }));
+  EXPECT_EQ(compare::kBranchMissing, after([](auto& r) { r[4].entityName = u"Nothing"; }));
+  EXPECT_EQ(compare::kLength, after([](auto& r) { r.erase(r.begin() + 3); }));
 }
 
 }  // namespace

@@ -48,18 +48,23 @@ class BrowseTest : public ::testing::Test {
                                                      std::u16string_view name) {
     return OwnBrowseEntity(Ref<IBrowseConfigEntity>::Adopt(config.GetEntityByName(name)).Get());
   }
+  /// What a getter of an object writes.
+  template <class Object, class Face>
+  static std::string Text(Object& object, void (Face::*get)(WString&)) {
+    WString text = u"untouched";
+    (object.*get)(text);
+    return cor::ToUtf8(text);
+  }
   /// The chain of first children as "path>path>...".
   static std::string Chain(IBrowseConfig& config) {
-    WString text;
-    config.GetFirstRootPath(text);
+    std::string chain = Text(config, &IBrowseConfig::GetFirstRootPath);
     auto level = Ref<IBrowseConfigEntity>::Adopt(config.GetFirstRoot());
     while (level) {
-      WString path;
-      level->GetFirstChildPath(path);
+      const std::string path = Text(*level, &IBrowseConfigEntity::GetFirstChildPath);
       level = Ref<IBrowseConfigEntity>::Adopt(level->GetFirstChild());
-      if (level) text += u">" + path.str();
+      if (level) chain += ">" + path;
     }
-    return cor::ToUtf8(text);
+    return chain;
   }
   static std::string Texts(IStringList* adopted) {
     const auto list = Ref<IStringList>::Adopt(adopted);

@@ -11,18 +11,23 @@ namespace {
 
 class DisplayName : public BrowseTest {
  protected:
-  /// Parts from texts with "p:" before a property's name and "t:" before a free text.
+  /// Parts with "|" between them: "p:" and a property's name, or "t:" and a free text.
   static Ref<CRepresentedByPartsImpl> Parts(IStore& store, std::u16string_view entityName,
-                                            const std::vector<std::u16string_view>& texts) {
+                                            std::u16string_view texts) {
     const auto model = Ref<IModel>::Adopt(store.GetModel());
     const auto entity = Ref<IEntity>::Adopt(model->GetEntity(entityName));
     auto parts = MakeRef<CRepresentedByPartsImpl>();
-    for (const std::u16string_view text : texts) {
+    while (!texts.empty()) {
+      const std::u16string_view text = texts.substr(0, texts.find(u'|'));
       const auto property = FindAttributeDefinition(*entity, text.substr(2));
       EXPECT_EQ(S_OK, text.starts_with(u"p:") ? parts->AddProperty(property.Get(), nullptr)
                                               : parts->AddFreeText(text.substr(2), nullptr));
+      texts.remove_prefix(std::min(text.size() + 1, texts.size()));
     }
     return parts;
+  }
+  static std::string FormatText(CRepresentedByPartsImpl& parts) {
+    return Text(parts, &CRepresentedByPartsImpl::GetFormatText);
   }
   static Ref<IInstance> Instance(IStore& store, std::u16string_view key) {
     auto found = Ref<IInstance>::Adopt(store.GetInstance(key));
@@ -31,45 +36,32 @@ class DisplayName : public BrowseTest {
   }
 };
 
-struct NameCase {
-  const char* name;
-  std::vector<std::u16string_view> parts;
-  const char* timeFormat;
-  const char* first;
-  const char* second;
-};
-
 TEST_F(DisplayName, IsTheSameForOneAndForMany) {
   const auto store = Open("campaign");
-  const auto variable =
-      Ref<IEnvironment>::Adopt(store->GetEnvironment())->GetVariable(u"vexFormatStringTime");
-  const auto format = Ref<IAttribute>::Adopt(variable);
-  const NameCase kCases[] = {
-      {"Empty", {}, "", "", ""},
-      {"FreeText", {u"t:same"}, "", "same", "same"},
-      {"Name", {u"p:Title"}, "", "Cold start", "Warm start"},
-      {"NameInBrackets",
-       {u"p:Title", u"t: (", u"p:Score", u"t:)"},
-       "",
-       "Cold start (0.5)",
-       "Warm start (-2.)"},
-      {"Twice", {u"p:Title", u"p:Title"}, "", "Cold startCold start", "Warm startWarm start"},
-      {"Numbers", {u"p:Count", u"t:/", u"p:Big", u"t:/", u"p:Byte"}, "", "7/5000000000/-56", "//"},
-      {"Truth", {u"p:Active"}, "", "true", ""},
-      {"TimeDigits", {u"p:Start.Date"}, "", "20260102030405000000000", "20251231235959123000000"},
-      {"TimePattern",
-       {u"p:Start.Date"},
-       "DD.MM.YYYY hh:mm",
-       "02.01.2026 03:04",
-       "31.12.2025 23:59"},
+  const auto format = Ref<IAttribute>::Adopt(
+      Ref<IEnvironment>::Adopt(store->GetEnvironment())->GetVariable(u"vexFormatStringTime"));
+  const auto cold = Instance(*store, u"Campaign:1");
+  const auto element = MakeRef<test::CTestElement>(*cold);
+  const auto warm = MakeRef<test::CTestElement>(*Instance(*store, u"Campaign:2"));
+  constexpr struct {
+    std::u16string_view parts;
+    const char *timeFormat, *first, *second;
+  } kCases[] = {
+      {u"", "", "", ""},
+      {u"t:same", "", "same", "same"},
+      {u"p:Title", "", "Cold start", "Warm start"},
+      {u"p:Title|t: (|p:Score|t:)", "", "Cold start (0.5)", "Warm start (-2.)"},
+      {u"p:Title|p:Title", "", "Cold startCold start", "Warm startWarm start"},
+      {u"p:Count|t:/|p:Big|t:/|p:Byte", "", "7/5000000000/-56", "//"},
+      {u"p:Active", "", "true", ""},
+      {u"p:Start.Date", "", "20260102030405000000000", "20251231235959123000000"},
+      {u"p:Start.Date", "DD.MM.YYYY hh:mm", "02.01.2026 03:04", "31.12.2025 23:59"},
   };
-  for (const NameCase& row : kCases) {
-    SCOPED_TRACE(row.name);
-    if (*row.timeFormat) {
-      format->SetText(0, cor::FromUtf8(row.timeFormat));
-    } else {
-      format->Clear();
-    }
+  for (const auto& row : kCases) {
+    SCOPED_TRACE(row.first);
+    const WString pattern = cor::FromUtf8(row.timeFormat);
+    format->Clear();
+    if (!pattern.empty()) format->SetText(0, pattern);
     const auto parts = Parts(*store, u"Campaign", row.parts);
     DisplayNameTable table;
     ASSERT_EQ(S_OK, ReadDisplayNames(store.Get(), nullptr, u"/#Campaign", {}, parts.Get(), &table));
@@ -77,17 +69,13 @@ TEST_F(DisplayName, IsTheSameForOneAndForMany) {
     EXPECT_EQ(row.first, cor::ToUtf8(table.displayNames[0]));
     EXPECT_EQ(row.second, cor::ToUtf8(table.displayNames[1]));
     EXPECT_EQ("Cold start", cor::ToUtf8(table.names[0]));
-    const auto cold = Instance(*store, u"Campaign:1");
     EXPECT_EQ(cold, Ref<IInstance>::Adopt(table.values->GetInstance(0)));
 
     WString text;
-    const WString pattern = cor::FromUtf8(row.timeFormat);
     EXPECT_EQ(S_OK, parts->FormatFromInstance(cold.Get(), pattern, &text));
     EXPECT_EQ(row.first, cor::ToUtf8(text));
-    const auto element = MakeRef<test::CTestElement>(*cold);
     EXPECT_EQ(S_OK, parts->FormatFromProperties(element.Get(), pattern, &text));
     EXPECT_EQ(row.first, cor::ToUtf8(text));
-    const auto warm = MakeRef<test::CTestElement>(*Instance(*store, u"Campaign:2"));
     EXPECT_EQ(S_OK, parts->FormatFromProperties(warm.Get(), pattern, &text));
     EXPECT_EQ(row.second, cor::ToUtf8(text));
   }
@@ -96,7 +84,7 @@ TEST_F(DisplayName, IsTheSameForOneAndForMany) {
 
 TEST_F(DisplayName, FollowsReferencesInBulk) {
   const auto store = Open("campaign");
-  const auto parts = Parts(*store, u"Run", {u"p:Name", u"t:[", u"p:Version", u"t:]"});
+  const auto parts = Parts(*store, u"Run", u"p:Name|t:[|p:Version|t:]");
   DisplayNameTable table;
   const auto day = Instance(*store, u"Sub.Test:3");
   ASSERT_EQ(S_OK, ReadDisplayNames(store.Get(), day.Get(), u"Runs", {}, parts.Get(), &table));
@@ -112,8 +100,7 @@ TEST_F(DisplayName, FollowsReferencesInBulk) {
 
 TEST_F(DisplayName, CollectsEveryPropertyOnce) {
   const auto store = Open("campaign");
-  const auto parts =
-      Parts(*store, u"Campaign", {u"p:Score", u"t:Count", u"p:Title", u"p:Score", u"p:Count"});
+  const auto parts = Parts(*store, u"Campaign", u"p:Score|t:Count|p:Title|p:Score|p:Count");
   ValueColumns columns;
   columns.try_emplace(u"name");
   std::vector<WString> keys{u"name"};
@@ -126,13 +113,12 @@ TEST_F(DisplayName, CollectsEveryPropertyOnce) {
   EXPECT_EQ(S_OK, parts->FormatFromColumns(columns, 0, {}, &text));
   EXPECT_EQ(u"Count", text.view());
   EXPECT_EQ(E_POINTER, parts->FormatFromColumns(columns, 0, {}, nullptr));
-  parts->GetFormatText(text);
-  EXPECT_EQ(u"ScoreCountTitleScoreCount", text.view());
+  EXPECT_EQ("ScoreCountTitleScoreCount", FormatText(*parts));
 }
 
 TEST_F(DisplayName, MissingPropertiesEndTheTextOfOneElement) {
   const auto store = Open("campaign");
-  const auto parts = Parts(*store, u"Campaign", {u"t:a", u"p:Score", u"t:b"});
+  const auto parts = Parts(*store, u"Campaign", u"t:a|p:Score|t:b");
   const auto run = Instance(*store, u"Run:4");
   WString text;
   EXPECT_EQ(kPartialDisplayName, parts->FormatFromInstance(run.Get(), {}, &text));
@@ -140,7 +126,7 @@ TEST_F(DisplayName, MissingPropertiesEndTheTextOfOneElement) {
   const auto element = MakeRef<test::CTestElement>(*run);
   EXPECT_EQ(kPartialDisplayName, parts->FormatFromProperties(element.Get(), {}, &text));
   EXPECT_EQ(u"a", text.view());
-  const auto picture = Parts(*store, u"Campaign", {u"p:Picture"});
+  const auto picture = Parts(*store, u"Campaign", u"p:Picture");
   const auto cold = Instance(*store, u"Campaign:1");
   EXPECT_EQ(kPartialDisplayName, picture->FormatFromInstance(cold.Get(), {}, &text));
   EXPECT_EQ(E_POINTER, parts->FormatFromInstance(nullptr, {}, &text));
@@ -149,7 +135,7 @@ TEST_F(DisplayName, MissingPropertiesEndTheTextOfOneElement) {
 
 TEST_F(DisplayName, PartsKeepTheirKind) {
   const auto store = Open("campaign");
-  const auto parts = Parts(*store, u"Campaign", {u"t:text", u"p:Title"});
+  const auto parts = Parts(*store, u"Campaign", u"t:text|p:Title");
   Ref<IRepresentedByPartImpl> text;
   Ref<IRepresentedByPartImpl> property;
   ASSERT_EQ(S_OK, parts->GetItem(0, text.Put()));
@@ -189,21 +175,18 @@ TEST_F(DisplayName, PartsAreResolvedOnAnotherEntity) {
   const auto model = Ref<IModel>::Adopt(store->GetModel());
   const auto run = Ref<IEntity>::Adopt(model->GetEntity(u"Run"));
   const auto copy = MakeRef<CRepresentedByPartsImpl>();
-  const auto names = Parts(*store, u"Campaign", {u"p:Title", u"t:x"});
+  const auto names = Parts(*store, u"Campaign", u"p:Title|t:x");
   EXPECT_EQ(S_OK, copy->CopyResolved(names.Get(), run.Get()));
-  WString text;
-  copy->GetFormatText(text);
-  EXPECT_EQ(u"Namex", text.view());
+  EXPECT_EQ("Namex", FormatText(*copy));
   copy->CopyFrom(names.Get());
-  copy->GetFormatText(text);
-  EXPECT_EQ(u"Titlex", text.view());
-  const auto scores = Parts(*store, u"Campaign", {u"p:Score"});
+  EXPECT_EQ("Titlex", FormatText(*copy));
+  const auto scores = Parts(*store, u"Campaign", u"p:Score");
   EXPECT_EQ(kModelMismatch, copy->CopyResolved(scores.Get(), run.Get()));
   Ref<IRepresentedByPartImpl> part;
   ASSERT_EQ(S_OK, scores->GetItem(0, part.Put()));
   EXPECT_EQ(S_OK, part->SetPropertyName(u"Name"));
   EXPECT_EQ(E_INVALIDARG, copy->CopyResolved(scores.Get(), run.Get()));
-  const auto pictures = Parts(*store, u"Campaign", {u"p:Picture"});
+  const auto pictures = Parts(*store, u"Campaign", u"p:Picture");
   const auto campaign = Ref<IEntity>::Adopt(model->GetEntity(u"Campaign"));
   EXPECT_EQ(kModelMismatch, copy->CopyResolved(pictures.Get(), campaign.Get()));
   EXPECT_EQ(E_POINTER, copy->CopyResolved(nullptr, run.Get()));
