@@ -44,12 +44,15 @@ TEST_F(SessionFiles, SaveAndLoadByName) {
                                 {"Conditions.Item(1).Type", "Run"},
                                 {"Conditions.Item(1).Size", "2"}});
 
-  std::ofstream(m_folder / "bad.vex") << Document("<returntype_name>wheel</returntype_name>");
-  for (const std::string name : {"none.vex", "bad.vex"}) {
+  for (const std::string& text :
+       {std::string("no document"), Whole("<asamquery_manager/>"),
+        Document("<returntype_name>wheel</returntype_name>"), std::string()}) {
+    std::ofstream(m_folder / "bad.vex") << text;
+    if (text.empty()) std::filesystem::remove(m_folder / "bad.vex");
     ExpectShown(session.Get(),
-                {{"LoadQuery('" + folder + name + "')",
-                  "340 The file " + folder + name +
-                      " could not be opened or does not contain a Query<DataStore>."}});
+                {{"LoadQuery('" + folder + "bad.vex')",
+                  "340 The file " + folder +
+                      "bad.vex could not be opened or does not contain a Query<DataStore>."}});
   }
   EXPECT_EQ("358 Cannot write the file " + folder +
                 "none/q.vex. Maybe the file is write protected or the path does not exist.",

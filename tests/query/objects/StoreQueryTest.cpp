@@ -230,12 +230,9 @@ TEST_F(StoreQuery, IsSeenByNameWithItsMessages) {
   const auto query = MakeRef<CDataStoreQueryInt>(m_query);
   ExpectShown(query.Get(), {{"IsEmpty", "-1"},
                             {"IsKindOf(4)", "-1"},
-                            {"IsKindOf(1)", "0"},
                             {"IsKindOf(2)", "0"},
                             {"QueryString", ""},
                             {"QueryString(null)", ""},
-                            {"ReturnType", "MeaResult"},
-                            {"Conditions.Count", "0"},
                             {"Conditions.Add('MeaResult','Size','=','1').Name", "C1"},
                             {"Conditions.Count", "1"},
                             {"IsEmpty", "0"},
