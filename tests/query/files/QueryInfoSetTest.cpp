@@ -36,11 +36,6 @@ class QueryInfoSet : public QueryFiles {
     std::ifstream file(m_folder / name, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
   }
-  Ref<CDataStoreQueryInfoSetLoader> Loader(std::string_view name) const {
-    auto loader = MakeRef<CDataStoreQueryInfoSetLoader>();
-    EXPECT_EQ(S_OK, loader->OpenByPath(PathOf(name), kQueryInfoSetVersion));
-    return loader;
-  }
 };
 
 TEST_F(QueryInfoSet, HoldsAQueryAndColumnsBesideEachOther) {
@@ -54,7 +49,8 @@ TEST_F(QueryInfoSet, HoldsAQueryAndColumnsBesideEachOther) {
   EXPECT_EQ(S_OK, saver->SaveColumns(columns.Get()));
   EXPECT_EQ(S_OK, saver->SaveToPath(PathOf("a.query")));
 
-  const auto loader = Loader("a.query");
+  const auto loader = MakeRef<CDataStoreQueryInfoSetLoader>();
+  EXPECT_EQ(S_OK, loader->OpenByPath(PathOf("a.query"), kQueryInfoSetVersion));
   const auto query = MakeRef<CDataStoreAdvancedQueryImpl>(*m_store, nullptr);
   EXPECT_EQ(S_OK, loader->LoadQuery(Automation(query).Get()));
   EXPECT_EQ("C1 MeaResult.Title = 8:x\nC1", Described(*query));

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -120,14 +121,13 @@ class QueryTest : public ::testing::Test {
   std::string Hits(std::u16string_view text) {
     const auto engine = m_store.As<IStoreQuery>();
     const auto list = Ref<IInstList>::Adopt(engine->Execute(text));
-    std::vector<std::string> ids;
+    std::set<std::string> ids;
     for (std::uint64_t i = 0; i < list->GetCount(); ++i) {
       WString key;
       list->GetKey(i, key);
-      ids.push_back(cor::ToUtf8(key));
-      ids.back().erase(0, ids.back().rfind(':') + 1);
+      ids.insert(cor::ToUtf8(key).substr(cor::ToUtf8(key).rfind(':') + 1));
     }
-    std::ranges::sort(ids);
+    EXPECT_EQ(list->GetCount(), ids.size()) << "each hit once";
     std::string all;
     for (const std::string& id : ids) all += (all.empty() ? "" : " ") + id;
     return all;

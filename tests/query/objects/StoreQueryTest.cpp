@@ -43,23 +43,20 @@ TEST_F(StoreQuery, ResolvesNamesBothWays) {
       {u"Campaign", u"Start.Date", u"measurement.test.parent_test", u"Start.Date"},
       {u"Column", u"Values", u"local_columns", u"values"},
   };
-  for (const auto& c : kCases) {
-    SCOPED_TRACE(cor::ToUtf8(c.entity));
-    WString internal;
-    WString property;
-    EXPECT_EQ(S_OK, names.InternalEntity(c.entity, &internal));
-    EXPECT_EQ(S_OK, names.InternalProperty(c.entity, c.property, &property));
-    EXPECT_EQ(c.internal, internal.view());
-    EXPECT_EQ(c.internalProperty, property.view());
-    const WString path = internal + u"." + property;
-    EXPECT_EQ(S_OK, names.ExternalNames(path, &internal, &property));
-    EXPECT_EQ(c.entity, internal.view());
-    EXPECT_EQ(c.property, property.view());
-    EXPECT_EQ(S_OK, names.ExternalEntity(c.internal, &internal));
-    EXPECT_EQ(c.entity, internal.view());
-  }
   WString out;
   WString property;
+  for (const auto& c : kCases) {
+    SCOPED_TRACE(cor::ToUtf8(c.entity));
+    EXPECT_EQ(S_OK, names.InternalEntity(c.entity, &out));
+    EXPECT_EQ(c.internal, out.view());
+    EXPECT_EQ(S_OK, names.InternalProperty(c.entity, c.property, &property));
+    EXPECT_EQ(c.internalProperty, property.view());
+    EXPECT_EQ(S_OK, names.ExternalNames(WString(out + u"." + property), &out, &property));
+    EXPECT_EQ(cor::ToUtf8(WString(c.entity) + u"." + c.property),
+              cor::ToUtf8(out + u"." + property));
+    EXPECT_EQ(S_OK, names.ExternalEntity(c.internal, &out));
+    EXPECT_EQ(c.entity, out.view());
+  }
   EXPECT_EQ(E_INVALIDARG, names.InternalEntity(u"Nobody", &out));
   EXPECT_EQ(E_INVALIDARG, names.InternalEntity(u"Loner", &out)) << "no way from the channels";
   EXPECT_EQ(E_INVALIDARG, names.InternalProperty(u"Step", u"Nope", &out));
