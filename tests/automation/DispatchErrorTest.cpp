@@ -2,7 +2,6 @@
 #include <stdexcept>
 
 #include "ToyObjects.h"
-#include "automation/Guards.h"
 
 namespace hv::automation::toys {
 namespace {
@@ -10,162 +9,127 @@ namespace {
 constexpr Result kAnyCode = MakeResult(0x80040099);
 
 struct ErrorCase {
-  const char* name;
   std::u16string_view member;
   Result code;
   std::int32_t number;  // 0: the call raises nothing
-  const char* text;
-  std::int32_t helpContext;
+  const char* text = "";
+  std::int32_t helpContext = 0;
 };
-
-const char* const kUnlistedNotImplemented = "FailUnlisted not implemented.";
-const char* const kNotLoaded =
-    "Properties and methods which change the contents of an object can only be called on data "
-    "which is "
-    "loaded.";
 
 const ErrorCase kErrorCases[] = {
     // A member without rows: the four named codes, under its own name.
-    {"UnlistedNotImpl", u"failunlisted", E_NOTIMPL, 245, kUnlistedNotImplemented, 0},
-    {"UnlistedPending", u"FailUnlisted", E_PENDING, 241,
-     "The operation FailUnlisted was timed out.", 0},
-    {"UnlistedGone", u"FailUnlisted", VEX_E_OBJECT_GONE, 323, "The object is no longer valid.", -1},
-    {"UnlistedMemory", u"FailUnlisted", E_OUTOFMEMORY, 207, "The application is out of memory.",
-     -1},
-    {"UnlistedOther", u"FailUnlisted", E_FAIL, 0, "", 0},
-    {"PlainOther", u"FailPlain", E_INVALIDARG, 0, "", 0},
+    {u"failunlisted", E_NOTIMPL, 245, "FailUnlisted not implemented."},
+    {u"FailUnlisted", E_PENDING, 241, "The operation FailUnlisted was timed out."},
+    {u"FailUnlisted", VEX_E_OBJECT_GONE, 323, "The object is no longer valid.", -1},
+    {u"FailUnlisted", E_OUTOFMEMORY, 207, "The application is out of memory.", -1},
+    {u"FailUnlisted", E_FAIL, 0},
+    {u"FailPlain", E_INVALIDARG, 0},
     // A member with nothing but its own rows.
-    {"OnlyOwn", u"FailOnly", E_FAIL, 292, "Opening the Sifter Store causes an error.", 0},
-    {"OnlyNotImpl", u"FailOnly", E_NOTIMPL, 0, "", 0},
-    {"OnlyGone", u"FailOnly", VEX_E_OBJECT_GONE, 0, "", 0},
-    {"OnlyRefused", u"FailOnly", VEX_E_CONNECT_REFUSED, 0, "", 0},
+    {u"FailOnly", E_FAIL, 292, "Opening the Sifter Store causes an error."},
+    {u"FailOnly", E_NOTIMPL, 0},
+    {u"FailOnly", VEX_E_OBJECT_GONE, 0},
+    {u"FailOnly", VEX_E_CONNECT_REFUSED, 0},
     // A member that changes something.
-    {"ChangeNotImpl", u"FailChange", E_NOTIMPL, 254, kNotLoaded, -1},
-    {"ChangePending", u"FailChange", E_PENDING, 241, "The operation ChangeName was timed out.", 0},
-    {"ChangeOwn", u"FailChange", E_FAIL, 344,
+    {u"FailChange", E_NOTIMPL, 254,
+     "Properties and methods which change the contents of an object can only be called on data "
+     "which is loaded.",
+     -1},
+    {u"FailChange", E_PENDING, 241, "The operation ChangeName was timed out."},
+    {u"FailChange", E_FAIL, 344,
      "Your data cannot be saved. Maybe the data is in files that are readonly.", -1},
-    {"ChangeOther", u"FailChange", kAnyCode, 250, "Unknown error.", -1},
-    // A member with rows of every kind. Its second argument is the text "7up".
-    {"FullOwn", u"FailFull", E_ACCESSDENIED, 365, "The data store is write protected.", -1},
-    {"FullLiterals", u"FailFull", E_INVALIDARG, 212,
-     "The text 7up is not a valid value for the argument a of the method b.", 0},
-    {"FullMemberCodeIsNoConversion", u"FailFull", DISP_E_TYPEMISMATCH, 214,
-     "The argument passed to Item must be either a string or an integer.", 0},
-    {"FullNumber", u"FailFull", E_POINTER, 211,
-     "The index 0 is out of range for the property Values.", 0},
-    {"FullObjectText", u"FailFull", VEX_E_LOGIC_UNSUPPORTED, 325,
+    {u"FailChange", kAnyCode, 250, "Unknown error.", -1},
+    // A member with rows of every kind. Its second argument is the text "7up". What it returns is
+    // no conversion of an argument, and its own row comes before the standard one.
+    {u"FailFull", E_ACCESSDENIED, 365, "The data store is write protected.", -1},
+    {u"FailFull", E_INVALIDARG, 212,
+     "The text 7up is not a valid value for the argument a of the method b."},
+    {u"FailFull", DISP_E_TYPEMISMATCH, 214,
+     "The argument passed to Item must be either a string or an integer."},
+    {u"FailFull", E_POINTER, 211, "The index 0 is out of range for the property Values."},
+    {u"FailFull", VEX_E_LOGIC_UNSUPPORTED, 325,
      "The data store toy does not support queries with a custom logical operation (e.g. with "
-     "\"OR\").",
-     0},
-    {"FullOtherNumber", u"FailFull", VEX_E_OR_UNSUPPORTED, 325,
-     "The data store toy does not support multiple values connected with OR.", 0},
-    {"FullTypeName", u"FailFull", E_HANDLE, 218,
-     "Properties cannot be created with the type String.", 0},
-    {"FullOwnBeforeStandard", u"FailFull", E_OUTOFMEMORY, 215,
-     "The index  does not correspond to a member of the collection.", 0},
-    {"FullNamed", u"FailFull", E_NOTIMPL, 245, "FullName not implemented.", 0},
-    {"FullOther", u"FailFull", kAnyCode, 250, "Unknown error.", -1},
+     "\"OR\")."},
+    {u"FailFull", VEX_E_OR_UNSUPPORTED, 325,
+     "The data store toy does not support multiple values connected with OR."},
+    {u"FailFull", E_HANDLE, 218, "Properties cannot be created with the type String."},
+    {u"FailFull", E_OUTOFMEMORY, 215,
+     "The index  does not correspond to a member of the collection."},
+    {u"FailFull", E_NOTIMPL, 245, "FullName not implemented."},
+    {u"FailFull", kAnyCode, 250, "Unknown error.", -1},
 };
 
-class DispatchErrors : public ::testing::TestWithParam<ErrorCase> {};
+class DispatchErrors : public ToyTest {};
 
-TEST_P(DispatchErrors, SelectsNumberAndText) {
-  const ErrorCase& c = GetParam();
-  const auto toy = MakeRef<CToyInt>();
-  std::vector<Variant> args{Variant::I4(Number(c.code))};
-  if (c.member == u"FailFull") args.push_back(Variant::Text(u"7up"));
-  Variant result = Variant::I4(1);
-  ErrorInfo error;
-  ASSERT_EQ(c.number ? DISP_E_EXCEPTION : S_OK, CallByName(*toy, c.member, args, &result, &error));
-  EXPECT_EQ(c.number, error.number);
-  EXPECT_EQ(c.text, Utf8(error.text));
-  EXPECT_EQ(c.helpContext, error.helpContext);
-  EXPECT_EQ(c.code, error.code);
-  EXPECT_EQ(-1, error.argument);
-  if (c.number) {
-    EXPECT_TRUE(result.IsEmpty());
+TEST_F(DispatchErrors, HaveTheNumberAndTextOfTheirRow) {
+  for (const ErrorCase& c : kErrorCases) {
+    SCOPED_TRACE(cor::ToUtf8(c.member) + " " + ::testing::PrintToString(c.code));
+    std::vector<Variant> args{CodeOfScript(c.code)};
+    if (c.member == u"FailFull") args.push_back(Variant::Text(u"7up"));
+    EXPECT_EQ(c.number ? DISP_E_EXCEPTION : S_OK, Call(c.member, args));
+    EXPECT_EQ(c.number, m_error.number);
+    EXPECT_EQ(c.text, Utf8(m_error.text));
+    EXPECT_EQ(c.helpContext, m_error.helpContext);
+    EXPECT_EQ(c.code, m_error.code);
+    EXPECT_EQ(-1, m_error.argument);
+    EXPECT_TRUE(c.number == 0 || m_result.IsEmpty());
   }
 }
-INSTANTIATE_TEST_SUITE_P(Rows, DispatchErrors, ::testing::ValuesIn(kErrorCases),
-                         [](const auto& row) { return std::string(row.param.name); });
 
-class DispatchErrorPaths : public NoLeaks {};
-
-TEST_F(DispatchErrorPaths, AFailureThatRaisesNothingGivesTheNullOrZeroValue) {
-  const auto toy = MakeRef<CToyInt>();
-  Variant result;
-  const Variant code = Variant::I4(Number(kAnyCode));
-  ASSERT_EQ(S_OK, CallByName(*toy, u"FailUnlisted", {code}, &result));
-  ASSERT_TRUE(result.Is(VT_BSTR));
-  EXPECT_TRUE(result.AsText().empty());
-  ASSERT_EQ(S_OK, CallByName(*toy, u"FailOnly", {code}, &result));
-  ASSERT_TRUE(result.Is(VT_DISPATCH));
-  EXPECT_EQ(nullptr, result.AsObject());
-  ASSERT_EQ(S_OK, CallByName(*toy, u"FailPlain", {code}, &result));
-  EXPECT_TRUE(result.IsEmpty());
+TEST_F(DispatchErrors, ThatRaiseNothingGiveTheNullOrZeroValue) {
+  ASSERT_EQ(S_OK, Call(u"FailUnlisted", {CodeOfScript(kAnyCode)}));
+  ASSERT_TRUE(m_result.Is(VT_BSTR));
+  EXPECT_TRUE(m_result.AsText().empty());
+  ASSERT_EQ(S_OK, Call(u"FailOnly", {CodeOfScript(kAnyCode)}));
+  ASSERT_TRUE(m_result.Is(VT_DISPATCH));
+  EXPECT_EQ(nullptr, m_result.AsObject());
+  ASSERT_EQ(S_OK, Call(u"FailPlain", {CodeOfScript(kAnyCode)}));
+  EXPECT_TRUE(m_result.IsEmpty());
 }
 
-TEST_F(DispatchErrorPaths, ANullArgumentIsRefusedBeforeTheCall) {
-  const auto toy = MakeRef<CToyInt>();
-  const Variant code = Variant::I4(Number(kAnyCode));
-  const Variant nulls[] = {Variant::Null(), Variant(), Variant::Object(nullptr),
-                           Variant::Unknown(nullptr)};
-  for (const Variant& null : nulls) {
-    ErrorInfo error;
-    EXPECT_EQ(DISP_E_EXCEPTION, CallByName(*toy, u"TakeToy", {code, null}, nullptr, &error));
-    EXPECT_EQ(222, error.number);
-    EXPECT_EQ("The argument Toy of the method TakeToy must be a Val.", Utf8(error.text));
-    EXPECT_EQ(S_OK, error.code);
+TEST_F(DispatchErrors, RefuseANullArgumentBeforeTheCall) {
+  for (const Variant& null :
+       {Variant::Null(), Variant(), Variant::Object(nullptr), Variant::Unknown(nullptr)}) {
+    SCOPED_TRACE(null.Type());
+    EXPECT_EQ(DISP_E_EXCEPTION, Call(u"TakeToy", {CodeOfScript(kAnyCode), null}));
+    EXPECT_EQ(222, m_error.number);
+    EXPECT_EQ("The argument Toy of the method TakeToy must be a Val.", Utf8(m_error.text));
+    EXPECT_EQ(S_OK, m_error.code);
   }
-  ErrorInfo error;
   EXPECT_EQ(DISP_E_EXCEPTION,
-            CallByName(*toy, u"TakeToy", {code, Variant::Object(toy.Get())}, nullptr, &error));
-  EXPECT_EQ(250, error.number);
+            Call(u"TakeToy", {CodeOfScript(kAnyCode), Variant::Object(m_toy.Get())}));
+  EXPECT_EQ(250, m_error.number);
 }
 
-TEST_F(DispatchErrorPaths, ExceptionsOfAMemberBecomeCodes) {
-  struct Case {
+TEST_F(DispatchErrors, TranslateExceptionsOfAMember) {
+  const struct {
     std::int32_t kind;
     Result code;
     std::int32_t number;
-  };
-  // `ThrowIt` has the rows of `FailFull`, where running out of memory has a row of its own.
-  const Case cases[] = {{0, E_OUTOFMEMORY, 215},
-                        {1, E_PENDING, 241},
-                        {2, DISP_E_TYPEMISMATCH, 214},
-                        {3, E_FAIL, 250}};
-  const auto toy = MakeRef<CToyInt>();
-  for (const Case& c : cases) {
+  } cases[] = {// `ThrowIt` has the rows of `FailFull`, where running out of memory has one.
+               {0, E_OUTOFMEMORY, 215},
+               {1, E_PENDING, 241},
+               {2, DISP_E_TYPEMISMATCH, 214},
+               {3, E_FAIL, 250}};
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.kind);
-    ErrorInfo error;
-    EXPECT_EQ(DISP_E_EXCEPTION,
-              CallByName(*toy, u"ThrowIt", {Variant::I4(c.kind)}, nullptr, &error));
-    EXPECT_EQ(c.code, error.code);
-    EXPECT_EQ(c.number, error.number);
+    EXPECT_EQ(DISP_E_EXCEPTION, Call(u"ThrowIt", {Variant::I4(c.kind)}));
+    EXPECT_EQ(c.code, m_error.code);
+    EXPECT_EQ(c.number, m_error.number);
   }
 }
 
-TEST_F(DispatchErrorPaths, RaisedErrorsArriveWithTheirHelpContext) {
-  const auto toy = MakeRef<CToyInt>();
-  ErrorInfo error;
-  EXPECT_EQ(DISP_E_EXCEPTION,
-            CallByName(*toy, u"RaiseWithText", {Variant::Text(u"words")}, nullptr, &error));
-  EXPECT_EQ(208, error.number);
-  EXPECT_EQ("words", Utf8(error.text));
-  EXPECT_EQ(0, error.helpContext);
-  EXPECT_EQ(DISP_E_EXCEPTION, CallByName(*toy, u"RaiseFromTable", {}, nullptr, &error));
-  EXPECT_EQ(263, error.number);
-  EXPECT_EQ("Incorrect Parameter", Utf8(error.text));
-  EXPECT_EQ(-1, error.helpContext);
-}
-
-TEST_F(DispatchErrorPaths, AnErrorPlaceThatIsUsedAgainForgetsTheLastFailure) {
-  const auto toy = MakeRef<CToyInt>();
-  ErrorInfo error;
-  EXPECT_EQ(DISP_E_EXCEPTION, CallByName(*toy, u"RaiseFromTable", {}, nullptr, &error));
-  EXPECT_EQ(S_OK, CallByName(*toy, u"Name", {}, nullptr, &error));
-  EXPECT_EQ(0, error.number);
-  EXPECT_TRUE(error.text.empty());
+TEST_F(DispatchErrors, ThatAreRaisedArriveWithTheirHelpContextAndAreForgotten) {
+  EXPECT_EQ(DISP_E_EXCEPTION, Call(u"RaiseWithText", {Variant::Text(u"words")}));
+  EXPECT_EQ(208, m_error.number);
+  EXPECT_EQ("words", Utf8(m_error.text));
+  EXPECT_EQ(0, m_error.helpContext);
+  EXPECT_EQ(DISP_E_EXCEPTION, Call(u"RaiseFromTable"));
+  EXPECT_EQ(263, m_error.number);
+  EXPECT_EQ("Incorrect Parameter", Utf8(m_error.text));
+  EXPECT_EQ(-1, m_error.helpContext);
+  EXPECT_EQ(S_OK, Call(u"Name"));
+  EXPECT_EQ(0, m_error.number);
+  EXPECT_TRUE(m_error.text.empty());
 }
 
 Result GuardedStep(Result step, int* evaluated) {
@@ -189,21 +153,17 @@ TEST(Guards, EvaluateTheirExpressionOnce) {
 }
 
 TEST(Guards, TranslateExceptions) {
-  struct Case {
+  const struct {
     int kind;
     Result code;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {-800, E_OUTOFMEMORY}, {-1008, E_PENDING},    {-1302, VEX_E_WRITE_PROTECTED},
       {-1006, E_UNEXPECTED}, {-1906, E_UNEXPECTED}, {20, DISP_E_TYPEMISMATCH},
       {21, E_UNEXPECTED},    {52, E_INVALIDARG},    {81, E_OUTOFMEMORY},
       {85, E_UNEXPECTED},    {150, E_UNEXPECTED},   {180, E_PENDING},
       {205, E_UNEXPECTED},   {12345, E_UNEXPECTED}, {0, E_UNEXPECTED},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.kind);
-    EXPECT_EQ(c.code, Throwing(c.kind));
-  }
+  for (const auto& c : cases) EXPECT_EQ(c.code, Throwing(c.kind)) << c.kind;
 }
 
 TEST(Guards, AnOperationsOwnRowsComeBeforeTheCommonOnes) {

@@ -4,10 +4,8 @@
 #include <new>
 
 #include "automation/DispatchError.h"
-#include "automation/Guards.h"
 
 namespace hv::automation::toys {
-
 namespace {
 
 Result RaiseWithText(CToyInt&, CallFrame& frame) {
@@ -39,32 +37,34 @@ constexpr auto kToyFaceRows =
 constexpr DispatchMap kToyFaceMap =
     DispatchMap(u"ToyFace", kToyFaceRows, &kNamedMap).WithDefault(3);
 
-constexpr auto kToyRows = MakeRows(
-    Method<&CToyInt::Echo<bool>>(u"EchoBool", 10),
-    Method<&CToyInt::Echo<std::int8_t>>(u"EchoI8", 11),
-    Method<&CToyInt::Echo<std::int16_t>>(u"EchoI16", 12),
-    Method<&CToyInt::Echo<std::int32_t>>(u"EchoI32", 13),
-    Method<&CToyInt::Echo<std::int64_t>>(u"EchoI64", 14),
-    Method<&CToyInt::Echo<std::uint8_t>>(u"EchoU8", 15),
-    Method<&CToyInt::Echo<std::uint16_t>>(u"EchoU16", 16),
-    Method<&CToyInt::Echo<std::uint32_t>>(u"EchoU32", 17),
-    Method<&CToyInt::Echo<std::uint64_t>>(u"EchoU64", 18),
-    Method<&CToyInt::Echo<float>>(u"EchoFloat", 19),
-    Method<&CToyInt::Echo<double>>(u"EchoDouble", 20),
-    Method<&CToyInt::Echo<enumColor>>(u"EchoEnum", 21), Method<&CToyInt::EchoText>(u"EchoText", 22),
-    Method<&CToyInt::EchoView>(u"EchoView", 23), Method<&CToyInt::EchoVariant>(u"EchoVariant", 24),
-    Method<&CToyInt::EchoObject>(u"EchoObject", 25),
-    Method<&CToyInt::EchoUnknown>(u"EchoUnknown", 26),
-    Method<&CToyInt::FailText>(u"FailUnlisted", 30),
-    Method<&CToyInt::FailObject>(u"FailOnly", 31, kOnlyRows),
-    Method<&CToyInt::FailNumber>(u"FailChange", 32, kChangeRows),
-    Method<&CToyInt::FailPlain>(u"FailPlain", 33),
-    Method<&CToyInt::FailWithText>(u"FailFull", 34, kFullRows),
-    Method<&CToyInt::TakeToy>(u"TakeToy", 35, kNullRows),
-    Method<&CToyInt::ThrowIt>(u"ThrowIt", 36, kFullRows), Method<&CToyInt::Remark>(u"Remark", 37),
-    Method<&CToyInt::LetGo>(u"LetGo", 38),
-    Custom<&RaiseWithText>(u"RaiseWithText", 39, CallKind::Method, 1),
-    Custom<&RaiseFromTable>(u"RaiseFromTable", 40, CallKind::Get, 0));
+constexpr auto kToyRows =
+    MakeRows(Method<&CToyInt::Echo<bool>>(u"EchoBool", 10),
+             Method<&CToyInt::Echo<std::int8_t>>(u"EchoI8", 11),
+             Method<&CToyInt::Echo<std::int16_t>>(u"EchoI16", 12),
+             Method<&CToyInt::Echo<std::int32_t>>(u"EchoI32", 13),
+             Method<&CToyInt::Echo<std::int64_t>>(u"EchoI64", 14),
+             Method<&CToyInt::Echo<std::uint8_t>>(u"EchoU8", 15),
+             Method<&CToyInt::Echo<std::uint16_t>>(u"EchoU16", 16),
+             Method<&CToyInt::Echo<std::uint32_t>>(u"EchoU32", 17),
+             Method<&CToyInt::Echo<std::uint64_t>>(u"EchoU64", 18),
+             Method<&CToyInt::Echo<float>>(u"EchoFloat", 19),
+             Method<&CToyInt::Echo<double>>(u"EchoDouble", 20),
+             Method<&CToyInt::Echo<enumColor>>(u"EchoEnum", 21),
+             Method<&CToyInt::Echo<const WString&>>(u"EchoText", 22),
+             Method<&CToyInt::Echo<std::u16string_view, WString>>(u"EchoView", 23),
+             Method<&CToyInt::Echo<const Variant&>>(u"EchoVariant", 24),
+             Method<&CToyInt::EchoObject<IDispatch>>(u"EchoObject", 25),
+             Method<&CToyInt::EchoObject<IUnknown>>(u"EchoUnknown", 26),
+             Method<&CToyInt::FailText>(u"FailUnlisted", 30),
+             Method<&CToyInt::FailObject>(u"FailOnly", 31, kOnlyRows),
+             Method<&CToyInt::FailNumber>(u"FailChange", 32, kChangeRows),
+             Method<&CToyInt::FailPlain>(u"FailPlain", 33),
+             Method<&CToyInt::FailWithText>(u"FailFull", 34, kFullRows),
+             Method<&CToyInt::TakeToy>(u"TakeToy", 35, kNullRows),
+             Method<&CToyInt::ThrowIt>(u"ThrowIt", 36, kFullRows),
+             Method<&CToyInt::Remark>(u"Remark", 37), Method<&CToyInt::LetGo>(u"LetGo", 38),
+             Custom<&RaiseWithText>(u"RaiseWithText", 39, CallKind::Method, 1),
+             Custom<&RaiseFromTable>(u"RaiseFromTable", 40, CallKind::Get, 0));
 constexpr DispatchMap kToyMap =
     DispatchMap(u"Toy", kToyRows, &kToyFaceMap).WithObjectText<&CToyInt::TextFor>();
 static_assert(FitsBase(kToyMap));
@@ -80,103 +80,6 @@ static_assert(FitsBase(kBigMap));
 const DispatchMap& CToyInt::Map() { return kToyMap; }
 const DispatchMap& CBigToyInt::Map() { return kBigMap; }
 
-Result CToyInt::get_Name(WString* out) {
-  *out = m_name;
-  return S_OK;
-}
-
-Result CToyInt::put_Name(const WString& name) {
-  HV_RETURN_CODE_IF(name.empty(), VEX_E_EMPTY_NAME);
-  m_name = name;
-  return S_OK;
-}
-
-Result CToyInt::put_Friend(IToy* toy) {
-  m_friend = Ref<IToy>::Share(toy);
-  return S_OK;
-}
-
-Result CToyInt::get_Values(std::int32_t index, Variant* out) {
-  HV_RETURN_CODE_IF(index < 0 || index > 2, E_INVALIDARG);
-  *out = m_values[index];
-  return S_OK;
-}
-
-Result CToyInt::put_Values(std::int32_t index, const Variant& value) {
-  HV_RETURN_CODE_IF(index < 0 || index > 2, E_INVALIDARG);
-  m_values[index] = value;
-  return S_OK;
-}
-
-Result CToyInt::Join(const WString& first, const Variant& second, std::int32_t third,
-                     WString* out) {
-  Variant text;
-  const bool given = !second.IsMissing();
-  if (given) HV_RETURN_IF_FAILED(second.ChangeType(VT_BSTR, &text));
-  *out = first + u"|" + (given ? text.AsText().view() : u"missing") + u"|";
-  Variant number;
-  HV_RETURN_IF_FAILED(Variant::I4(third).ChangeType(VT_BSTR, &number));
-  *out += number.AsText();
-  return S_OK;
-}
-
-Result CToyInt::Clear() {
-  for (Variant& value : m_values) value.Clear();
-  return S_OK;
-}
-
-Result CToyInt::GetWeight(std::int32_t* out) {
-  *out = 12;
-  return S_OK;
-}
-
-Result CToyInt::EchoText(const WString& value, WString* out) {
-  *out = value;
-  return S_OK;
-}
-
-Result CToyInt::EchoView(std::u16string_view value, WString* out) {
-  *out = value;
-  return S_OK;
-}
-
-Result CToyInt::EchoVariant(const Variant& value, Variant* out) {
-  *out = value;
-  return S_OK;
-}
-
-Result CToyInt::EchoObject(IDispatch* object, IDispatch** out) {
-  return Ref<IDispatch>::Share(object).CopyTo(out);
-}
-
-Result CToyInt::EchoUnknown(IUnknown* object, IUnknown** out) {
-  return Ref<IUnknown>::Share(object).CopyTo(out);
-}
-
-Result CToyInt::FailText(std::int32_t code, WString* out) {
-  *out = u"half done";
-  return static_cast<Result>(code);
-}
-
-Result CToyInt::FailObject(std::int32_t code, IToy** out) {
-  *out = MakeRef<CToyInt>(u"half done").Detach();
-  return static_cast<Result>(code);
-}
-
-Result CToyInt::FailNumber(std::int32_t code, std::int32_t* out) {
-  *out = 77;
-  return static_cast<Result>(code);
-}
-
-Result CToyInt::FailPlain(std::int32_t code) { return static_cast<Result>(code); }
-Result CToyInt::FailWithText(std::int32_t code, const WString&) {
-  return static_cast<Result>(code);
-}
-Result CToyInt::TakeToy(std::int32_t code, IToy* toy) {
-  return toy ? static_cast<Result>(code) : E_FAIL;
-}
-Result CToyInt::Remark() { return S_FALSE; }
-
 Result CToyInt::ThrowIt(std::int32_t kind) {
   switch (kind) {
     case 0:
@@ -188,44 +91,6 @@ Result CToyInt::ThrowIt(std::int32_t kind) {
     default:
       throw 5;
   }
-}
-
-Result CToyInt::LetGo(WString* out) {
-  m_held.Reset();
-  return get_Name(out);
-}
-
-WString CToyInt::TextFor(ObjectTextId id) const {
-  return id == ObjectTextId::StoreName ? m_name : WString(u"?");
-}
-
-Result CBigToyInt::get_Name(WString* out) {
-  *out = u"big";
-  return S_OK;
-}
-
-Result CBigToyInt::get_Friend(IToy** out) {
-  *out = MakeRef<CToyInt>(u"friend of big").Detach();
-  return S_OK;
-}
-
-Result CBigToyInt::get_Size(std::int32_t* out) const {
-  *out = 1000;
-  return S_OK;
-}
-
-Result CallByName(IDispatch& object, std::u16string_view name, std::vector<Variant> args,
-                  Variant* result, ErrorInfo* error) {
-  std::int32_t id = 0;
-  HV_RETURN_IF_FAILED(object.GetIdOfName(name, &id));
-  return object.Invoke(id, CallKind::Method | CallKind::Get, args, result, error);
-}
-
-Result PutByName(IDispatch& object, std::u16string_view name, std::vector<Variant> args,
-                 ErrorInfo* error) {
-  std::int32_t id = 0;
-  HV_RETURN_IF_FAILED(object.GetIdOfName(name, &id));
-  return object.Invoke(id, CallKind::Put, args, nullptr, error);
 }
 
 }  // namespace hv::automation::toys
