@@ -17,15 +17,13 @@ Variant TimeOf(const char* digits) {
   return Variant::Object(vex::CreateTime(TimeValue::FromText(digits)).Get());
 }
 
-struct OrderCase {
-  const char* name;
-  Variant a;
-  Variant b;
-  VarOrder order;
-};
-
 TEST(ValueOrder, OrdersPairs) {
-  const OrderCase kCases[] = {
+  const struct {
+    const char* name;
+    Variant a;
+    Variant b;
+    VarOrder order;
+  } kCases[] = {
       {"EmptyAndNull", Variant(), Variant::Null(), VarOrder::Equal},
       {"NullAndNumber", Variant::Null(), Variant::I4(1), VarOrder::Greater},
       {"NumberAndNull", Variant::I4(1), Variant::Null(), VarOrder::Less},
@@ -45,7 +43,7 @@ TEST(ValueOrder, OrdersPairs) {
        VarOrder::Greater},
       {"SameTime", TimeOf("2001"), TimeOf("20010101"), VarOrder::Equal},
   };
-  for (const OrderCase& c : kCases) {
+  for (const auto& c : kCases) {
     SCOPED_TRACE(c.name);
     VarOrder order = VarOrder::Null;
     EXPECT_EQ(S_OK, CompareValues(c.a, c.b, &order));
@@ -93,27 +91,17 @@ TEST(ValueOrder, SortsAsItCompares) {
     // Half of the texts share a beginning that is longer than what is compared at once.
     for (char16_t& unit : text) unit = kUnits[below(kind == 6 ? 9 : 13)];
     if (kind == 6 && number > 0) text.insert(0, u"ABABABABAB");
-    switch (kind) {
-      case 0:
-        return Variant();
-      case 1:
-        return Variant::Date(number / 2.0);
-      case 2:
-        return Variant::R8(number / 3.0);
-      case 3:
-        return Variant::I8(number + (std::int64_t{1} << (number > 2 ? 60 : 1)));
-      case 4:
-        return Variant::Bool(number > 0);
-      case 5:
-      case 6:
-        return Variant::Text(text);
-      case 7:
-        return Variant::UI1(static_cast<std::uint8_t>(below(5)));
-      case 8:
-        return Variant::R4(static_cast<float>(number));
-      default:
-        return Variant::Cy(number);
-    }
+    const Variant values[] = {Variant(),
+                              Variant::Date(number / 2.0),
+                              Variant::R8(number / 3.0),
+                              Variant::I8(number + (std::int64_t{1} << (number > 2 ? 60 : 1))),
+                              Variant::Bool(number > 0),
+                              Variant::Text(text),
+                              Variant::Text(text),
+                              Variant::UI1(static_cast<std::uint8_t>(below(5))),
+                              Variant::R4(static_cast<float>(number)),
+                              Variant::Cy(number)};
+    return values[kind];
   };
   for (const auto& [first, kinds] : {std::pair{0U, 10U}, {0U, 8U}, {2U, 6U}, {8U, 1U}, {5U, 2U}}) {
     std::vector<Variant> values;

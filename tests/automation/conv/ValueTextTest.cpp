@@ -4,9 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 #include <string>
 
+#include "../variant/VariantOfCell.h"
 #include "automation/conv/DisplayText.h"
 #include "automation/conv/TypeNames.h"
 #include "automation/conv/VexTime.h"
@@ -18,75 +18,62 @@ namespace {
 Variant TimeObject() {
   return Variant::Object(vex::CreateTime(TimeValue::FromText("20010203040506007008009")).Get());
 }
-/// An automation object that isn't a time.
-class NoTime final : public cor::Counted<IDispatch> {
- public:
-  Result GetIdOfName(std::u16string_view, std::int32_t*) override { return DISP_E_UNKNOWNNAME; }
-  Result Invoke(std::int32_t, CallKind, std::span<const Variant>, Variant*, ErrorInfo*) override {
-    return DISP_E_MEMBERNOTFOUND;
-  }
-  std::uint32_t GetMemberCount() override { return 0; }
-  Result GetMember(std::uint32_t, MemberInfo*) override { return E_INVALIDARG; }
-  std::u16string_view GetClassName() override { return u"NoTime"; }
-};
-Variant OtherObject() { return Variant::Object(MakeRef<NoTime>().Get()); }
-
-struct ValueCase {
-  const char* name;
-  Variant value;
-  Result storedCode;
-  const char* stored;
-  Result shownCode;
-  const char* shown;
-};
+Variant OtherObject() { return golden::VariantOfCells("VT_DISPATCH", "object(no default)")->value; }
 
 TEST(ValueText, StoresAndShowsValuesOfEveryType) {
   Variant target = Variant::Text(u"target");
   const char* const kDigits = "20010203040506007008009";
-  const ValueCase kCases[] = {
-      {"Empty", Variant(), S_OK, "", S_OK, ""},
-      {"Null", Variant::Null(), S_OK, "", S_OK, ""},
-      {"I2", Variant::I2(-32768), S_OK, "-32768", S_OK, "-32768"},
-      {"I4", Variant::I4(2147483647), S_OK, "2147483647", S_OK, "2147483647"},
-      {"UI1", Variant::UI1(200), S_OK, "-56", S_OK, "200"},
-      {"I1", Variant::I1(-5), E_NOTIMPL, "", S_OK, "-5"},
-      {"UI2", Variant::UI2(65535), E_NOTIMPL, "", S_OK, "65535"},
-      {"I8", Variant::I8(1LL << 40), E_NOTIMPL, "", S_OK, "1099511627776"},
-      {"UI8", Variant::UI8(~0ULL), E_NOTIMPL, "", S_OK, "18446744073709551615"},
-      {"Cy", Variant::Cy(10000), E_NOTIMPL, "", E_NOTIMPL, ""},
-      {"Error", Variant::Missing(), E_NOTIMPL, "", E_NOTIMPL, ""},
-      {"Array", Variant::Array({}), E_NOTIMPL, "", E_NOTIMPL, ""},
-      {"R8Whole", Variant::R8(5), S_OK, "5.", S_OK, "5"},
-      {"R8Tenth", Variant::R8(0.1), S_OK, "0.1000000000000000055511151231257827021182", S_OK,
-       "0.1"},
-      {"R8Small", Variant::R8(0.015625), S_OK, "1.5625e-02", S_OK, "0.015625"},
-      {"R8Tiny", Variant::R8(std::ldexp(1, -40)), S_OK, "9.094947017729282379150390625e-13", S_OK,
+  const struct {
+    const char* name;
+    Variant value;
+    const char* stored;  // null if it isn't implemented
+    const char* shown;
+  } kCases[] = {
+      {"Empty", Variant(), "", ""},
+      {"Null", Variant::Null(), "", ""},
+      {"I2", Variant::I2(-32768), "-32768", "-32768"},
+      {"I4", Variant::I4(2147483647), "2147483647", "2147483647"},
+      {"UI1", Variant::UI1(200), "-56", "200"},
+      {"I1", Variant::I1(-5), nullptr, "-5"},
+      {"UI2", Variant::UI2(65535), nullptr, "65535"},
+      {"I8", Variant::I8(1LL << 40), nullptr, "1099511627776"},
+      {"UI8", Variant::UI8(~0ULL), nullptr, "18446744073709551615"},
+      {"Cy", Variant::Cy(10000), nullptr, nullptr},
+      {"Error", Variant::Missing(), nullptr, nullptr},
+      {"Array", Variant::Array({}), nullptr, nullptr},
+      {"R8Whole", Variant::R8(5), "5.", "5"},
+      {"R8Tenth", Variant::R8(0.1), "0.1000000000000000055511151231257827021182", "0.1"},
+      {"R8Small", Variant::R8(0.015625), "1.5625e-02", "0.015625"},
+      {"R8Tiny", Variant::R8(0x1p-40), "9.094947017729282379150390625e-13",
        "9.094947017729282e-13"},
-      {"R8Great", Variant::R8(1e20), S_OK, "100000000000000000000.", S_OK, "1e+20"},
-      {"R8Hundred", Variant::R8(100000), S_OK, "100000.", S_OK, "100000"},
-      {"R4Tenth", Variant::R4(0.1F), S_OK, "0.100000001490116119384765625", S_OK, "0.1"},
-      {"R4", Variant::R4(-2.5F), S_OK, "-2.5", S_OK, "-2.5"},
-      {"Infinity", Variant::R8(-INFINITY), S_OK, "-inf", S_OK, "-INF"},
-      {"Date", Variant::Date(45000.5), S_OK, "20230315120000000000000", S_OK,
-       "20230315120000000000000"},
-      {"TimeObject", TimeObject(), S_OK, kDigits, S_OK, kDigits},
-      {"OtherObject", OtherObject(), E_INVALIDARG, "", E_INVALIDARG, ""},
-      {"NullObject", Variant::Object(nullptr), E_INVALIDARG, "", E_INVALIDARG, ""},
-      {"Unknown", Variant::Unknown(TimeObject().AsObject()), E_NOTIMPL, "", E_NOTIMPL, ""},
-      {"Text", Variant::Text(u" a b "), S_OK, " a b ", S_OK, " a b "},
-      {"True", Variant::Bool(true), S_OK, "true", S_OK, "true"},
-      {"OddTrue", Variant::BoolBits(2), S_OK, "true", S_OK, "true"},
-      {"False", Variant::Bool(false), S_OK, "false", S_OK, "false"},
-      {"ByReference", Variant::RefTo(&target), S_OK, "target", S_OK, "target"},
+      {"R8Great", Variant::R8(1e20), "100000000000000000000.", "1e+20"},
+      {"R8Hundred", Variant::R8(100000), "100000.", "100000"},
+      {"R4Tenth", Variant::R4(0.1F), "0.100000001490116119384765625", "0.1"},
+      {"R4", Variant::R4(-2.5F), "-2.5", "-2.5"},
+      {"Infinity", Variant::R8(-INFINITY), "-inf", "-INF"},
+      {"Date", Variant::Date(45000.5), "20230315120000000000000", "20230315120000000000000"},
+      {"TimeObject", TimeObject(), kDigits, kDigits},
+      {"Unknown", Variant::Unknown(TimeObject().AsObject()), nullptr, nullptr},
+      {"Text", Variant::Text(u" a b "), " a b ", " a b "},
+      {"True", Variant::Bool(true), "true", "true"},
+      {"OddTrue", Variant::BoolBits(2), "true", "true"},
+      {"False", Variant::Bool(false), "false", "false"},
+      {"ByReference", Variant::RefTo(&target), "target", "target"},
   };
-  for (const ValueCase& c : kCases) {
+  for (const auto& c : kCases) {
     SCOPED_TRACE(c.name);
     WString stored(u"untouched");
-    EXPECT_EQ(c.storedCode, TextOfVariant(c.value, &stored));
-    EXPECT_EQ(Failed(c.storedCode) ? "untouched" : c.stored, cor::ToUtf8(stored));
+    EXPECT_EQ(c.stored ? S_OK : E_NOTIMPL, TextOfVariant(c.value, &stored));
+    EXPECT_EQ(c.stored ? c.stored : "untouched", cor::ToUtf8(stored));
     WString shown(u"untouched");
-    EXPECT_EQ(c.shownCode, DisplayTextOfVariant(c.value, nullptr, &shown));
-    EXPECT_EQ(Failed(c.shownCode) ? "untouched" : c.shown, cor::ToUtf8(shown));
+    EXPECT_EQ(c.shown ? S_OK : E_NOTIMPL, DisplayTextOfVariant(c.value, nullptr, &shown));
+    EXPECT_EQ(c.shown ? c.shown : "untouched", cor::ToUtf8(shown));
+  }
+  for (const Variant& object : {OtherObject(), Variant::Object(nullptr)}) {
+    WString text(u"untouched");
+    EXPECT_EQ(E_INVALIDARG, TextOfVariant(object, &text));
+    EXPECT_EQ(E_INVALIDARG, DisplayTextOfVariant(object, nullptr, &text));
+    EXPECT_EQ("untouched", cor::ToUtf8(text));
   }
   EXPECT_EQ(E_POINTER, TextOfVariant(Variant(), nullptr));
   EXPECT_EQ(E_POINTER, DisplayTextOfVariant(Variant(), nullptr, nullptr));

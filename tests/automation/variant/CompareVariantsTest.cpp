@@ -16,12 +16,7 @@ namespace hv {
 namespace {
 
 using automation::CompareTextPlatform;
-using golden::DecodeText;
-using golden::OwnedVariant;
-using golden::ReadTable;
-using golden::Row;
-using golden::Tally;
-using golden::VariantOfCells;
+using namespace golden;  // NOLINT: the vocabulary of the reference tables
 
 /// What a comparison says, in the notation of the reference table.
 std::string Outcome(const Variant& a, const Variant& b) {
@@ -91,11 +86,7 @@ TEST(CompareText, FollowsTheReferenceTable) {
 }
 
 TEST(CompareText, OrdersSingleUnits) {
-  struct Unit {
-    char16_t unit;
-    int rank;
-  };
-  std::vector<Unit> units;
+  std::vector<std::pair<char16_t, int>> units;  // and their ranks
   // The collation has these letters at other places: micro sign, kra, l with middle dot, and the
   // fractions, which it takes apart.
   constexpr std::u16string_view kElsewhere = u"\u00B5\u0138\u013F\u0140\u00BC\u00BD\u00BE";
@@ -106,15 +97,14 @@ TEST(CompareText, OrdersSingleUnits) {
       tally.LeaveOut();
       continue;
     }
-    units.push_back({unit, std::stoi(row[2])});
+    units.emplace_back(unit, std::stoi(row[2]));
     tally.Assert();
   }
-  for (const Unit& a : units) {
-    for (const Unit& b : units) {
-      const int order = CompareTextPlatform({&a.unit, 1}, {&b.unit, 1});
-      const int expected = a.rank - b.rank;
-      ASSERT_TRUE((order < 0) == (expected < 0) && (order > 0) == (expected > 0))
-          << std::hex << static_cast<unsigned>(a.unit) << " " << static_cast<unsigned>(b.unit);
+  const auto sign = [](int order) { return (order > 0) - (order < 0); };
+  for (const auto& [a, rankOfA] : units) {
+    for (const auto& [b, rankOfB] : units) {
+      ASSERT_EQ(sign(rankOfA - rankOfB), sign(CompareTextPlatform({&a, 1}, {&b, 1})))
+          << std::hex << unsigned{a} << " " << unsigned{b};
     }
   }
   tally.Finish(567, 8);

@@ -41,27 +41,20 @@ std::u16string DecodeText(std::string_view cell) {
     ADD_FAILURE() << "not a text: " << cell;
     return text;
   }
-  cell = cell.substr(1, cell.size() - 2);
-  std::string plain;
-  const auto flush = [&] {
-    text += cor::FromUtf8(plain).view();
-    plain.clear();
-  };
-  for (std::size_t i = 0; i < cell.size(); ++i) {
-    if (cell[i] != '\\') {
-      plain += cell[i];
+  const WString units = cor::FromUtf8(cell.substr(1, cell.size() - 2));
+  for (std::size_t i = 0; i < units.size(); ++i) {
+    if (units[i] != u'\\') {
+      text += units[i];
       continue;
     }
-    flush();
-    const char kind = cell[++i];
-    if (kind == 'u') {
-      text += static_cast<char16_t>(HexOf(cell.substr(i + 1, 4)));
+    const char16_t kind = units[++i];
+    if (kind == u'u') {
+      text += static_cast<char16_t>(HexOf(cor::ToUtf8(units.view().substr(i + 1, 4))));
       i += 4;
     } else {
-      text += kind == 'n' ? u'\n' : kind == 'r' ? u'\r' : kind == 't' ? u'\t' : char16_t(kind);
+      text += kind == u'n' ? u'\n' : kind == u'r' ? u'\r' : kind == u't' ? u'\t' : kind;
     }
   }
-  flush();
   return text;
 }
 

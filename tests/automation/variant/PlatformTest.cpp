@@ -1,4 +1,6 @@
-// tests/automation/variant/VariantTimeTest.cpp - automation dates against the reference tables.
+// tests/automation/variant/PlatformTest.cpp - automation dates, the lenient reader of numbers and
+// the 40-digit format against the reference tables.
+#include "automation/variant/PlatformNumbers.h"
 #include "automation/variant/VariantTime.h"
 
 #include <gtest/gtest.h>
@@ -8,20 +10,14 @@
 namespace hv::automation {
 namespace {
 
-using golden::DecodeDouble;
-using golden::ReadTable;
-using golden::Row;
-using golden::Tally;
-
-std::uint16_t Number(const std::string& cell) {
-  return static_cast<std::uint16_t>(std::stoul(cell));
-}
+using namespace golden;  // NOLINT: the vocabulary of the reference tables
 
 SystemTime FieldsFrom(const Row& row, std::size_t first) {
   SystemTime time;
-  std::uint16_t* const fields[] = {&time.year,   &time.month,  &time.day,        &time.hour,
-                                   &time.minute, &time.second, &time.millisecond};
-  for (std::uint16_t* field : fields) *field = Number(row[first++]);
+  for (std::uint16_t* field : {&time.year, &time.month, &time.day, &time.hour, &time.minute,
+                               &time.second, &time.millisecond}) {
+    *field = static_cast<std::uint16_t>(std::stoul(row[first++]));
+  }
   return time;
 }
 
@@ -56,23 +52,34 @@ TEST(VariantTime, MakesDatesOfFields) {
   tally.Finish(156, 0);
 }
 
-TEST(VariantTime, GivesTheWeekday) {
+TEST(VariantTime, GivesTheWeekdayAndEndsWithTheRange) {
   SystemTime time;
   ASSERT_TRUE(VariantTimeToSystemTime(39950, &time));
   EXPECT_EQ(time.dayOfWeek, 0) << "2009-05-17 was a Sunday";
   ASSERT_TRUE(VariantTimeToSystemTime(-1, &time));
   EXPECT_EQ(time.dayOfWeek, 5) << "1899-12-29 was a Friday";
+  double date = 5;
+  EXPECT_FALSE(SystemTimeToVariantTime({.year = 9999, .month = 12, .day = 31, .hour = 24}, &date));
+  EXPECT_EQ(date, 5);
 }
 
-TEST(VariantTime, RefusesMomentsThatRunOutOfTheRange) {
-  SystemTime time;
-  time.year = 9999;
-  time.month = 12;
-  time.day = 31;
-  time.hour = 24;
-  double date = 5;
-  EXPECT_FALSE(SystemTimeToVariantTime(time, &date));
-  EXPECT_EQ(date, 5);
+TEST(PlatformNumbers, ReadsNumbers) {
+  Tally tally;
+  for (const Row& row : ReadTable("wtoi.tsv")) {
+    if (row[1] != "_wtoi") continue;
+    EXPECT_EQ(ParseInt32LikeWtoi(DecodeText(row[2])), std::stol(row[3])) << row.line;
+    tally.Assert();
+  }
+  tally.Finish(331, 0);
+}
+
+TEST(PlatformNumbers, FormatsFortyDigits) {
+  Tally tally;
+  for (const Row& row : ReadTable("gcvt40_documented.tsv")) {
+    EXPECT_EQ(FormatGcvt40(DecodeDouble(row[0])), row[2]) << row.line;
+    tally.Assert();
+  }
+  tally.Finish(216, 0);
 }
 
 }  // namespace
