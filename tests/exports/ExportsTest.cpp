@@ -59,20 +59,11 @@ TEST(Exports, FailedConnectLeavesTheOutPointer) {
   IDataStore* store = before;
   EXPECT_EQ(E_FAIL, Connect(u"", u"NO SUCH PLUG-IN", u"", &store));
   EXPECT_EQ(before, store);
-  EXPECT_EQ(
-      E_FAIL,
-      Connect(u"not configured", u"ATFX",
-              cor::FromUtf8("<filename>" HV_TEST_DATA_DIR "/store/bench.atfx</filename>"), &store))
+  EXPECT_EQ(E_FAIL, Connect(u"not configured", u"ATFX", test::BenchParameter(), &store))
       << "a name comes before plug-in and parameter";
+  const char16_t* none = nullptr;  // counts as empty
+  EXPECT_EQ(E_FAIL, ConnectDataStoreByParams(nullptr, &none, nullptr, {}, &store, nullptr));
   EXPECT_EQ(before, store);
-}
-
-TEST(Exports, NullTextsCountAsEmpty) {
-  const TestConfiguration configuration;
-  const char16_t* none = nullptr;
-  Ref<IDataStore> store;
-  EXPECT_EQ(E_FAIL,
-            ConnectDataStoreByParams(nullptr, &none, nullptr, Variant(), store.Put(), nullptr));
 }
 
 TEST(Exports, StoreOfTheEngineGetsASessionOfItsOwn) {
@@ -102,21 +93,19 @@ TEST(Exports, NullOutPointersAreRefused) {
   EXPECT_EQ(E_POINTER, CreateStoreFabricObject(u"VEX.DataStoreEnvironment", nullptr));
 }
 
-struct ClassCase {
-  const char16_t* progId;
-  Result code;
-};
-
 TEST(Exports, ClassesAreMadeByName) {
   const TestConfiguration configuration;
-  const ClassCase kClasses[] = {
+  const struct {
+    const char16_t* progId;
+    Result code;
+  } kClasses[] = {
       {u"VEX.DataStoreEnvironment", S_OK},
       {u"vex.datastoreenvironment", S_OK},
       {u"VEX.DataStoreEnvironment.1", CLASS_E_CLASSNOTAVAILABLE},
       {u"", CLASS_E_CLASSNOTAVAILABLE},
       {nullptr, CLASS_E_CLASSNOTAVAILABLE},
   };
-  for (const ClassCase& row : kClasses) {
+  for (const auto& row : kClasses) {
     SCOPED_TRACE(row.progId ? cor::ToUtf8(row.progId) : "null");
     Ref<IDispatch> object;
     EXPECT_EQ(row.code, CreateStoreFabricObject(row.progId, object.Put()));

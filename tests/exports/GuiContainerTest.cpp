@@ -1,5 +1,4 @@
 // tests/exports/GuiContainerTest.cpp - the container of a host's controls, and their wiring.
-#include <storefabric/IBrowseConfig.h>
 #include <storefabric/IDataStoreControls.h>
 
 #include "HostObject.h"
@@ -50,8 +49,6 @@ TEST(GuiContainer, KeepsWhatIsSet) {
   const TestConfiguration configuration;
   const Ref<IDataStore> session = test::OpenBench();
   const Ref<IStore> store = test::CoreStoreOf<IStore>(*session.Get());
-  Ref<IBrowseConfig> config;
-  ASSERT_EQ(S_OK, GetDataStoreBrowseConfig(store.Get(), config.Put()));
   const Ref<Container> container = MakeContainer(0xfedcba98);
   EXPECT_EQ(0xfedcba98, container->GetClientData());
   const auto blank = [] { return Ref<IUnknown>(MakeRef<Blank>()); };
@@ -62,37 +59,36 @@ TEST(GuiContainer, KeepsWhatIsSet) {
   ExpectKeeps(c, &Container::GetFont, &Container::SetFont, blank());
   ExpectKeeps(c, &Container::GetControlSink, &Container::SetControlSink,
               Ref<IGUIControlSink>(MakeRef<Sink>()));
-  ExpectKeeps(c, &Container::GetBrowseConfig, &Container::SetBrowseConfig, std::move(config));
+  ExpectKeeps(c, &Container::GetBrowseConfig, &Container::SetBrowseConfig,
+              test::BrowseConfigOf(*store.Get()));
 }
 
 TEST(GuiContainer, KeepsTextsAndSwitchesApart) {
   const Ref<Container> container = MakeContainer();
-  EXPECT_EQ(S_OK, container->SetQueryFormUserSettings(u"query form"));
-  EXPECT_EQ(S_OK, container->SetResultsDisplayUserSettings(u"results"));
-  EXPECT_EQ(S_OK, container->SetBrowserUserSettings(u"browser"));
-  EXPECT_EQ(S_OK, container->SetShowSubmatrices(true));
-  WString text;
+  const struct {
+    Result (Container::*set)(std::u16string_view);
+    Result (Container::*get)(WString*);
+    std::u16string_view text;
+  } texts[] = {
+      {&Container::SetQueryFormUserSettings, &Container::GetQueryFormUserSettings, u"query form"},
+      {&Container::SetResultsDisplayUserSettings, &Container::GetResultsDisplayUserSettings,
+       u"results"},
+      {&Container::SetBrowserUserSettings, &Container::GetBrowserUserSettings, u"browser"}};
+  for (const auto& t : texts) EXPECT_EQ(S_OK, (container.Get()->*t.set)(t.text));
+  for (const auto& t : texts) {
+    WString text;
+    EXPECT_EQ(S_OK, (container.Get()->*t.get)(&text));
+    EXPECT_EQ(t.text, text.view());
+    EXPECT_EQ(E_POINTER, (container.Get()->*t.get)(nullptr));
+  }
   bool flag = false;
-  EXPECT_EQ(S_OK, container->GetQueryFormUserSettings(&text));
-  EXPECT_TRUE(text.EqualsExact(u"query form"));
-  EXPECT_EQ(S_OK, container->GetResultsDisplayUserSettings(&text));
-  EXPECT_TRUE(text.EqualsExact(u"results"));
-  EXPECT_EQ(S_OK, container->GetBrowserUserSettings(&text));
-  EXPECT_TRUE(text.EqualsExact(u"browser"));
+  EXPECT_EQ(S_OK, container->SetShowSubmatrices(true));
   EXPECT_EQ(S_OK, container->GetShowSubmatrices(&flag));
   EXPECT_TRUE(flag);
   EXPECT_EQ(S_OK, container->GetIgnoreExpansionState(&flag));
   EXPECT_FALSE(flag);
   EXPECT_EQ(E_POINTER, container->GetShowSubmatrices(nullptr));
-  EXPECT_EQ(E_POINTER, container->GetBrowserUserSettings(nullptr));
 }
-
-struct WiringCase {
-  const char* name;
-  bool store;
-  Ref<IUnknown> queryForm, resultsDisplay, browser;
-  Result code;
-};
 
 TEST(GuiContainer, WiringChecksStoreAndControls) {
   const TestConfiguration configuration;
@@ -102,7 +98,12 @@ TEST(GuiContainer, WiringChecksStoreAndControls) {
   const Ref<IUnknown> form = MakeRef<HostControl<IDataStoreQueryForm>>();
   const Ref<IUnknown> display = MakeRef<HostControl<IDataStoreResultsDisplay>>();
   const Ref<IUnknown> browser = MakeRef<HostControl<IDataStoreBrowser>>();
-  const WiringCase kCases[] = {
+  const struct {
+    const char* name;
+    bool store;
+    Ref<IUnknown> queryForm, resultsDisplay, browser;
+    Result code;
+  } kCases[] = {
       {"Nothing", false, {}, {}, {}, VEX_E_NO_STORE},
       {"ControlsWithoutStore", false, form, display, browser, VEX_E_NO_STORE},
       {"WrongControlsWithoutStore", false, blank, blank, blank, VEX_E_NO_STORE},
@@ -113,7 +114,7 @@ TEST(GuiContainer, WiringChecksStoreAndControls) {
       {"ControlsInEachOthersPlace", true, display, form, {}, E_INVALIDARG},
       {"ResultsDisplayAlone", true, {}, display, {}, S_OK},
   };
-  for (const WiringCase& row : kCases) {
+  for (const auto& row : kCases) {
     SCOPED_TRACE(row.name);
     const Ref<Container> container = MakeContainer();
     (void)container->SetStore(row.store ? store.Get() : nullptr);

@@ -1,6 +1,7 @@
 // tests/exports/OpenBench.h - opens the test store through the exported functions.
 #pragma once
 
+#include <storefabric/IBrowseConfig.h>
 #include <storefabric/StoreFabric.h>
 
 #include <gtest/gtest.h>
@@ -15,11 +16,13 @@ inline Result Connect(std::u16string_view name, std::u16string_view pluginName,
                                   Variant::Text(u"no effect"), store, nullptr);
 }
 
+inline WString BenchParameter() {
+  return cor::FromUtf8("<filename>" HV_TEST_DATA_DIR "/store/bench.atfx</filename>");
+}
+
 inline Ref<vex::IDataStore> OpenBench() {
-  const WString parameter =
-      cor::FromUtf8("<filename>" HV_TEST_DATA_DIR "/store/bench.atfx</filename>");
   Ref<vex::IDataStore> store;
-  EXPECT_EQ(S_OK, Connect(u"", u"ATFX", parameter, store.Put()));
+  EXPECT_EQ(S_OK, Connect(u"", u"ATFX", BenchParameter(), store.Put()));
   return store;
 }
 
@@ -29,6 +32,12 @@ Ref<CoreStore> CoreStoreOf(vex::IDataStore& store) {
   Ref<IUnknown> unknown;
   EXPECT_EQ(S_OK, store.GetVexStore(unknown.Put()));
   return unknown.As<CoreStore>();
+}
+
+inline Ref<vex::IBrowseConfig> BrowseConfigOf(vex::IStore& store) {
+  Ref<vex::IBrowseConfig> config;
+  EXPECT_EQ(S_OK, GetDataStoreBrowseConfig(&store, config.Put()));
+  return config;
 }
 
 }  // namespace hv::test
