@@ -69,7 +69,7 @@ TEST(SafeInteger, RaisesExactlyWhereTheResultDoesNotFit) {
   CompareWithWideArithmetic<std::uint8_t, int>();
 }
 
-TEST(SafeInteger, ConversionsTestTheRange) {
+TEST(SafeInteger, TestsTheRangeOfConversionsAndKeepsItsValueWhenItRaises) {
   EXPECT_THROW(Int8(128), exception::OutOfRange);
   EXPECT_THROW(UInt8(-1), exception::OutOfRange);
   EXPECT_THROW((void)SafeInteger<int>(-1).As<std::uint64_t>(), exception::OutOfRange);
@@ -79,35 +79,22 @@ TEST(SafeInteger, ConversionsTestTheRange) {
                exception::OutOfRange);
   EXPECT_EQ(-128, Int8(-128).As<std::int64_t>());
   EXPECT_EQ(255u, UInt8(255).As<std::uint64_t>());
-}
-
-TEST(SafeInteger, KeepsItsValueWhenItRaises) {
   Int8 value(100);
   EXPECT_THROW(value += 100, exception::BoundExceeded);
   EXPECT_EQ(100, value.Value());
 }
 
-class IFirst : public IUnknown {
+constexpr const char* kFaces[] = {"test::IFirst", "test::ISecond", "test::IThird"};
+template <int N>
+class IFace : public IUnknown {
  public:
-  static constexpr Iid kIid = MakeIid("test::IFirst");
+  static constexpr Iid kIid = MakeIid(kFaces[N]);
 
  protected:
-  ~IFirst() = default;
+  ~IFace() = default;
 };
-class ISecond : public IUnknown {
- public:
-  static constexpr Iid kIid = MakeIid("test::ISecond");
-
- protected:
-  ~ISecond() = default;
-};
-class IThird : public IUnknown {
- public:
-  static constexpr Iid kIid = MakeIid("test::IThird");
-
- protected:
-  ~IThird() = default;
-};
+using IFirst = IFace<0>;
+using ISecond = IFace<1>;
 
 /// Holds and drops a reference on itself while it dies.
 class Both final : public Counted<IFirst, ISecond> {
@@ -122,7 +109,7 @@ TEST(Counted, GivesItsFacesAndDiesOnce) {
     EXPECT_EQ(before + 1, LiveObjectCount());
     const Ref<ISecond> second = first.As<ISecond>();
     ASSERT_TRUE(second);
-    EXPECT_FALSE(first.As<IThird>());
+    EXPECT_FALSE(first.As<IFace<2>>());
     EXPECT_EQ(first.As<IUnknown>(), second.As<IUnknown>());
     EXPECT_EQ(E_POINTER, first->QueryInterface(IFirst::kIid, nullptr));
     first.Reset();

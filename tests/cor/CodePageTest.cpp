@@ -13,15 +13,13 @@
 namespace hv::cor {
 namespace {
 
-struct Utf8Case {
-  const char* name;
-  std::string_view bytes;
-  std::u16string_view text;
-};
-
 TEST(Utf8, MalformedPiecesBecomeReplacements) {
   using namespace std::string_view_literals;
-  const Utf8Case cases[] = {
+  const struct {
+    const char* name;
+    std::string_view bytes;
+    std::u16string_view text;
+  } cases[] = {
       {"Empty", "", u""},
       {"Zero", "a\0b"sv, u"a\0b"sv},
       {"TwoThreeFour", "\xC3\xA4\xE2\x82\xAC\xF0\x9F\x9A\x97", u"\u00e4\u20ac\U0001F697"},
@@ -35,7 +33,7 @@ TEST(Utf8, MalformedPiecesBecomeReplacements) {
       {"CutOffByLetter", "\xE2\x82x", u"\uFFFDx"},
       {"NoByte", "\xFF\xFE", u"\uFFFD\uFFFD"},
   };
-  for (const Utf8Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
     EXPECT_TRUE(FromUtf8(c.bytes).EqualsExact(c.text));
   }
@@ -70,15 +68,13 @@ TEST(Utf8, RandomBytesAsTheUnicodeLibrary) {
   }
 }
 
-struct PageCase {
-  const char* name;
-  std::uint32_t page;
-  std::u16string_view text;
-  std::string_view bytes;
-};
-
 TEST(CodePage, ConvertsBothWays) {
-  const PageCase cases[] = {
+  const struct {
+    const char* name;
+    std::uint32_t page;
+    std::u16string_view text;
+    std::string_view bytes;
+  } cases[] = {
       {"PlatformDefault", 0, u"\u00e4\u20ac", "\xC3\xA4\xE2\x82\xAC"},
       {"Utf8", 65001, u"\u00e4", "\xC3\xA4"},
       {"Ascii", 20127, u"abc", "abc"},
@@ -89,7 +85,7 @@ TEST(CodePage, ConvertsBothWays) {
       {"Dos", 850, u"\u00e4", "\x84"},
       {"Japanese", 932, u"\u65e5\u672c\uff71", "\x93\xFA\x96\x7B\xB1"},
   };
-  for (const PageCase& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
     CodePage page(c.page);
     for (int twice = 0; twice < 2; ++twice) {

@@ -59,16 +59,14 @@ TEST_F(NoCaseOrder, RandomTextsAsTheCollation) {
   }
 }
 
-struct OrderCase {
-  const char* name;
-  std::u16string_view a;
-  std::u16string_view b;
-  int order;
-};
-
 TEST_F(NoCaseOrder, CasesThatUsersMeet) {
   using namespace std::string_view_literals;
-  const OrderCase cases[] = {
+  const struct {
+    const char* name;
+    std::u16string_view a;
+    std::u16string_view b;
+    int order;
+  } cases[] = {
       {"CaseIsIgnored", u"abc", u"ABC", 0},
       {"UmlautCaseIsIgnored", u"M\u00c4RZ", u"m\u00e4rz", 0},
       {"AccentsCount", u"a", u"\u00e4", -1},
@@ -83,7 +81,7 @@ TEST_F(NoCaseOrder, CasesThatUsersMeet) {
       {"ZeroLast", u"a\0b"sv, u"A\0"sv, 1},
       {"ZeroIgnoresCase", u"a\0B"sv, u"A\0b"sv, 0},
   };
-  for (const OrderCase& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
     EXPECT_EQ(c.order, CompareNoCase(c.a, c.b));
     EXPECT_EQ(-c.order, CompareNoCase(c.b, c.a));

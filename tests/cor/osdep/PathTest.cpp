@@ -16,14 +16,8 @@ TEST(Path, AbsoluteInBothNotations) {
   }
 }
 
-struct JoinCase {
-  const char16_t* a;
-  const char16_t* b;
-  const char16_t* joined;
-};
-
 TEST(Path, JoinKeepsTheNotation) {
-  const JoinCase cases[] = {
+  const char16_t* const cases[][3] = {
       {u"c:\\a", u"b", u"c:\\a\\b"},
       {u"c:\\a\\", u"b", u"c:\\a\\b"},
       {u"c:\\a", u"\\\\h\\s", u"\\\\h\\s"},
@@ -41,50 +35,35 @@ TEST(Path, JoinKeepsTheNotation) {
       {u"a/b", u"", u"a/b/"},
       {u"/a\\b", u"c", u"/a\\b/c"},
   };
-  for (const JoinCase& c : cases) {
-    EXPECT_TRUE(Join(c.a, c.b).EqualsExact(c.joined))
-        << ToUtf8(c.a) << " and " << ToUtf8(c.b) << ": " << ToUtf8(Join(c.a, c.b));
+  for (const auto& [a, b, joined] : cases) {
+    EXPECT_EQ(joined, Join(a, b).view()) << ToUtf8(a) << " and " << ToUtf8(b);
   }
 }
 
-struct TextCase {
-  const char16_t* in;
-  const char16_t* out;
-};
-
-TEST(Path, LibraryNamesGetTheirExtension) {
-  const TextCase cases[] = {
-      {u"", u""},
-      {u"x", u"x.so"},
-      {u"x.y", u"x.y"},
-      {u".", u"."},
-      {u"a.b/x", u"a.b/x.so"},
-      {u"/a/b.so", u"/a/b.so"},
-      {u"/a.d/", u"/a.d/.so"},
-      {u"c:\\a.b\\x", u"c:\\a.b\\x.so"},
-      {u"c:\\a/b.c\\x", u"c:\\a/b.c\\x.so"},
-  };
-  for (const TextCase& c : cases) {
-    EXPECT_TRUE(LibraryFileName(c.in).EqualsExact(c.out)) << ToUtf8(c.in);
-  }
-}
-
-TEST(Path, SeparatorAtEnd) {
-  const TextCase cases[] = {
+TEST(Path, LibraryNamesGetTheirExtensionAndDirectoriesTheirSeparator) {
+  const char16_t* const files[][2] = {{u"", u""},
+                                      {u"x", u"x.so"},
+                                      {u"x.y", u"x.y"},
+                                      {u".", u"."},
+                                      {u"a.b/x", u"a.b/x.so"},
+                                      {u"/a/b.so", u"/a/b.so"},
+                                      {u"/a.d/", u"/a.d/.so"},
+                                      {u"c:\\a.b\\x", u"c:\\a.b\\x.so"},
+                                      {u"c:\\a/b.c\\x", u"c:\\a/b.c\\x.so"}};
+  for (const auto& [in, out] : files) EXPECT_EQ(out, LibraryFileName(in).view()) << ToUtf8(in);
+  const char16_t* const directories[][2] = {
       {u"", u""},       {u"C:\\Data", u"C:\\Data\\"}, {u"C:\\Data\\", u"C:\\Data\\"},
       {u"C:", u"C:\\"}, {u"/opt/x", u"/opt/x/"},      {u"/opt/x/", u"/opt/x/"},
-      {u"x", u"x/"},
-  };
-  for (const TextCase& c : cases) {
-    EXPECT_TRUE(WithSeparatorAtEnd(c.in).EqualsExact(c.out)) << ToUtf8(c.in);
-  }
+      {u"x", u"x/"}};
+  for (const auto& [in, out] : directories)
+    EXPECT_EQ(out, WithSeparatorAtEnd(in).view()) << ToUtf8(in);
 }
 
 TEST(Path, CurrentDirectory) {
   const WString here = FromUtf8(std::filesystem::current_path().native());
-  EXPECT_TRUE(CurrentDirectoryJoin(u".").EqualsExact(here));
-  EXPECT_TRUE(CurrentDirectoryJoin(u"x").EqualsExact(here + u"/x"));
-  EXPECT_TRUE(CurrentDirectoryJoin(u"/x").EqualsExact(u"/x"));
+  EXPECT_EQ(here.view(), CurrentDirectoryJoin(u".").view());
+  EXPECT_EQ((here + u"/x").view(), CurrentDirectoryJoin(u"x").view());
+  EXPECT_EQ(u"/x", CurrentDirectoryJoin(u"/x").view());
   EXPECT_EQ(std::filesystem::current_path(), NativePath(here));
 }
 

@@ -69,16 +69,14 @@ TEST(RegFile, TakesBothEncodingsAndLineEnds) {
   }
 }
 
-struct BadCase {
-  std::string_view content;
-  const char* error;  // begins so
-};
-
 TEST(RegFile, MalformedContentNamesFileAndLine) {
   std::string deep = "[";
   for (int i = 0; i < 513; ++i) deep += "a\\";
   deep += "]";
-  const BadCase cases[] = {
+  const struct {
+    std::string_view content;
+    const char* error;  // begins so
+  } cases[] = {
       {"title\nmore", "s:2: neither a key"},
       {"\n[a\n", "s:2: a key without a closing bracket"},
       {"\"a\"=\"b\"", "s:1: a value outside of a key"},
@@ -108,7 +106,7 @@ TEST(RegFile, MalformedContentNamesFileAndLine) {
       {std::string_view("\xFF\xFE[\0\xDA\xDA]\0", 8), "s:1: half of a surrogate pair"},
       {deep, "s:1: a key too deep"},
   };
-  for (const BadCase& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.content);
     try {
       (void)ParseRegFile(c.content, "s");
