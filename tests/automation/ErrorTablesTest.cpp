@@ -93,9 +93,7 @@ TEST(ErrorTables, SelectTheRowsOfThePublishedList) {
     std::int32_t number;
     std::int32_t textNumber;
   } cases[] = {
-      {kDataStoreEnvironmentConnect, VEX_E_CONNECT_REFUSED, 0, 0},
       {kDataStoreEnvironmentConnect, E_NOTIMPL, 0, 0},
-      {kDataStoreEnvironmentConnect, E_OUTOFMEMORY, 207, 207},
       {kDataStoreEnvironmentConnect, E_ACCESSDENIED, 247, 247},
       {kDataStoreSearch, VEX_E_OR_UNSUPPORTED, 325, 326},
       {kDataStoreSearch, VEX_E_LOGIC_UNSUPPORTED, 325, 325},

@@ -16,64 +16,70 @@ namespace {
 
 constexpr TimeRecord kMoment{2001, 2, 3, 4, 5, 6, 0.5};
 
-TimeRecord AtHour(std::int32_t hour) { return {2001, 2, 3, hour, 0, 0, 0}; }
-TimeRecord WithFraction(double fraction) { return {2001, 2, 3, 4, 5, 6, fraction}; }
-
 TEST(TimeFormat, PrintsByThePattern) {
+  const auto format = CreateTimeFormat();
+  const auto expect = [&](std::u16string_view text, std::u16string_view pattern,
+                          const TimeRecord& time) {
+    EXPECT_TRUE(format->SetPattern(pattern));
+    WString printed(u"left over");
+    EXPECT_EQ(text, format->Format(&printed, time).view()) << cor::ToUtf8(pattern);
+  };
   const struct {
     std::u16string_view pattern;
-    TimeRecord time;
     std::u16string_view text;
-  } kCases[] = {
-      {u"", kMoment, u""},
-      {u"//", kMoment, u""},
-      {u"YYYY", kMoment, u"2001"},
-      {u"(YYYY)", kMoment, u"2001"},
-      {u"Date: YYYY", kMoment, u"3ate: 2001"},
-      {u"YY", kMoment, u"01"},
-      {u"Y", kMoment, u"2001"},
-      {u"YYYYY", kMoment, u"02001"},
-      {u"YYYY", {-5}, u"-005"},
-      {u"YYYYMMDDhhmmss", kMoment, u"20010203040506"},
-      {u"DD.MM.YYYY hh:mm:ss", kMoment, u"03.02.2001 04:05:06"},
-      {u"M/D/YYYY", kMoment, u"2/3/2001"},
-      {u"M", {0, 12}, u"12"},
-      {u"hhhh", kMoment, u"0004"},
-      {u"s", {0, 0, 0, 0, 0, 123}, u"123"},
-      {u"YYYY -- MM", kMoment, u"2001 -- 02"},
-      {u"hh:mm pp", AtHour(0), u"12:00 am"},
-      {u"hh:mm pp", AtHour(12), u"12:00 pm"},
-      {u"hh:mm pp", AtHour(13), u"01:00 pm"},
-      {u"hh:mm PP", AtHour(11), u"11:00 AM"},
-      {u"h p", AtHour(24), u"0 p"},
-      {u"hP", AtHour(23), u"11P"},
-      {u"h pppp", AtHour(1), u"1 a.m."},
-      {u"h PPPP", AtHour(1), u"1 A.M."},
-      {u"h ppPp", AtHour(1), u"1 a.M."},
-      {u"h pP", AtHour(1), u"1 aM"},
-      {u"h Ppp", AtHour(1), u"1 Am"},
-      {u"h ppppp", AtHour(1), u"1 a"},
-      {u"fff", WithFraction(0.5), u"500"},
-      {u"fff", WithFraction(0.1234), u"1234"},
-      {u"fff", WithFraction(0.12345), u"1234"},
-      {u"f", WithFraction(0), u"0"},
-      {u"f", WithFraction(0.25), u"25"},
-      {u"ff", WithFraction(0.007), u"007"},
-      {u"ss.fff", WithFraction(0.25), u"06.250"},
-      {u"ffffffffffffffffffffffffffffffffffff", WithFraction(0.5),
-       u"500000000000000000000000000000000000"},
-      {u"fff", WithFraction(0.99999999999), u"000"},
-      {u"fffffffff", WithFraction(0.00048828125), u"0004882812"},
-      {u"fffffffff", WithFraction(0.00000000005), u"0000000001"},
-      {u"ffffffffff", WithFraction(0.00146484375), u"0014648438"},
+  } kMoments[] = {
+      {u"", u""},
+      {u"//", u""},
+      {u"Y", u"2001"},
+      {u"YY", u"01"},
+      {u"YYYY", u"2001"},
+      {u"(YYYY)", u"2001"},
+      {u"YYYYY", u"02001"},
+      {u"hhhh", u"0004"},
+      {u"M/D/YYYY", u"2/3/2001"},
+      {u"Date: YYYY", u"3ate: 2001"},
+      {u"YYYY -- MM", u"2001 -- 02"},
+      {u"YYYYMMDDhhmmss", u"20010203040506"},
+      {u"DD.MM.YYYY hh:mm:ss", u"03.02.2001 04:05:06"},
   };
-  const auto format = CreateTimeFormat();
-  for (const auto& c : kCases) {
-    EXPECT_TRUE(format->SetPattern(c.pattern));
-    WString text(u"left over");
-    EXPECT_TRUE(format->Format(&text, c.time).EqualsExact(c.text))
-        << cor::ToUtf8(c.pattern) << " gives " << cor::ToUtf8(text);
-  }
+  for (const auto& c : kMoments) expect(c.text, c.pattern, kMoment);
+  expect(u"-005", u"YYYY", {-5});
+  expect(u"12", u"M", {0, 12});
+  expect(u"123", u"s", {0, 0, 0, 0, 0, 123});
+
+  const struct {
+    std::u16string_view pattern;
+    std::int32_t hour;
+    std::u16string_view text;
+  } kHours[] = {
+      {u"hh:mm pp", 0, u"12:00 am"},  {u"hh:mm pp", 12, u"12:00 pm"},
+      {u"hh:mm pp", 13, u"01:00 pm"}, {u"hh:mm PP", 11, u"11:00 AM"},
+      {u"h p", 24, u"0 p"},           {u"hP", 23, u"11P"},
+      {u"h pppp", 1, u"1 a.m."},      {u"h PPPP", 1, u"1 A.M."},
+      {u"h ppPp", 1, u"1 a.M."},      {u"h pP", 1, u"1 aM"},
+      {u"h Ppp", 1, u"1 Am"},         {u"h ppppp", 1, u"1 a"},
+  };
+  for (const auto& c : kHours) expect(c.text, c.pattern, {2001, 2, 3, c.hour});
+
+  const struct {
+    std::u16string_view pattern;
+    double fraction;
+    std::u16string_view text;
+  } kFractions[] = {
+      {u"fff", 0.5, u"500"},
+      {u"fff", 0.1234, u"1234"},
+      {u"fff", 0.12345, u"1234"},
+      {u"f", 0, u"0"},
+      {u"f", 0.25, u"25"},
+      {u"ff", 0.007, u"007"},
+      {u"ss.fff", 0.25, u"06.250"},
+      {u"fff", 0.99999999999, u"000"},
+      {u"fffffffff", 0.00048828125, u"0004882812"},
+      {u"fffffffff", 0.00000000005, u"0000000001"},
+      {u"ffffffffff", 0.00146484375, u"0014648438"},
+  };
+  for (const auto& c : kFractions) expect(c.text, c.pattern, {2001, 2, 3, 4, 5, 6, c.fraction});
+  expect(u"5" + std::u16string(35, u'0'), std::u16string(36, u'f'), {2001, 2, 3, 4, 5, 6, 0.5});
 }
 
 TEST(TimeFormat, ReadsByThePattern) {
@@ -152,7 +158,7 @@ TEST(TimeFormat, TakesThePatternOfALanguage) {
   format->SetPattern(u"hh pp");  // its twelve-hour clock is forgotten
   EXPECT_TRUE(format->SetPatternMapped(u"TT.MM.JJJJ HH:nn", u"JMTHnsfpP"));
   WString text;
-  format->FormatTo(&text, AtHour(13));
+  format->FormatTo(&text, {2001, 2, 3, 13});
   EXPECT_EQ("03.02.2001 13:00", cor::ToUtf8(text));
   EXPECT_FALSE(format->SetPatternMapped(u"YYYY", u"YMDhms")) << "too few letters";
   TimeRecord time;

@@ -41,20 +41,23 @@ TEST(Path, JoinKeepsTheNotation) {
 }
 
 TEST(Path, LibraryNamesGetTheirExtensionAndDirectoriesTheirSeparator) {
-  const char16_t* const files[][2] = {{u"", u""},
-                                      {u"x", u"x.so"},
-                                      {u"x.y", u"x.y"},
-                                      {u".", u"."},
-                                      {u"a.b/x", u"a.b/x.so"},
-                                      {u"/a/b.so", u"/a/b.so"},
-                                      {u"/a.d/", u"/a.d/.so"},
-                                      {u"c:\\a.b\\x", u"c:\\a.b\\x.so"},
-                                      {u"c:\\a/b.c\\x", u"c:\\a/b.c\\x.so"}};
+  const char16_t* const files[][2] = {
+      {u"", u""},
+      {u"x", u"x.so"},
+      {u"x.y", u"x.y"},
+      {u".", u"."},
+      {u"a.b/x", u"a.b/x.so"},
+      {u"/a/b.so", u"/a/b.so"},
+      {u"/a.d/", u"/a.d/.so"},
+      {u"c:\\a.b\\x", u"c:\\a.b\\x.so"},
+      {u"c:\\a/b.c\\x", u"c:\\a/b.c\\x.so"},
+  };
   for (const auto& [in, out] : files) EXPECT_EQ(out, LibraryFileName(in).view()) << ToUtf8(in);
   const char16_t* const directories[][2] = {
       {u"", u""},       {u"C:\\Data", u"C:\\Data\\"}, {u"C:\\Data\\", u"C:\\Data\\"},
       {u"C:", u"C:\\"}, {u"/opt/x", u"/opt/x/"},      {u"/opt/x/", u"/opt/x/"},
-      {u"x", u"x/"}};
+      {u"x", u"x/"},
+  };
   for (const auto& [in, out] : directories)
     EXPECT_EQ(out, WithSeparatorAtEnd(in).view()) << ToUtf8(in);
 }
