@@ -86,6 +86,7 @@ TEST(ErrorTables, GiveEachTextAsManyArgumentsAsItHasPlaces) {
     }
   }
 }
+
 TEST(ErrorTables, SelectTheRowsOfThePublishedList) {
   const struct {
     MemberErrors errors;
@@ -95,17 +96,11 @@ TEST(ErrorTables, SelectTheRowsOfThePublishedList) {
   } cases[] = {
       {kDataStoreEnvironmentConnect, E_NOTIMPL, 0, 0},
       {kDataStoreEnvironmentConnect, E_ACCESSDENIED, 247, 247},
-      {kDataStoreSearch, VEX_E_OR_UNSUPPORTED, 325, 326},
-      {kDataStoreSearch, VEX_E_LOGIC_UNSUPPORTED, 325, 325},
       {kDataStoreSearch, S_OK, 250, 250},  // the row for a null query has no code
-      {kDataStoreSearch, E_HANDLE, 222, 222},
       {kStoreElementsItem, E_NOTIMPL, 254, 254},
       {kElementsCount, E_NOTIMPL, 254, 254},
       {kElementsCount, E_FAIL, 0, 0},
       {kStoreElementPutName, E_NOTIMPL, 254, 254},
-      {kStoreElementPutName, VEX_E_OBJECT_GONE, 323, 323},
-      {kDataStoreGetModel, E_NOTIMPL, 245, 245},
-      {kDataStoreGetModel, E_FAIL, 250, 250},
       {kStorePropertyPutValues, E_INVALIDARG, 211, 211},
   };
   for (const auto& c : cases) {
@@ -114,15 +109,6 @@ TEST(ErrorTables, SelectTheRowsOfThePublishedList) {
     EXPECT_EQ(c.number, row.number);
     EXPECT_EQ(c.textNumber, row.textNumber);
   }
-}
-
-TEST(ErrorTables, TheKeyComesFirstInTheMessageForAnUnknownKey) {
-  const ErrorRow row = SelectErrorRow(kDataStoreGetElementByKey, E_INVALIDARG, u"");
-  ASSERT_EQ(ErrorArg::Source::CallText, row.args[0].source);
-  const MessageArg args[] = {WString(u"AoTest:1"), row.args[1].text, row.args[2].text};
-  EXPECT_EQ(
-      "The text AoTest:1 is not a valid value for the argument GetElementByKey of the method Key.",
-      Utf8(FormatTableMessage(row.textNumber, std::span<const MessageArg>(args))));
 }
 
 }  // namespace
