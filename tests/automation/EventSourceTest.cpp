@@ -12,22 +12,8 @@ namespace {
 constexpr EventRow kEvents[] = {{u"SelectionChanged", 6, 0}, {u"Drag", 7, 3}};
 
 /// An object with an event source, as a control has one.
-class Control final : public cor::Counted<IEventSource> {
- public:
-  Result Advise(IEventSink* sink, std::uint32_t* cookie) override {
-    return m_events.Advise(sink, cookie);
-  }
-  Result Unadvise(std::uint32_t cookie) override { return m_events.Unadvise(cookie); }
-  std::uint32_t GetEventCount() override { return m_events.GetEventCount(); }
-  Result GetEvent(std::uint32_t index, MemberInfo* info) override {
-    return m_events.GetEvent(index, info);
-  }
-
+struct Control final : public cor::Counted<IUnknown> {
   void Fire(std::int32_t id) { m_events.Fire(*this, id, {}); }
-  [[nodiscard]] bool HasSinks() const { return m_events.HasSinks(); }
-
- private:
-  ~Control() override = default;
   EventSource m_events{kEvents};
 };
 
@@ -54,7 +40,7 @@ class Events : public NoLeaks {
  protected:
   Ref<Sink> Join(const char* name, std::uint32_t& cookie) {
     auto sink = MakeRef<Sink>(name, m_log);
-    EXPECT_EQ(S_OK, m_control->Advise(sink.Get(), &cookie));
+    EXPECT_EQ(S_OK, m_control->m_events.Advise(sink.Get(), &cookie));
     return sink;
   }
 
@@ -71,11 +57,11 @@ TEST_F(Events, ReachEverySinkInOrder) {
   m_control->Fire(6);
   m_control->Fire(99);
   EXPECT_EQ("a6:SelectionChanged b6:SelectionChanged a99: b99: ", m_log);
-  EXPECT_EQ(S_OK, m_control->Unadvise(m_a));
-  EXPECT_EQ(E_INVALIDARG, m_control->Unadvise(m_a));
-  EXPECT_EQ(E_INVALIDARG, m_control->Unadvise(0));
-  EXPECT_EQ(E_POINTER, m_control->Advise(nullptr, &m_a));
-  EXPECT_TRUE(m_control->HasSinks());
+  EXPECT_EQ(S_OK, m_control->m_events.Unadvise(m_a));
+  EXPECT_EQ(E_INVALIDARG, m_control->m_events.Unadvise(m_a));
+  EXPECT_EQ(E_INVALIDARG, m_control->m_events.Unadvise(0));
+  EXPECT_EQ(E_POINTER, m_control->m_events.Advise(nullptr, &m_a));
+  EXPECT_TRUE(m_control->m_events.HasSinks());
 }
 
 TEST_F(Events, ASinkMayLeaveOrRemoveOthersWhileItIsCalled) {
@@ -83,9 +69,9 @@ TEST_F(Events, ASinkMayLeaveOrRemoveOthersWhileItIsCalled) {
   Join("b", m_b);
   Join("c", m_c);
   a->m_action = [this] {
-    EXPECT_EQ(S_OK, m_control->Unadvise(m_a));
-    EXPECT_EQ(E_INVALIDARG, m_control->Unadvise(m_a));
-    EXPECT_EQ(S_OK, m_control->Unadvise(m_b));
+    EXPECT_EQ(S_OK, m_control->m_events.Unadvise(m_a));
+    EXPECT_EQ(E_INVALIDARG, m_control->m_events.Unadvise(m_a));
+    EXPECT_EQ(S_OK, m_control->m_events.Unadvise(m_b));
   };
   m_control->Fire(6);
   EXPECT_EQ("a6:SelectionChanged c6:SelectionChanged ", m_log);
@@ -116,13 +102,13 @@ TEST_F(Events, TheControlOutlivesAnEventInWhichItsLastHolderLetsGo) {
 
 TEST_F(Events, AreListed) {
   MemberInfo info;
-  ASSERT_EQ(2U, m_control->GetEventCount());
-  ASSERT_EQ(S_OK, m_control->GetEvent(1, &info));
+  ASSERT_EQ(2U, m_control->m_events.GetEventCount());
+  ASSERT_EQ(S_OK, m_control->m_events.GetEvent(1, &info));
   EXPECT_EQ(u"Drag", info.name);
   EXPECT_EQ(7, info.id);
   EXPECT_EQ(3, info.argumentCount);
-  EXPECT_EQ(E_INVALIDARG, m_control->GetEvent(2, &info));
-  EXPECT_EQ(E_POINTER, m_control->GetEvent(0, nullptr));
+  EXPECT_EQ(E_INVALIDARG, m_control->m_events.GetEvent(2, &info));
+  EXPECT_EQ(E_POINTER, m_control->m_events.GetEvent(0, nullptr));
 }
 
 }  // namespace
