@@ -9,7 +9,6 @@
 
 #include <cstdint>
 #include <limits>
-#include <stdexcept>
 
 namespace hv::cor {
 namespace {

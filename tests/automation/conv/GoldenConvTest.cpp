@@ -24,60 +24,41 @@ bool IsBeyond64Bits(const std::string& text) {
 }
 
 TEST(NumberReader, ReadsAsTheReferenceDoes) {
-  Tally tally;
-  for (const Row& row : ReadTable("wtoi.tsv")) {
-    SCOPED_TRACE(row.line);
+  CheckTable("wtoi.tsv", 1006, 397, [](const Row& row) {
     const std::string& function = row[1];
+    if (function == "_wtoi") return false;
     const std::string text = DecodeBytes(row[2]);
-    if (function == "_wtoi") continue;
     if (function == "_atoi64") {
       EXPECT_EQ(std::stoll(row[3]), ReadInt64(text));
     } else if (function == "sscanf") {
       // The measured library wraps beyond 64 bits, where later ones stop at the limit.
-      if (IsBeyond64Bits(text)) {
-        tally.LeaveOut();
-        continue;
-      }
+      if (IsBeyond64Bits(text)) return false;
       EXPECT_EQ(row[4] == "1" ? std::stoull(row[3]) : 0, ReadUInt64(text));
-    } else if (row[0] == "msvcrt.dll" && ReadInt64(text) != ReadInt32(text)) {
-      // The oldest library wraps in `atoi` and `atol`; all later ones stop at the limits.
-      tally.LeaveOut();
-      continue;
     } else {
+      // The oldest library wraps in `atoi` and `atol`; all later ones stop at the limits.
+      if (row[0] == "msvcrt.dll" && ReadInt64(text) != ReadInt32(text)) return false;
       EXPECT_EQ(std::stol(row[3]), ReadInt32(text));
     }
-    tally.Assert();
-  }
-  tally.Finish(1006, 66);
+    return true;
+  });
   EXPECT_EQ(18446744073709551615U, ReadUInt64("18446744073709551616"));
   EXPECT_EQ(1U, ReadUInt64("-18446744073709551615"));
 }
 
 /// A date is the reference's, but for the milliseconds that the reference rounds away.
 TEST(AutomationDate, BreaksDownAsTheReferenceDoes) {
-  Tally tally;
-  for (const Row& row : ReadTable("varianttime.tsv")) {
-    SCOPED_TRACE(row.line);
+  CheckTable("varianttime.tsv", 673, 43, [](const Row& row) {
     const double date = DecodeDouble(row[0]);
-    if (std::isnan(date) || (date >= -1 && date <= 1)) {
-      tally.LeaveOut();  // a bare time of day has another day
-      continue;
-    }
+    if (std::isnan(date) || (date >= -1 && date <= 1)) return false;  // a time of day: another day
     const TimeValue time = FromAutomationDate(date);
-    tally.Assert();
-    ASSERT_EQ(row[2] == "1", time.IsTime());
-    if (!time.IsTime()) continue;
+    EXPECT_EQ(row[2] == "1", time.IsTime());
+    if (row[2] != "1") return true;
     const TimeParts expected{std::stoi(row[3]), std::stoi(row[4]), std::stoi(row[5]),
                              std::stoi(row[6]), std::stoi(row[7]), std::stoi(row[8])};
     const double seconds = time.ToSeconds() - TimeValue::FromParts(expected).ToSeconds();
-    const std::int32_t milliseconds = time.ToParts().millisecond;
-    if (milliseconds == 0) {
-      EXPECT_EQ(0, seconds);
-    } else {
-      EXPECT_LE(std::fabs(seconds), 0.5011) << time.ToText();
-    }
-  }
-  tally.Finish(673, 43);
+    EXPECT_LE(std::fabs(seconds), time.ToParts().millisecond == 0 ? 0 : 0.5011) << time.ToText();
+    return true;
+  });
 }
 
 }  // namespace

@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <string>
 
 #include "../variant/VariantOfCell.h"
 #include "automation/conv/DisplayText.h"

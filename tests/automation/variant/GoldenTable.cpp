@@ -3,7 +3,6 @@
 
 #include <cstdlib>
 #include <fstream>
-#include <iostream>
 
 namespace hv::golden {
 
@@ -32,6 +31,17 @@ std::vector<Row> ReadTable(const std::string& name) {
   }
   EXPECT_FALSE(rows.empty()) << "no table " << name;
   return rows;
+}
+
+void CheckTable(const std::string& name, int checked, int leftOut,
+                const std::function<bool(const Row& row)>& check) {
+  int counts[2] = {};
+  for (const Row& row : ReadTable(name)) {
+    SCOPED_TRACE(row.line);
+    ++counts[check(row)];
+  }
+  EXPECT_EQ(checked, counts[true]) << name;
+  EXPECT_EQ(leftOut, counts[false]) << name;
 }
 
 std::u16string DecodeText(std::string_view cell) {
@@ -80,14 +90,6 @@ Decimal DecodeDecimal(const std::string& cell) {
   value.high = static_cast<std::uint32_t>(std::strtoul(next + 1, &next, 10));
   value.low = std::strtoull(next + 1, &next, 10);
   return value;
-}
-
-void Tally::Finish(int asserted, int leftOut) const {
-  ::testing::Test::RecordProperty("rowsAsserted", m_asserted);
-  ::testing::Test::RecordProperty("rowsLeftOut", m_leftOut);
-  std::cout << "rows asserted " << m_asserted << ", left out " << m_leftOut << "\n";
-  EXPECT_EQ(m_asserted, asserted);
-  EXPECT_EQ(m_leftOut, leftOut);
 }
 
 }  // namespace hv::golden

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -23,6 +24,11 @@ struct Row {
 /// All cases of a table; fails the test if the table can't be read.
 std::vector<Row> ReadTable(const std::string& name);
 
+/// Checks all cases of a table. `check` gives false for a case that it leaves out. Both numbers are
+/// exact, so that neither a shrinking table nor a growing list of exceptions goes unseen.
+void CheckTable(const std::string& name, int checked, int leftOut,
+                const std::function<bool(const Row& row)>& check);
+
 /// A text cell: a JSON literal, or `null`, which counts as empty.
 std::u16string DecodeText(std::string_view cell);
 
@@ -33,20 +39,5 @@ std::string DecodeBytes(std::string_view cell);
 double DecodeDouble(const std::string& cell);
 
 Decimal DecodeDecimal(const std::string& cell);
-
-/// Counts the cases of a table that a test asserts and those that it leaves out, prints both, and
-/// fails if more are left out than expected.
-class Tally {
- public:
-  void Assert() { ++m_asserted; }
-  void LeaveOut() { ++m_leftOut; }
-  /// Call last. The numbers are exact, so that neither a shrinking table nor a growing list of
-  /// exceptions goes unseen.
-  void Finish(int asserted, int leftOut) const;
-
- private:
-  int m_asserted = 0;
-  int m_leftOut = 0;
-};
 
 }  // namespace hv::golden

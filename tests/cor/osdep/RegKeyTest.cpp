@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <map>
 #include <string>
 
 #include <unistd.h>
@@ -25,19 +26,13 @@ class RegKeyTest : public ::testing::Test {
     std::string name = (fs::temp_directory_path() / "reg_key_test_XXXXXX").string();
     m_directory = ::mkdtemp(name.data());
     for (const char* variable : kVariables) {
-      const char* const value = std::getenv(variable);
-      m_saved.emplace_back(variable, value ? std::optional<std::string>(value) : std::nullopt);
+      if (const char* const value = std::getenv(variable)) m_saved[variable] = value;
     }
     ::setenv("STOREFABRIC_CONFIG", m_directory.c_str(), 1);
   }
   ~RegKeyTest() override {
-    for (const auto& [variable, value] : m_saved) {
-      if (value) {
-        ::setenv(variable, value->c_str(), 1);
-      } else {
-        ::unsetenv(variable);
-      }
-    }
+    for (const char* variable : kVariables) ::unsetenv(variable);
+    for (const auto& [variable, value] : m_saved) ::setenv(variable, value.c_str(), 1);
     std::error_code ignored;
     fs::remove_all(m_directory, ignored);
   }
@@ -67,7 +62,7 @@ class RegKeyTest : public ::testing::Test {
   fs::path m_directory;
 
  private:
-  std::vector<std::pair<const char*, std::optional<std::string>>> m_saved;
+  std::map<const char*, std::string> m_saved;
 };
 
 TEST_F(RegKeyTest, DirectoryValues) {
