@@ -2,20 +2,18 @@
 
 #include <sstream>
 
-#include "storefabric/WString.h"
-
 namespace hv::vex::engine::test {
 namespace {
-
-std::string Utf8(std::u16string_view text) { return cor::ToUtf8(text); }
 
 const char* NameOf(QueryOp op) {
   constexpr const char* kNames[] = {"AND", "OR", "=", "!=", "<", "<=", ">", ">="};
   return kNames[static_cast<std::size_t>(op)];
 }
 
-std::string Quote(std::u16string_view text, bool wildcards, bool ignoreCase) {
-  return "'" + Utf8(text) + "'" + (wildcards ? "w" : "") + (ignoreCase ? "i" : "");
+template <class Constant>
+std::string Quote(const Constant& constant) {
+  return "'" + cor::ToUtf8(constant.text) + "'" + (constant.wildcards ? "w" : "") +
+         (constant.ignoreCase ? "i" : "");
 }
 
 std::string NumberText(const BoundConstant& constant) {
@@ -40,70 +38,49 @@ std::string Join(const Node& node, const Tell& tell) {
 }
 
 std::string DescribeInstanceAttribute(const BoundNode& node) {
-  std::string text = "{" + Utf8(node.attributeName);
+  std::string text = "{" + cor::ToUtf8(node.attributeName);
   if (!node.anyValue) {
     const BoundConstant& constant = node.constant;
-    text += std::string(" ") + NameOf(node.op) + " " +
-            Quote(constant.text, constant.wildcards, constant.ignoreCase);
+    text += std::string(" ") + NameOf(node.op) + " " + Quote(constant);
     if (constant.isNumber) text += " number " + NumberText(constant);
-    if (!constant.date.empty()) text += " date " + Utf8(constant.date);
+    if (!constant.date.empty()) text += " date " + cor::ToUtf8(constant.date);
   }
   return text + "}";
 }
 
 }  // namespace
 
-std::u16string Text(std::u16string_view body, std::u16string_view entity, std::u16string_view limit,
-                    std::u16string_view head) {
-  std::u16string text =
-      u"<?xml version=\"1.0\" encoding=\"UTF-16\" standalone=\"no\" ?>\n<query>\n";
-  text += head;
-  text += u"<entity name=\"";
-  text += entity;
-  text += u"\" >\n<expression";
-  text += limit;
-  text += u">\n";
-  text += body;
-  text += u"</expression></entity></query>";
-  return text;
+std::u16string Text(const std::u16string& body, const std::u16string& entity,
+                    const std::u16string& limit) {
+  return u"<?xml version=\"1.0\" encoding=\"UTF-16\" standalone=\"no\" ?>\n<query>\n<entity "
+         u"name=\"" +
+         entity + u"\" >\n<expression" + limit + u">\n" + body + u"</expression></entity></query>";
 }
 
-std::u16string Function(std::u16string_view name, std::u16string_view identifier,
-                        std::u16string_view constant, std::u16string_view attributes) {
-  std::u16string body = u"<q:identifier>";
-  body += identifier;
-  body += u"</q:identifier>\n<q:constant";
-  body += attributes;
-  body += u">";
-  body += constant;
-  body += u"</q:constant>\n";
-  return Function(name, body);
+std::u16string Function(const std::u16string& name, const std::u16string& identifier,
+                        const std::u16string& constant, const std::u16string& attributes) {
+  return Function(name, u"<q:identifier>" + identifier + u"</q:identifier>\n<q:constant" +
+                            attributes + u">" + constant + u"</q:constant>\n");
 }
 
-std::u16string Function(std::u16string_view name, std::u16string_view body) {
-  std::u16string text = u"<q:function name=\"";
-  text += name;
-  text += u"\">\n";
-  text += body;
-  text += u"</q:function>\n";
-  return text;
+std::u16string Function(const std::u16string& name, const std::u16string& body) {
+  return u"<q:function name=\"" + name + u"\">\n" + body + u"</q:function>\n";
 }
 
 std::string Describe(const ParsedNode& node) {
   if (node.IsLogic()) return Join(node, [](const ParsedNode& child) { return Describe(child); });
-  return Utf8(node.identifier) + " " + NameOf(node.op) + " " +
-         Quote(node.constant.text, node.constant.wildcards, node.constant.ignoreCase);
+  return cor::ToUtf8(node.identifier) + " " + NameOf(node.op) + " " + Quote(node.constant);
 }
 
 std::string Describe(const ResolvedPath& path, const Model& model) {
   std::string text;
   for (const PathStep& step : path.steps) {
     const auto index = static_cast<std::size_t>(step.relation);
-    text += Utf8(model.At(step.source).relations[index].name) + ".";
+    text += cor::ToUtf8(model.At(step.source).relations[index].name) + ".";
   }
   if (path.attribute == kNone) return text;
   const auto index = static_cast<std::size_t>(path.attribute);
-  return text + Utf8(model.At(path.target).attributes[index].name);
+  return text + cor::ToUtf8(model.At(path.target).attributes[index].name);
 }
 
 std::string Describe(const BoundNode& node, const Model& model) {
@@ -121,7 +98,7 @@ std::string Describe(const BoundNode& node, const Model& model) {
   if (constant.isNever) {
     value = "never";
   } else if (StorageKindOf(attribute.type) == StorageKind::Text) {
-    value = Quote(constant.text, constant.wildcards, constant.ignoreCase);
+    value = Quote(constant);
   } else {
     value = NumberText(constant);
   }

@@ -14,57 +14,47 @@ namespace {
 
 std::string Utf8(std::u16string_view text) { return cor::ToUtf8(text); }
 
-struct FoldCaseRow {
-  std::u16string_view text;
-  std::u16string_view folded;
-};
-
-constexpr FoldCaseRow kFolds[] = {
-    {u"", u""},
-    {u"abc_09 ~", u"abc_09 ~"},
-    {u"ABCxyZ@[`{", u"abcxyz@[`{"},
-    {u"Straße", u"strasse"},
-    {u"STRASSE", u"strasse"},
-    {u"\u1E9E", u"ss"},
-    {u"ÄÖÜ×ÿÞ", u"äöü×ÿþ"},
-    {u"A\u0308", u"ä"},
-    {u"a\u0308b", u"äb"},
-    {u"\u0130", u"i\u0307"},
-    {u"I\u0307", u"i\u0307"},
-    {u"\u0131", u"\u0131"},
-    {u"ΣΊΣΥΦΟΣ", u"σίσυφοσ"},
-    {u"Σίσυφος", u"σίσυφοσ"},
-    {u"\u00B5m", u"\u03BCm"},
-    {u"\u212B", u"å"},
-    {u"\u01F0", u"\u01F0"},
-    {u"J\u030C", u"\u01F0"},
-    {u"\uFB03", u"ffi"},
-    {u"\U00010400", u"\U00010428"},
-    {u"q\u0307\u0323", u"q\u0323\u0307"},
-};
+/// Rows of tables are words such as "left>right".
+std::vector<std::u16string_view> Words(std::u16string_view text) {
+  std::vector<std::u16string_view> words;
+  for (std::size_t begin = 0, end = 0; end != text.npos; begin = end + 1) {
+    end = text.find(u' ', begin);
+    words.push_back(text.substr(begin, end - begin));
+  }
+  return words;
+}
+std::pair<std::u16string_view, std::u16string_view> Sides(std::u16string_view row, char16_t sign) {
+  const std::size_t at = row.find(sign);
+  return {row.substr(0, at), row.substr(at + 1)};
+}
 
 TEST(FoldCase, BringsEqualTextsToOneForm) {
+  const auto rows = Words(
+      u"> abc_09~>abc_09~ ABCxyZ@[`{>abcxyz@[`{ Straße>strasse STRASSE>strasse \u1E9E>ss "
+      u"ÄÖÜ×ÿÞ>äöü×ÿþ A\u0308>ä a\u0308b>äb \u0130>i\u0307 I\u0307>i\u0307 \u0131>\u0131 "
+      u"ΣΊΣΥΦΟΣ>σίσυφοσ Σίσυφος>σίσυφοσ \u00B5m>\u03BCm \u212B>å \u01F0>\u01F0 J\u030C>\u01F0 "
+      u"\uFB03>ffi \U00010400>\U00010428 q\u0307\u0323>q\u0323\u0307");
   std::u16string buffer;
-  for (const FoldCaseRow& row : kFolds) {
-    SCOPED_TRACE(Utf8(row.text));
-    EXPECT_EQ(Utf8(row.folded), Utf8(FoldCase(row.text)));
-    EXPECT_TRUE(FoldCase(row.text, buffer) == row.folded);
+  for (const std::u16string_view row : rows) {
+    SCOPED_TRACE(Utf8(row));
+    const auto [text, folded] = Sides(row, u'>');
+    EXPECT_EQ(Utf8(folded), Utf8(FoldCase(text)));
+    EXPECT_TRUE(FoldCase(text, buffer) == folded);
   }
 }
 
 TEST(FoldCase, TreatsEachPlaceOfATextAlike) {
-  const std::u16string_view letters = u"AZaz@[`{\u007F\u00C4\u00D7\u00DF\u0416";
-  const std::u16string_view folded[] = {u"a",      u"z",  u"a",     u"z",      u"@",
-                                        u"[",      u"`",  u"{",     u"\u007F", u"\u00E4",
-                                        u"\u00D7", u"ss", u"\u0436"};
+  constexpr std::u16string_view kLetters[][2] = {
+      {u"A", u"a"}, {u"Z", u"z"},  {u"a", u"a"}, {u"z", u"z"},           {u"@", u"@"},
+      {u"[", u"["}, {u"`", u"`"},  {u"{", u"{"}, {u"\u007F", u"\u007F"}, {u"Ä", u"ä"},
+      {u"×", u"×"}, {u"ß", u"ss"}, {u"Ж", u"ж"}};
   for (std::size_t length = 1; length <= 10; ++length) {
     for (std::size_t place = 0; place < length; ++place) {
-      for (std::size_t i = 0; i < letters.size(); ++i) {
-        std::u16string text(length, u'.');
-        text[place] = letters[i];
-        std::u16string expected(length, u'.');
-        expected.replace(place, 1, folded[i]);
-        ASSERT_EQ(Utf8(expected), Utf8(FoldCase(text)));
+      for (const auto& [letter, folded] : kLetters) {
+        const auto with = [&](std::u16string_view part) {
+          return std::u16string(length, u'.').replace(place, 1, part);
+        };
+        ASSERT_EQ(Utf8(with(folded)), Utf8(FoldCase(with(letter))));
       }
     }
   }
@@ -91,62 +81,23 @@ TEST(FoldCase, ChangesNothingTheSecondTime) {
   }
 }
 
-struct WildcardRow {
-  std::u16string_view pattern;
-  std::u16string_view text;
-  bool matches;
-};
-
-constexpr WildcardRow kWildcards[] = {
-    {u"", u"", true},
-    {u"", u"a", false},
-    {u"abc", u"abc", true},
-    {u"abc", u"abcd", false},
-    {u"*", u"", true},
-    {u"**", u"anything", true},
-    {u"?", u"", false},
-    {u"?", u"a", true},
-    {u"?", u"ab", false},
-    {u"?", u"\U0001F600", true},
-    {u"??", u"\U0001F600", false},
-    {u"?", u"\xD83D", true},
-    {u"*?", u"", false},
-    {u"?*", u"x", true},
-    {u"a*", u"a", true},
-    {u"a*", u"ba", false},
-    {u"*a", u"ba", true},
-    {u"*a", u"ab", false},
-    {u"*abc*", u"xxabcxx", true},
-    {u"*abc*", u"xxabxcxx", false},
-    {u"**abc**", u"abc", true},
-    {u"a?c", u"abc", true},
-    {u"a?c", u"ac", false},
-    {u"a*b?c", u"a123bxbyc", true},
-    {u"a*b?c", u"a123bxby", false},
-    {u"*ab?", u"aabab", false},
-    {u"*ab?", u"aababc", true},
-    {u"a*a", u"a", false},
-    {u"a*a", u"aa", true},
-    {u"%_", u"%_", true},
-    {u"%", u"a", false},
-    {u"[a]", u"a", false},
-    {u"\\*", u"\\x", true},
-    {u"*ä?", u"xäö", true},
-    {u"*\U0001F600?", u"..\U0001F600.", true},
-    {u"*\xDE00", u"\U0001F600", false},
-    {u"\xD83D*", u"\U0001F600", false},
-    {u"*\xD83D*", u"\U0001F600", false},
-    {u"*\xD83D*", u"\xD83D.", true},
-};
-
 TEST(WildcardPattern, MatchesWholeTexts) {
-  for (const WildcardRow& row : kWildcards) {
-    SCOPED_TRACE(Utf8(row.pattern) + " on " + Utf8(row.text));
-    EXPECT_EQ(row.matches, WildcardPattern(row.pattern).Matches(row.text));
+  // A pattern and a text: "~" it matches, "#" it doesn't.
+  const auto rows = Words(
+      u"abc~abc abc#abcd *~ **~anything ?# ?~a ?#ab ?~\U0001F600 ??#\U0001F600 ?~\xD83D *?# ?*~x "
+      u"a*~a a*#ba *a~ba *a#ab *abc*~xxabcxx *abc*#xxabxcxx **abc**~abc a?c~abc a?c#ac "
+      u"a*b?c~a123bxbyc a*b?c#a123bxby *ab?#aabab *ab?~aababc a*a#a a*a~aa %_~%_ %#a [a]#a "
+      u"\\*~\\x *ä?~xäö *\U0001F600?~..\U0001F600. *\xDE00#\U0001F600 \xD83D*#\U0001F600 "
+      u"*\xD83D*#\U0001F600 *\xD83D*~\xD83D.");
+  for (const std::u16string_view row : rows) {
+    SCOPED_TRACE(Utf8(row));
+    const bool expected = row.find(u'~') != row.npos;
+    const auto [pattern, text] = Sides(row, expected ? u'~' : u'#');
+    EXPECT_EQ(expected, WildcardPattern(pattern).Matches(text));
     // The same question asked of a pattern that is too long for the fast ways.
     const std::u16string lead(80, u'#');
-    EXPECT_EQ(row.matches, WildcardPattern(lead + u"?*-" + std::u16string(row.pattern))
-                               .Matches(lead + u"..-" + std::u16string(row.text)));
+    EXPECT_EQ(expected, WildcardPattern(lead + u"?*-" + std::u16string(pattern))
+                            .Matches(lead + u"..-" + std::u16string(text)));
   }
 }
 
@@ -203,40 +154,20 @@ TEST(WildcardPattern, StaysFastOnPatternsMadeToHurt) {
   EXPECT_LT(Clock::now() - start, std::chrono::seconds(5));
 }
 
-struct DateRow {
-  std::u16string_view text;
-  std::u16string_view date;  // empty: refused
-};
-
-constexpr DateRow kDates[] = {
-    {u"2010", u"20100101000000"},
-    {u"201002", u"20100201000000"},
-    {u"20100203", u"20100203000000"},
-    {u"2010020304", u"20100203040000"},
-    {u"201002030405", u"20100203040500"},
-    {u"20100203040506", u"20100203040506"},
-    {u"20090517235959500", u"20090517235959"},
-    {u"201002030405067", u"20100203040506"},
-    {u"20100203040506123456789", u"20100203040506"},
-    {u"201002030405061234567890", u""},
-    {u"", u""},
-    {u"201", u""},
-    {u"20100", u""},
-    {u"2010020304050", u""},
-    {u"2010-02-03", u""},
-    {u"20100203T1200", u""},
-    {u" 2010", u""},
-    {u"٢٠١٠", u""},
-};
-
 TEST(NormalizeDate14, PadsOrRefuses) {
-  for (const DateRow& row : kDates) {
-    SCOPED_TRACE(Utf8(row.text));
-    const std::optional<Date14> date = NormalizeDate14(row.text);
-    ASSERT_EQ(!row.date.empty(), date.has_value());
-    if (date) {
-      EXPECT_EQ(Utf8(row.date), Utf8(std::u16string_view(date->data(), date->size())));
-    }
+  auto rows = Words(
+      u"2010>20100101000000 201002>20100201000000 20100203>20100203000000 "
+      u"2010020304>20100203040000 201002030405>20100203040500 20100203040506>20100203040506 "
+      u"20090517235959500>20090517235959 201002030405067>20100203040506 "
+      u"20100203040506123456789>20100203040506 201002030405061234567890>refused >refused "
+      u"201>refused 20100>refused 2010020304050>refused 2010-02-03>refused 20100203T1200>refused "
+      u"٢٠١٠>refused");
+  rows.push_back(u" 2010>refused");
+  for (const std::u16string_view row : rows) {
+    const auto [text, expected] = Sides(row, u'>');
+    const std::optional<Date14> date = NormalizeDate14(text);
+    EXPECT_EQ(Utf8(expected), date ? std::string(date->begin(), date->end()) : "refused")
+        << Utf8(row);
   }
 }
 
