@@ -1,14 +1,8 @@
 // tests/core/sql/SqlForeignTest.cpp - databases that other tools of the convention made, and adding
 // one store to another.
-#include <gtest/gtest.h>
-#include <sqlite3.h>
+#include <algorithm>
 
-#include "core/model/ModelBuilder.h"
-#include "core/plugins/sql/SqlPlugin.h"
-#include "core/store/memory/MemoryStore.h"
-#include "store/core/Exception.h"
-
-#include "ContractModel.h"
+#include "ModelText.h"
 #include "SqlFixtures.h"
 
 namespace hv::vex::engine::test {
@@ -52,13 +46,9 @@ CREATE TABLE SVCVAL(MEQID int, PMATNUM int, SEGNUM int, VALBLOB blob);
 TEST(SqlForeign, ReadsDatabasesOfOtherTools) {
   const TempFolder folder;
   const auto path = folder.File("foreign.sqlite");
-  sqlite3* database = nullptr;
-  sqlite3_open(path.c_str(), &database);
-  char* message = nullptr;
-  ASSERT_EQ(SQLITE_OK, sqlite3_exec(database, kForeign, nullptr, nullptr, &message)) << message;
-  sqlite3_close(database);
+  ASSERT_EQ("", Ask(path, kForeign));
 
-  const auto store = kSqlPlugin.open(ConnectParameters(FileTag(path)));
+  const auto store = OpenDatabase(path);
   const Model& model = *store->GetModel();
   const EntityId test = model.Find(u"Test")->id;
   const EntityId subtest = model.Find(u"Subtest")->id;
@@ -68,9 +58,9 @@ TEST(SqlForeign, ReadsDatabasesOfOtherTools) {
     const std::int32_t asked[] = {model.At(entity).FindAttribute(name)};
     return Describe(store->ReadColumns(entity, ids, asked)[0]);
   };
-  EXPECT_EQ(u"Größe, klein", read(test, u"Name", {1, 2}));
-  EXPECT_EQ(u"20241105141345, 20241106", read(test, u"When", {1, 2}));
-  EXPECT_EQ(u"1, 0", read(test, u"Result", {1, 2}));
+  EXPECT_EQ("'Größe', 'klein'", read(test, u"Name", {1, 2}));
+  EXPECT_EQ("'20241105141345', '20241106'", read(test, u"When", {1, 2}));
+  EXPECT_EQ("1, 0", read(test, u"Result", {1, 2}));
   EXPECT_FALSE(store->ReadValue({test, 1}, model.At(test).FindAttribute(u"Limits")).IsSet());
   const auto targets = [&](EntityId entity, std::u16string_view name, RecordId id) {
     return Describe(Targets(*store, {entity, id}, model.At(entity).FindRelation(name)));
@@ -88,8 +78,7 @@ TEST(SqlForeign, ReadsDatabasesOfOtherTools) {
   EXPECT_EQ("1", find(test, u"Name", TextConstant(u"GRÖ*", true, true)));
   EXPECT_EQ("10, 11", find(subtest, u"Test.When", TextConstant(u"20241105141345")));
   EXPECT_EQ("11, 12", find(subtest, u"Uuts.Name", TextConstant(u"CAR", true)));
-  BoundQuery words;
-  words.entity = test;
+  BoundQuery words = All(test);
   words.freeText = u"rösse";
   EXPECT_EQ("1", Describe(store->Select(words)));
   BoundQuery among = Where(subtest, Compare(*model.Resolve(subtest, u"Name", true),
@@ -104,59 +93,40 @@ TEST(SqlForeign, ReadsDatabasesOfOtherTools) {
   const auto warnings = store->Warnings();
   EXPECT_EQ(1, std::count_if(warnings.begin(), warnings.end(), isAboutValues));
   EXPECT_FALSE(store->GetCapabilities().writable);
-  try {
-    store->Create(test);
-    ADD_FAILURE() << "a database without our own tables can't be changed";
-  } catch (const Exception& e) {
-    EXPECT_EQ(errc::kWriteProtected, e.code);
-  }
+  EXPECT_EQ(errc::kWriteProtected, CodeOf([&] { store->Create(test); }))
+      << "a database without our own tables can't be changed";
 }
 
 TEST(SqlMerge, AddsRecordsUnderNewIdsOrTellsWhatDoesNotFit) {
   const auto model = MakeContractModel();
   const ContractModel m(*model);
-  MemoryPersistence persistence;
-  persistence.save = [](const MemoryStore&, std::u16string_view) { return false; };
-  MemoryStore source(model, persistence);
-  source.Create(m.project, 7);
-  for (const RecordId id : {3, 9}) {
-    source.Create(m.run, id);
-    source.Write({m.run, id}, m.AttributeOf(m.run, u"Name"), Value::Text(OdsType::String, u"run"));
-  }
-  source.Connect({m.project, 7}, m.RelationOf(m.project, u"Runs"), {m.run, 9});
+  MemoryStore source(model, KeptNowhere());
+  m.Link(source, "P7.Runs+R9 P7.Runs+R3 P7.Runs-R3");
+  m.SetName(source, {m.run, 9}, u"run");
   source.Create(m.column, 1);
-  source.WriteValues({m.column, 1}, {OdsType::Long, true, Value::Integers{4, 5}}, {}, false);
+  source.WriteValues({m.column, 1}, Longs({4, 5}), {}, false);
 
   const TempFolder folder;
   const auto path = folder.File("a.sqlite");
-  for (int round = 0; round < 2; ++round) {
-    kSqlPlugin.write(source, ConnectParameters(FileTag(path, u"<add>yes</add>")));
-  }
-  const auto store = kSqlPlugin.open(ConnectParameters(FileTag(path)));
+  const auto add = [&](const RecordStore& records) {
+    kSqlPlugin.write(records, FileParameters(path, u"<add>yes</add>"));
+  };
+  for (int round = 0; round < 2; ++round) add(source);
+  const auto store = OpenDatabase(path);
   EXPECT_EQ("3, 9, 10, 11", Describe(store->AllOf(m.run)));
-  EXPECT_EQ("9", Describe(Targets(*store, {m.project, 7}, m.RelationOf(m.project, u"Runs"))));
-  EXPECT_EQ("11", Describe(Targets(*store, {m.project, 8}, m.RelationOf(m.project, u"Runs"))));
-  EXPECT_EQ(2u, store->OpenValues({m.column, 2})->Count());
+  EXPECT_EQ("P7.Runs=9 P8.Runs=11", m.LinksOf(*store, "P7.Runs= P8.Runs="));
+  EXPECT_EQ(Word(u"run"), m.Get(*store, {m.run, 11}, u"Name"));
+  EXPECT_EQ("4 5", ValuesText(store->OpenValues({m.column, 2}).get()));
 
   ModelBuilder builder(u"asam36");
-  builder.BeginEntity(u"Run", u"AoAny");
-  AttributeSpec spec;
-  spec.name = u"Colour";
-  spec.type = TypeName{OdsType::String, false};
-  builder.AddAttribute(spec);
-  spec.name = u"Count";
-  builder.AddAttribute(spec);
-  MemoryStore other(builder.Build(), persistence);
+  Declare(builder, "element Run AoAny\nattr Colour type=DT_STRING\nattr Count type=DT_STRING");
+  MemoryStore other(builder.Build(), KeptNowhere());
   other.Create(other.GetModel()->Find(u"Run")->id, 1);
-  try {
-    kSqlPlugin.write(other, ConnectParameters(FileTag(path, u"<add>yes</add>")));
-    ADD_FAILURE() << "the models don't fit";
-  } catch (const Exception& e) {
-    EXPECT_EQ(
-        "the stores' models don't fit: Run has no attribute Colour; Run.Count is of type DT_LONG, "
-        "not DT_STRING",
-        cor::ToUtf8(e.message));
-  }
+  const std::string refused = Thrown([&] { add(other); });
+  EXPECT_TRUE(
+      refused.ends_with(" the stores' models don't fit: Run has no attribute Colour; "
+                        "Run.Count is of type DT_LONG, not DT_STRING"))
+      << refused;
   EXPECT_EQ(4u, store->CountOf(m.run));
 }
 

@@ -3,18 +3,11 @@
 #include <chrono>
 #include <thread>
 
-#include <gtest/gtest.h>
-#include <sqlite3.h>
-
 #include "core/objects/InstanceObject.h"
 #include "core/objects/StoreObject.h"
-#include "core/plugins/sql/SqlPlugin.h"
-#include "core/store/memory/MemoryStore.h"
-#include "store/core/Exception.h"
 #include "store/core/IAttribute.h"
 #include "store/core/IInstList.h"
 
-#include "ContractModel.h"
 #include "SqlFixtures.h"
 
 namespace hv::vex::engine::test {
@@ -23,30 +16,24 @@ namespace {
 constexpr RecordId kRuns = 700;
 constexpr std::chrono::milliseconds kOldest(RecordBatch::kLongestMilliseconds + 10);
 
-class SqlWalk : public ::testing::Test {
+class SqlWalk : public SqlTest {
  protected:
-  SqlWalk() : m_model(MakeContractModel()), m(*m_model), m_path(m_folder.File("a.sqlite")) {
-    sql::WriteDatabase(MemoryStore(m_model, {}), m_path);
-    const auto writer = OpenRecords();
+  SqlWalk() {
+    const auto writer = Open();
     for (RecordId id = 1; id <= kRuns; ++id) {
       writer->Create(m.run, id);
-      if (id % 3 == 0) continue;  // every third has no name
-      writer->Write({m.run, id}, m.AttributeOf(m.run, u"Name"),
-                    Value::Text(OdsType::String, NameFor(id)));
+      if (id % 3 != 0) m.SetName(*writer, {m.run, id}, NameFor(id));  // every third has no name
     }
     writer->Save(u"");
-    m_store = Open();
+    m_store = OpenObjects();
     m_list = Ref<IInstList>::Adopt(m_store->GetInstances(u"/#Run"));
   }
 
   static std::u16string NameFor(RecordId id) {
     return u"run " + std::u16string(cor::FromUtf8(std::to_string(id)));
   }
-  std::unique_ptr<RecordStore> OpenRecords() const {
-    return kSqlPlugin.open(ConnectParameters(FileTag(m_path, u"")));
-  }
-  Ref<StoreObject> Open() const {
-    return MakeRef<StoreObject>(OpenRecords(), StoreObject::Names(), Ref<IEnvironment>());
+  Ref<StoreObject> OpenObjects() const {
+    return MakeRef<StoreObject>(Open(), StoreObject::Names(), Ref<IEnvironment>());
   }
   Ref<IInstance> At(std::uint64_t index) const {
     return Ref<IInstance>::Adopt(m_list->GetInstance(index));
@@ -62,19 +49,7 @@ class SqlWalk : public ::testing::Test {
     for (std::uint64_t i = first; i <= last; ++i) name = NameOf(*At(i));
     return name;
   }
-  /// A change by somebody else than this process.
-  void ChangeOutside(const std::string& sql) const {
-    sqlite3* database = nullptr;
-    sqlite3_open(m_path.c_str(), &database);
-    sqlite3_exec(database, sql.c_str(), nullptr, nullptr, nullptr);
-    EXPECT_STREQ("not an error", sqlite3_errmsg(database)) << sql;
-    sqlite3_close(database);
-  }
 
-  TempFolder m_folder;
-  std::shared_ptr<const Model> m_model;
-  ContractModel m;
-  std::filesystem::path m_path;
   Ref<StoreObject> m_store;
   Ref<IInstList> m_list;
 };
@@ -103,7 +78,7 @@ TEST_F(SqlWalk, GivesWhatEachRecordHas) {
 
 TEST_F(SqlWalk, GoesOverFromOneEntityToAnother) {
   // Places of attributes mean others in each entity, or none.
-  const auto records = OpenRecords();
+  const auto records = Open();
   std::vector<RecordRef> all;
   for (const EntityId entity : {m.run, m.tag, m.project, m.run}) {
     for (RecordId id = 301; id <= 312; ++id) {
@@ -143,7 +118,7 @@ TEST_F(SqlWalk, ChangesOfThisProcessShowAtOnce) {
   m_store->Discard();
   EXPECT_EQ(NameFor(41), NameOf(*At(40)));
 
-  const Ref<StoreObject> other = Open();
+  const Ref<StoreObject> other = OpenObjects();
   EXPECT_EQ(NameFor(61), Walk(50, 60));
   const auto theirs = Ref<IInstance>::Adopt(other->GetInstance(u"Run:62"));
   QueryRef<IContainer>(theirs.Get())->SetString(u"Name", u"theirs");
@@ -170,7 +145,7 @@ TEST_F(SqlWalk, ChangesOfOthersShowSoon) {
   bool served = false;
   for (std::uint64_t at = 20; at < 300 && !served; at += 20) {
     walk(at - 10, at - 1);
-    ChangeOutside("UPDATE Run SET Count=5 WHERE RUN_ID=" + std::to_string(at + 1));
+    Change("UPDATE Run SET Count=5 WHERE RUN_ID=" + std::to_string(at + 1));
     served = countAt(at) == 0;
     std::this_thread::sleep_for(kOldest);
     EXPECT_EQ(5, countAt(at));
@@ -178,7 +153,7 @@ TEST_F(SqlWalk, ChangesOfOthersShowSoon) {
   EXPECT_TRUE(served) << "nothing was read ahead";
 
   walk(400, 410);
-  ChangeOutside("UPDATE Run SET Count=6 WHERE RUN_ID IN (412, 413)");
+  Change("UPDATE Run SET Count=6 WHERE RUN_ID IN (412, 413)");
   const Ref<IInstance> run = At(411);
   run->Refresh();
   EXPECT_EQ(6, QueryRef<IContainer>(run.Get())->GetInteger64(u"Count", 0));

@@ -1,104 +1,60 @@
 // tests/core/store/ContractModel.cpp - builds the model and shortens the writing of queries.
 #include "ContractModel.h"
 
+#include <algorithm>
 #include <charconv>
+#include <sstream>
 
-#include <gtest/gtest.h>
-
-#include "core/model/ModelBuilder.h"
 #include "core/query/TextMatch.h"
-#include "storefabric/WString.h"
+
+#include "ModelText.h"
 
 namespace hv::vex::engine::test {
 namespace {
 
-void AddBased(ModelBuilder& builder, std::u16string_view name, std::u16string_view base) {
-  AttributeSpec spec;
-  spec.name = name;
-  spec.baseAttribute = base;
-  EXPECT_TRUE(builder.AddAttribute(std::move(spec)));
-}
-
-void AddPlain(ModelBuilder& builder, std::u16string_view name, OdsType type, bool sequence = false,
-              std::u16string_view enumeration = {}) {
-  AttributeSpec spec;
-  spec.name = name;
-  spec.type = TypeName{type, sequence};
-  spec.enumeration = enumeration;
-  EXPECT_TRUE(builder.AddAttribute(std::move(spec)));
-}
-
-void AddRelation(ModelBuilder& builder, std::u16string_view name, std::u16string_view to,
-                 std::u16string_view inverse, std::int32_t most) {
-  RelationSpec spec;
-  spec.name = name;
-  spec.refTo = to;
-  spec.inverseName = inverse;
-  spec.minOccurs = 0;
-  spec.maxOccurs = most;
-  EXPECT_TRUE(builder.AddRelation(std::move(spec)));
-}
-
-void BeginEntity(ModelBuilder& builder, std::u16string_view name, std::u16string_view base) {
-  EXPECT_TRUE(builder.BeginEntity(name, base));
-  AddBased(builder, u"Id", u"id");
-  AddBased(builder, u"Name", u"name");
+void DeclareEntity(ModelBuilder& builder, const std::string& entity, std::string members) {
+  std::replace(members.begin(), members.end(), ';', '\n');
+  Declare(builder, "element " + entity + "\nattr Id base=id\nattr Name base=name\n" + members);
 }
 
 }  // namespace
 
 std::shared_ptr<const Model> MakeContractModel(ModelVariant variant) {
+  const bool isGrown = variant == ModelVariant::Grown;
+  const std::string mood = "attr Mood type=DT_STRING; ";
   ModelBuilder builder(u"asam36");
   builder.AddEnumeration(
       {u"kind_enum", false, {{u"Rest", kRest}, {u"Idle", kIdle}, {u"Load", kLoad}}});
-
-  BeginEntity(builder, u"Project", u"AoAny");
-  if (variant == ModelVariant::Moved) AddPlain(builder, u"Mood", OdsType::String);
-  AddPlain(builder, u"Started", OdsType::Date);
-  AddPlain(builder, u"Budget", OdsType::Double);
-  AddRelation(builder, u"Runs", u"Run", u"Project", kMany);
-  AddRelation(builder, u"Twins", u"Project", u"Twins", kMany);
-  AddRelation(builder, u"Rival", u"Project", u"Rival", 1);
-
-  BeginEntity(builder, u"Run", u"AoAny");
-  AddPlain(builder, u"Flag", OdsType::Boolean);
-  AddPlain(builder, u"Octet", OdsType::Byte);
-  AddPlain(builder, u"Small", OdsType::Short);
-  AddPlain(builder, u"Count", OdsType::Long);
-  AddPlain(builder, u"Big", OdsType::LongLong);
-  AddPlain(builder, u"Ratio", OdsType::Float);
-  AddPlain(builder, u"Value", OdsType::Double);
-  AddPlain(builder, u"Kind", OdsType::Enum, false, u"kind_enum");
-  AddPlain(builder, u"When", OdsType::Date);
-  AddPlain(builder, u"Note", OdsType::String);
-  AddPlain(builder, u"Doc", OdsType::ExternalReference);
-  AddPlain(builder, u"Raw", OdsType::ByteStr);
-  AddPlain(builder, u"Pair", OdsType::DComplex);
-  AddPlain(builder, u"Numbers", OdsType::Long, true);
-  AddPlain(builder, u"Words", OdsType::String, true);
-  if (variant == ModelVariant::Grown) AddPlain(builder, u"Mood", OdsType::String);
-  AddRelation(builder, u"Project", u"Project", u"Runs", 1);
-  AddRelation(builder, u"Tags", u"Tag", u"Runs", kMany);
-  AddRelation(builder, u"Next", u"Run", u"Previous", 1);
-  AddRelation(builder, u"Previous", u"Run", u"Next", 1);
-
-  BeginEntity(builder, u"Tag", u"AoAny");
-  AddPlain(builder, u"Weight", OdsType::Long);
-  AddRelation(builder, u"Runs", u"Run", u"Tags", kMany);
-
-  BeginEntity(builder, u"Column", u"AoLocalColumn");
-  AddBased(builder, u"Values", u"values");
-  AddBased(builder, u"Flags", u"flags");
-  AddBased(builder, u"Representation", u"sequence_representation");
-  AddBased(builder, u"Parameters", u"generation_parameters");
-  if (variant == ModelVariant::Grown) {
-    BeginEntity(builder, u"Extra", u"AoAny");
-    AddRelation(builder, u"Run", u"Run", u"Extras", 1);
+  DeclareEntity(builder, "Project AoAny",
+                (variant == ModelVariant::Moved ? mood : "") +
+                    "attr Started type=DT_DATE; attr Budget type=DT_DOUBLE;"
+                    "rel Runs to=Run inverse=Project min=0 max=Many;"
+                    "rel Twins to=Project inverse=Twins min=0 max=Many;"
+                    "rel Rival to=Project inverse=Rival min=0 max=1");
+  DeclareEntity(
+      builder, "Run AoAny",
+      "attr Flag type=DT_BOOLEAN; attr Octet type=DT_BYTE; attr Small type=DT_SHORT;"
+      "attr Count type=DT_LONG; attr Big type=DT_LONGLONG; attr Ratio type=DT_FLOAT;"
+      "attr Value type=DT_DOUBLE; attr Kind type=DT_ENUM enum=kind_enum;"
+      "attr When type=DT_DATE; attr Note type=DT_STRING;"
+      "attr Doc type=DT_EXTERNALREFERENCE; attr Raw type=DT_BYTESTR;"
+      "attr Pair type=DT_DCOMPLEX; attr Numbers type=DS_LONG; attr Words type=DS_STRING;" +
+          (isGrown ? mood : "") +
+          "rel Project to=Project inverse=Runs min=0 max=1;"
+          "rel Tags to=Tag inverse=Runs min=0 max=Many;"
+          "rel Next to=Run inverse=Previous min=0 max=1;"
+          "rel Previous to=Run inverse=Next min=0 max=1");
+  DeclareEntity(builder, "Tag AoAny",
+                "attr Weight type=DT_LONG; rel Runs to=Run inverse=Tags min=0 max=Many");
+  DeclareEntity(builder, "Column AoLocalColumn",
+                "attr Values base=values; attr Flags base=flags;"
+                "attr Representation base=sequence_representation;"
+                "attr Parameters base=generation_parameters");
+  if (isGrown) {
+    DeclareEntity(builder, "Extra AoAny", "rel Run to=Run inverse=Extras min=0 max=1");
   }
   std::shared_ptr<const Model> model = builder.Build();
-  for (const ModelProblem& problem : builder.Problems()) {
-    EXPECT_FALSE(problem.isError) << cor::ToUtf8(cor::WString(problem.text));
-  }
+  EXPECT_EQ(std::string::npos, DescribeProblems(builder).find('!')) << DescribeProblems(builder);
   return model;
 }
 
@@ -125,6 +81,82 @@ ResolvedPath ContractModel::Path(EntityId start, std::u16string_view path) const
   const auto resolved = model.Resolve(start, path, true);
   EXPECT_TRUE(resolved) << cor::ToUtf8(path);
   return resolved.value_or(ResolvedPath());
+}
+
+void ContractModel::SetName(RecordStore& store, RecordRef record, std::u16string_view name) const {
+  Set(store, record, u"Name", Word(name));
+}
+
+std::vector<LinkWord> ContractModel::Words(const std::string& text) const {
+  std::vector<LinkWord> words;
+  std::istringstream in(text);
+  for (std::string word; in >> word;) {
+    const EntityId entity = word[0] == 'P' ? project : (word[0] == 'R' ? run : tag);
+    const std::size_t dot = word.find('.');
+    const std::size_t sign = word.find_first_of("+-=!", dot);
+    const std::int32_t relation = RelationOf(entity, Wide(word.substr(dot + 1, sign - dot - 1)));
+    const RecordId target = std::atoll(word.c_str() + word.find_first_not_of("PRT", sign + 1));
+    words.push_back(
+        {word.substr(0, sign),
+         {entity, std::stoi(word.substr(1))},
+         relation,
+         word[sign],
+         {model.At(entity).relations[static_cast<std::size_t>(relation)].target, target}});
+  }
+  return words;
+}
+
+void ContractModel::Link(RecordStore& store, const std::string& steps) const {
+  for (const LinkWord& step : Words(steps)) {
+    for (const RecordRef record : {step.record, step.target}) {
+      if (!store.Exists(record)) store.Create(record.entity, record.id);
+    }
+    if (step.sign == '+') {
+      store.Connect(step.record, step.relation, step.target);
+    } else {
+      store.Disconnect(step.record, step.relation, step.target);
+    }
+  }
+}
+
+std::string ContractModel::LinksOf(const RecordStore& store, const std::string& expected) const {
+  std::string state;
+  for (const LinkWord& fact : Words(expected)) {
+    std::string ids = Describe(Targets(store, fact.record, fact.relation));
+    std::erase(ids, ' ');
+    state += (state.empty() ? "" : " ") + fact.member + "=" + ids;
+  }
+  return state;
+}
+
+std::string UnprotectedChanges(RecordStore& store, const ContractModel& m) {
+  const RecordRef run{m.run, 1}, tag{m.tag, 1}, column{m.column, 1};
+  const std::int32_t tags = m.RelationOf(m.run, u"Tags");
+  const std::pair<const char*, std::function<void()>> kChanges[] = {
+      {"create", [&] { store.Create(m.run); }},
+      {"write", [&] { m.SetName(store, run, u"x"); }},
+      {"connect", [&] { store.Connect(run, tags, tag); }},
+      {"disconnect", [&] { store.Disconnect(run, tags, tag); }},
+      {"delete", [&] { store.Delete(run); }},
+      {"set",
+       [&] {
+         store.SetInstanceAttribute(run, {u"a", Word(u"b"), 0});
+       }},
+      {"remove", [&] { store.RemoveInstanceAttribute(run, u"a"); }},
+      {"values", [&] { store.WriteValues(column, Longs({1}), {}, false); }},
+      {"save", [&] { store.Save(u""); }},
+  };
+  const std::string before = DumpStore(store);
+  std::string wrong = store.GetCapabilities().writable ? "writable" : "";
+  for (const auto& [name, change] : kChanges) {
+    const std::int32_t code = CodeOf(change);
+    if (code != errc::kWriteProtected) wrong += std::string(" ") + name + std::to_string(code);
+  }
+  return wrong + (store.IsModified() || before != DumpStore(store) ? " changed" : "");
+}
+
+MemoryPersistence KeptNowhere() {
+  return {[](const MemoryStore&, std::u16string_view) { return false; }, {}};
 }
 
 BoundConstant IntegerConstant(std::int64_t value) {
@@ -174,6 +206,15 @@ BoundNode Compare(ResolvedPath path, QueryOp op, BoundConstant constant) {
   return node;
 }
 
+BoundNode CompareInstance(ResolvedPath path, std::u16string_view name, QueryOp op,
+                          const BoundConstant& constant) {
+  BoundNode node = Compare(std::move(path), op, constant);
+  node.kind = BoundNode::Kind::InstanceAttribute;
+  node.attributeName = name;
+  node.anyValue = constant.text.empty();
+  return node;
+}
+
 BoundNode Logic(QueryOp op, std::vector<BoundNode> children) {
   BoundNode node;
   node.op = op;
@@ -182,69 +223,25 @@ BoundNode Logic(QueryOp op, std::vector<BoundNode> children) {
 }
 
 BoundQuery Where(EntityId entity, BoundNode condition) {
-  BoundQuery query;
-  query.entity = entity;
+  BoundQuery query = All(entity);
   query.hasCondition = true;
   query.condition = std::move(condition);
   return query;
 }
 
-std::string Describe(const Model& model, const BoundNode& node) {
-  constexpr const char* kOps[] = {"and", "or", "=", "!=", "<", "<=", ">", ">="};
-  const char* const op = kOps[static_cast<std::size_t>(node.op)];
-  std::string text;
-  if (node.kind == BoundNode::Kind::Logic) {
-    for (const BoundNode& child : node.children) {
-      text += (text.empty() ? "(" : std::string(" ") + op + " ") + Describe(model, child);
-    }
-    return text + ")";
-  }
-  for (const PathStep& step : node.path.steps) {
-    const auto& relations = model.At(step.source).relations;
-    text += cor::ToUtf8(relations[static_cast<std::size_t>(step.relation)].name) + ".";
-  }
-  if (node.kind == BoundNode::Kind::InstanceAttribute) {
-    text += "{" + cor::ToUtf8(node.attributeName) + (node.anyValue ? " any" : "") + "}";
-  } else {
-    const auto& attributes = model.At(node.path.target).attributes;
-    text += cor::ToUtf8(attributes[static_cast<std::size_t>(node.path.attribute)].name);
-  }
-  const BoundConstant& c = node.constant;
-  text += std::string(" ") + op + " ";
-  if (c.isNever) return text + "never";
-  if (!c.text.empty()) text += '"' + cor::ToUtf8(c.text) + '"';
-  return text + (c.ignoreCase ? " nocase " : " ") + (c.wildcards ? "wild " : "") +
-         (c.isReal ? std::to_string(c.real) : std::to_string(c.integer));
+BoundQuery All(EntityId entity, std::int64_t limit) {
+  BoundQuery query;
+  query.entity = entity;
+  query.limit = limit;
+  return query;
 }
 
-std::u16string Describe(const ColumnBlock& block) {
-  std::u16string text;
+std::string Describe(const ColumnBlock& block) {
+  std::string text;
   for (std::size_t i = 0; i < block.Rows(); ++i) {
-    if (i != 0) text += u", ";
-    if (block.isNull[i] != 0) {
-      text += u"-";
-    } else if (StorageKindOf(block.type) == StorageKind::Text) {
-      text += block.TextAt(i);
-    } else {
-      char buffer[40];
-      const auto end = StorageKindOf(block.type) == StorageKind::Integer
-                           ? std::to_chars(buffer, buffer + sizeof buffer, block.integers[i])
-                           : std::to_chars(buffer, buffer + sizeof buffer, block.reals[i]);
-      text.append(buffer, end.ptr);
-    }
+    text += (i == 0 ? "" : ", ") + ValueText(ValueAt(block, i));
   }
   return text;
-}
-
-std::u16string Describe(const Value& value) {
-  ColumnBlock block;
-  block.type = value.type;
-  block.isNull.push_back(value.IsSet() ? 0 : 1);
-  if (const auto* integers = std::get_if<Value::Integers>(&value.data)) block.integers = *integers;
-  if (const auto* reals = std::get_if<Value::Reals>(&value.data)) block.reals = *reals;
-  if (const auto* texts = std::get_if<Value::Texts>(&value.data)) block.textArena = texts->front();
-  block.textEnds.push_back(block.textArena.size());
-  return Describe(block);
 }
 
 std::string Describe(const std::vector<RecordId>& ids) {

@@ -14,39 +14,31 @@ namespace hv::vex::engine::test {
 class RecordStoreQueryContract : public RecordStoreContract {
  protected:
   RecordStoreQueryContract() {
-    for (RecordId id = 1; id <= 6; ++id) Make(m.run, id);
+    constexpr std::u16string_view kNumbers[] = {u"Flag", u"Octet", u"Small", u"Count",
+                                                u"Big",  u"Ratio", u"Value", u"Kind"};
+    constexpr std::u16string_view kTexts[] = {u"When", u"Name", u"Note"};
     const struct {
-      RecordId id;
-      int flag, octet, small;
-      double count, big, ratio, value;
-      std::int64_t kind;
-      std::u16string_view when, name, note;
+      double numbers[8];
+      std::u16string_view texts[3];
     } kRuns[] = {
-        {1, 1, 0, -32768, -2147483648.0, -9007199254740992.0, 0.1F, 0.1, kRest, u"2010", u"Bremse",
-         u"ÄRGER im Prüfstand"},
-        {2, 0, 255, 32767, 2147483647.0, 9007199254740992.0, -0.0F, 0, kIdle, u"20100101000001",
-         u"bremse 2", u"cold start"},
-        {3, 1, 7, 0, 0, 0, 1e10F, -1.5, kLoad, u"20100615123000123", u"Straße", u""},
-        {4, 0, 7, 3, 3, 3, 2.5F, 2.5, kLoad, u"20100615123000999", u"STRASSE", u"a*b?c"},
-        {5, 1, 8, 4, 4, 4, 3, std::nan(""), kIdle, u"1999", u"ärger", u"100% \U0001F600 done"},
+        {{1, 0, -32768, -2147483648.0, -9007199254740992.0, 0.1F, 0.1, kRest},
+         {u"2010", u"Bremse", u"ÄRGER im Prüfstand"}},
+        {{0, 255, 32767, 2147483647.0, 9007199254740992.0, -0.0F, 0, kIdle},
+         {u"20100101000001", u"bremse 2", u"cold start"}},
+        {{1, 7, 0, 0, 0, 1e10F, -1.5, kLoad}, {u"20100615123000123", u"Straße", u""}},
+        {{0, 7, 3, 3, 3, 2.5F, 2.5, kLoad}, {u"20100615123000999", u"STRASSE", u"a*b?c"}},
+        {{1, 8, 4, 4, 4, 3, std::nan(""), kIdle}, {u"1999", u"ärger", u"100% \U0001F600 done"}},
     };
     for (const auto& run : kRuns) {
-      const RecordRef record{m.run, run.id};
-      SetNumber(record, u"Flag", run.flag);
-      SetNumber(record, u"Octet", run.octet);
-      SetNumber(record, u"Small", run.small);
-      SetNumber(record, u"Count", run.count);
-      SetNumber(record, u"Big", run.big);
-      SetNumber(record, u"Ratio", run.ratio);
-      SetNumber(record, u"Value", run.value);
-      SetNumber(record, u"Kind", static_cast<double>(run.kind));
-      SetText(record, u"When", run.when);
-      SetText(record, u"Name", run.name);
-      SetText(record, u"Note", run.note);
+      const RecordRef record = Make(m.run, 0);
+      for (std::size_t i = 0; i < 8; ++i) SetNumber(record, kNumbers[i], run.numbers[i]);
+      for (std::size_t i = 0; i < 3; ++i) SetText(record, kTexts[i], run.texts[i]);
     }
+    Make(m.run, 6);
     Set({m.run, 2}, u"Big", Value::Integer(OdsType::LongLong, 9007199254740993));
     Set({m.run, 3}, u"Doc", Value::Text(OdsType::ExternalReference, u"plan\x1f\x1f./a"));
-    LinkScript(*store, m).Run(
+    m.Link(
+        *store,
         "P1.Runs+R1 P1.Runs+R2 P2.Runs+R3 R1.Tags+T1 R1.Tags+T2 R2.Tags+T1 R4.Tags+T3 R1.Next+R2 "
         "R2.Next+R3 P3.Twins+P1");
     SetText({m.project, 1}, u"Name", u"Alpha");
@@ -205,8 +197,7 @@ TEST_P(RecordStoreQueryContract, JoinsConditionsAndNeverRepeatsHits) {
 }
 
 TEST_P(RecordStoreQueryContract, LimitsAndOrders) {
-  BoundQuery query;
-  query.entity = m.run;
+  BoundQuery query = All(m.run);
   const auto select = [&](std::int64_t limit, std::vector<BoundOrder> order) {
     query.limit = limit;
     query.order = std::move(order);
@@ -232,7 +223,7 @@ TEST_P(RecordStoreQueryContract, LimitsAndOrders) {
 }
 
 TEST_P(RecordStoreQueryContract, FindsAmongWhatARecordLeadsTo) {
-  LinkScript(*store, m).Run("P1.Runs+R6 P1.Runs-R1 P1.Runs+R1 T2.Runs+R4 P1.Runs+R5");
+  m.Link(*store, "P1.Runs+R6 P1.Runs-R1 P1.Runs+R1 T2.Runs+R4 P1.Runs+R5");
   const BoundNode conditions[] = {
       Condition(u"Name", QueryOp::Equal, TextConstant(u"br*", true, true)),
       Condition(u"Project.Name", QueryOp::Equal, TextConstant(u"alpha", true)),
@@ -270,16 +261,16 @@ TEST_P(RecordStoreQueryContract, FindsAmongWhatARecordLeadsTo) {
 }
 
 TEST_P(RecordStoreQueryContract, FindsInstanceAttributes) {
-  const auto set = [&](RecordId id, std::u16string_view name, Value value) {
-    store->SetInstanceAttribute({m.run, id}, {std::u16string(name), std::move(value), 0});
+  const std::pair<RecordId, InstanceAttribute> kSet[] = {
+      {1, {u"Oil", Word(u"5W-30"), 0}},
+      {1, {u"Temp", Value::Real(OdsType::Float, 0.1), 0}},
+      {2, {u"OIL", Value::Integer(OdsType::Long, 5), 0}},
+      {2, {u"Day", Value::Text(OdsType::Date, u"2010"), 0}},
+      {3, {u"Oil", Value::Unset(OdsType::String), 0}},
+      {4, {u"Temp", Value::Integer(OdsType::Byte, 5), 0}},
+      {4, {u"Oil", Value::Real(OdsType::Double, std::nan("")), 0}},
   };
-  set(1, u"Oil", Value::Text(OdsType::String, u"5W-30"));
-  set(1, u"Temp", Value::Real(OdsType::Float, 0.1));
-  set(2, u"OIL", Value::Integer(OdsType::Long, 5));
-  set(2, u"Day", Value::Text(OdsType::Date, u"2010"));
-  set(3, u"Oil", Value::Unset(OdsType::String));
-  set(4, u"Temp", Value::Integer(OdsType::Byte, 5));
-  set(4, u"Oil", Value::Real(OdsType::Double, std::nan("")));
+  for (const auto& [id, attribute] : kSet) store->SetInstanceAttribute({m.run, id}, attribute);
   using enum QueryOp;
   const struct {
     std::u16string_view name;
@@ -302,21 +293,11 @@ TEST_P(RecordStoreQueryContract, FindsInstanceAttributes) {
   };
   for (const auto& c : kCases) {
     SCOPED_TRACE(cor::ToUtf8(c.name) + " " + cor::ToUtf8(c.constant.text) + " " + c.expected);
-    BoundNode node;
-    node.kind = BoundNode::Kind::InstanceAttribute;
-    node.op = c.op;
-    node.attributeName = c.name;
-    node.constant = c.constant;
-    node.anyValue = c.constant.text.empty();
-    node.path.target = m.run;
-    EXPECT_EQ(c.expected, Find(node));
+    ResolvedPath here;
+    here.target = m.run;
+    EXPECT_EQ(c.expected, Find(CompareInstance(here, c.name, c.op, c.constant)));
   }
-  BoundNode related;
-  related.kind = BoundNode::Kind::InstanceAttribute;
-  related.op = Equal;
-  related.attributeName = u"day";
-  related.anyValue = true;
-  related.path = m.Path(m.run, u"Next.Name");
+  const BoundNode related = CompareInstance(m.Path(m.run, u"Next.Name"), u"day", Equal, {});
   EXPECT_EQ("1", Find(related));
   EXPECT_TRUE(store->RemoveInstanceAttribute({m.run, 2}, u"Day"));
   EXPECT_EQ("", Find(related));
@@ -324,8 +305,7 @@ TEST_P(RecordStoreQueryContract, FindsInstanceAttributes) {
 
 TEST_P(RecordStoreQueryContract, SearchesFreeText) {
   ASSERT_TRUE(store->GetCapabilities().freeText);
-  BoundQuery query;
-  query.entity = m.run;
+  BoundQuery query = All(m.run);
   const std::pair<std::u16string_view, const char*> kCases[] = {
       {u"bremse", "1, 2"},
       {u"BREMSE prüf", "1"},
@@ -347,9 +327,8 @@ TEST_P(RecordStoreQueryContract, SearchesFreeText) {
     query.freeText = text;
     EXPECT_EQ(expected, Describe(store->Select(query)));
   }
+  query = Where(m.run, Condition(u"Flag", QueryOp::Equal, IntegerConstant(0)));
   query.freeText = u"bremse";
-  query.hasCondition = true;
-  query.condition = Condition(u"Flag", QueryOp::Equal, IntegerConstant(0));
   EXPECT_EQ("2", Describe(store->Select(query)));
 }
 
@@ -357,43 +336,39 @@ TEST_P(RecordStoreQueryContract, GivesDistinctValuesAndBounds) {
   SetText({m.run, 6}, u"Name", u"Bremse");
   const BoundQuery load = Where(m.run, Condition(u"Kind", QueryOp::Equal, IntegerConstant(kLoad)));
   const BoundQuery none = Where(m.run, Condition(u"Id", QueryOp::Equal, IntegerConstant(77)));
-  BoundQuery firstTwo;
-  firstTwo.entity = m.run;
-  firstTwo.limit = 2;
+  const BoundQuery firstTwo = All(m.run, 2);
   const struct {
     std::u16string_view attribute;
     const BoundQuery* restriction;
     std::size_t limit;
-    std::u16string_view distinct;
-    std::u16string_view lowest, highest;
+    const char *distinct, *lowest, *highest;
     std::uint64_t count;
   } kCases[] = {
-      {u"Id", nullptr, 0, u"1, 2, 3, 4, 5, 6", u"1", u"6", 6},
-      {u"Flag", nullptr, 0, u"0, 1", u"0", u"1", 5},
-      {u"Octet", nullptr, 2, u"0, 7", u"0", u"255", 5},
-      {u"Octet", &load, 0, u"7", u"7", u"7", 2},
-      {u"Octet", &firstTwo, 0, u"0, 255", u"0", u"255", 2},
-      {u"Octet", &none, 0, u"", u"-", u"-", 0},
-      {u"Value", nullptr, 0, u"-1.5, 0, 0.1, 2.5", u"-1.5", u"2.5", 4},
-      {u"Kind", nullptr, 0, u"0, 1, 7", u"0", u"7", 5},
-      {u"When", &load, 0, u"20100615123000123, 20100615123000999", u"20100615123000123",
-       u"20100615123000999", 2},
-      {u"Name", nullptr, 0, u"Bremse, bremse 2, STRASSE, Straße, ärger", u"Bremse", u"ärger", 6},
-      {u"Name", nullptr, 1, u"Bremse", u"Bremse", u"ärger", 6},
-      {u"Note", &load, 0, u", a*b?c", u"", u"a*b?c", 2},
+      {u"Id", nullptr, 0, "1, 2, 3, 4, 5, 6", "1", "6", 6},
+      {u"Flag", nullptr, 0, "0, 1", "0", "1", 5},
+      {u"Octet", nullptr, 2, "0, 7", "0", "255", 5},
+      {u"Octet", &load, 0, "7", "7", "7", 2},
+      {u"Octet", &firstTwo, 0, "0, 255", "0", "255", 2},
+      {u"Octet", &none, 0, "", "-", "-", 0},
+      {u"Value", nullptr, 0, "-1.5, 0, 0.1, 2.5", "-1.5", "2.5", 4},
+      {u"Kind", nullptr, 0, "0, 1, 7", "0", "7", 5},
+      {u"When", &load, 0, "'20100615123000123', '20100615123000999'", "'20100615123000123'",
+       "'20100615123000999'", 2},
+      {u"Name", nullptr, 0, "'Bremse', 'bremse 2', 'STRASSE', 'Straße', 'ärger'", "'Bremse'",
+       "'ärger'", 6},
+      {u"Name", nullptr, 1, "'Bremse'", "'Bremse'", "'ärger'", 6},
+      {u"Note", &load, 0, "'', 'a*b?c'", "''", "'a*b?c'", 2},
   };
   for (const auto& c : kCases) {
     SCOPED_TRACE(cor::ToUtf8(c.attribute));
     const std::int32_t attribute = m.AttributeOf(m.run, c.attribute);
-    EXPECT_EQ(cor::ToUtf8(c.distinct),
-              cor::ToUtf8(Describe(store->Distinct(m.run, attribute, c.restriction, c.limit))));
+    EXPECT_EQ(c.distinct, Describe(store->Distinct(m.run, attribute, c.restriction, c.limit)));
     const Bounds bounds = store->BoundsOf(m.run, attribute, c.restriction);
     EXPECT_EQ(c.count, bounds.count);
-    EXPECT_EQ(cor::ToUtf8(c.lowest), cor::ToUtf8(Describe(bounds.lowest)));
-    EXPECT_EQ(cor::ToUtf8(c.highest), cor::ToUtf8(Describe(bounds.highest)));
+    EXPECT_EQ(c.lowest, ValueText(bounds.lowest));
+    EXPECT_EQ(c.highest, ValueText(bounds.highest));
   }
-  BoundQuery projects;
-  projects.entity = m.project;
+  const BoundQuery projects = All(m.project);
   EXPECT_EQ(errc::kInvalidArgument, CodeOf([&] { (void)store->Distinct(m.run, 0, &projects, 0); }));
   for (const std::u16string_view name : {u"Numbers", u"Pair", u"Raw"}) {
     SCOPED_TRACE(cor::ToUtf8(name));
@@ -412,7 +387,7 @@ TEST_P(RecordStoreQueryContract, SeesUnsavedChanges) {
   EXPECT_EQ("4", Find(load));
   SetNumber({m.run, 6}, u"Kind", kLoad);
   EXPECT_EQ("4, 6", Find(load));
-  LinkScript(*store, m).Run("P1.Runs+R6 P2.Runs+R1");
+  m.Link(*store, "P1.Runs+R6 P2.Runs+R1");
   EXPECT_EQ("2, 6", Find(alpha));
   SetText({m.project, 2}, u"Name", u"Alpha");
   EXPECT_EQ("1, 2, 6", Find(alpha));
@@ -436,9 +411,8 @@ class RandomQueries {
     for (int e = 0; e < 3; ++e) {
       for (int i = 0; i < counts[e]; ++i) {
         // Ids with gaps, and some out of order.
-        const RecordId id = Chance(10) ? 2000 - i * 2 : i * 2 + 1;
-        const RecordRef record{entities[e], m_store.Create(entities[e], id)};
-        FillRecord(record);
+        FillRecord(
+            {entities[e], m_store.Create(entities[e], Chance(10) ? 2000 - i * 2 : i * 2 + 1)});
       }
     }
     const auto link = [&](EntityId from, std::u16string_view relation, EntityId to) {
@@ -461,8 +435,7 @@ class RandomQueries {
 
   BoundQuery MakeQuery() {
     const EntityId entities[] = {m_m.run, m_m.run, m_m.project, m_m.tag};
-    BoundQuery query;
-    query.entity = entities[Below(4)];
+    BoundQuery query = All(OneOf(entities));
     query.hasCondition = !Chance(10);
     if (query.hasCondition) query.condition = MakeNode(query.entity, 3);
     if (Chance(3)) query.limit = static_cast<std::int64_t>(Below(12));
@@ -474,15 +447,20 @@ class RandomQueries {
   std::size_t Below(std::size_t n) { return m_random() % n; }
   bool Chance(std::size_t oneOf) { return Below(oneOf) == 0; }
 
+  template <class T, std::size_t n>
+  T OneOf(const T (&all)[n]) {
+    return all[Below(n)];
+  }
+
   std::u16string MakeText() {
     constexpr std::u16string_view kTexts[] = {u"",   u"a",    u"A",  u"b",   u"ab", u"aB", u"ß",
                                               u"ss", u"Ähre", u"äb", u"a b", u"*",  u"a*b"};
-    return std::u16string(kTexts[Below(std::size(kTexts))]);
+    return std::u16string(OneOf(kTexts));
   }
   std::u16string MakeDate() {
     constexpr std::u16string_view kDates[] = {u"2010", u"20100101000000123", u"201006",
                                               u"20100601120000", u"19991231235959"};
-    return std::u16string(kDates[Below(std::size(kDates))]);
+    return std::u16string(OneOf(kDates));
   }
   std::int64_t MakeInteger() { return static_cast<std::int64_t>(Below(8)) - 2; }
   double MakeReal() { return static_cast<double>(MakeInteger()) / 2 + (Chance(4) ? 0.1 : 0); }
@@ -492,43 +470,29 @@ class RandomQueries {
     for (std::int32_t a = 0; a < static_cast<std::int32_t>(entity.attributes.size()); ++a) {
       const Attribute& attribute = entity.attributes[static_cast<std::size_t>(a)];
       if (a == entity.idAttribute || attribute.sequence || Chance(4)) continue;
-      switch (StorageKindOf(attribute.type)) {
-        case StorageKind::Integer: {
-          std::int64_t value = MakeInteger();
-          if (attribute.type == OdsType::Boolean) value &= 1;
-          if (attribute.type == OdsType::Byte) value &= 3;
-          m_store.Write(record, a, Value::Integer(attribute.type, value));
-          break;
-        }
-        case StorageKind::Real:
-          if (PartsOf(attribute.type) == 1) {
-            m_store.Write(record, a, Value::Real(attribute.type, Chance(9) ? NAN : MakeReal()));
-          }
-          break;
-        case StorageKind::Text:
-          m_store.Write(record, a,
-                        Value::Text(attribute.type,
-                                    attribute.type == OdsType::Date ? MakeDate() : MakeText()));
-          break;
-        case StorageKind::Bytes:
-          break;
+      const StorageKind kind = StorageKindOf(attribute.type);
+      Value value = Value::Unset(attribute.type);
+      if (kind == StorageKind::Integer) {
+        const bool isNarrow = attribute.type == OdsType::Boolean || attribute.type == OdsType::Byte;
+        const std::int64_t mask = attribute.type == OdsType::Boolean ? 1 : 3;
+        value = Value::Integer(attribute.type, MakeInteger() & (isNarrow ? mask : -1));
+      } else if (kind == StorageKind::Real && PartsOf(attribute.type) == 1) {
+        value = Value::Real(attribute.type, Chance(9) ? NAN : MakeReal());
+      } else if (kind == StorageKind::Text) {
+        value =
+            Value::Text(attribute.type, attribute.type == OdsType::Date ? MakeDate() : MakeText());
       }
+      m_store.Write(record, a, value);
     }
     if (Chance(2))
       m_store.SetInstanceAttribute(record, {MakeText() + u"n", MakeInstanceValue(), 0});
     if (Chance(3)) m_store.SetInstanceAttribute(record, {u"n", MakeInstanceValue(), 0});
   }
   Value MakeInstanceValue() {
-    switch (Below(4)) {
-      case 0:
-        return Value::Integer(OdsType::Long, MakeInteger());
-      case 1:
-        return Value::Real(OdsType::Float, MakeReal());
-      case 2:
-        return Value::Text(OdsType::Date, MakeDate());
-      default:
-        return Value::Text(OdsType::String, MakeText());
-    }
+    const Value values[] = {Value::Integer(OdsType::Long, MakeInteger()),
+                            Value::Real(OdsType::Float, MakeReal()),
+                            Value::Text(OdsType::Date, MakeDate()), Word(MakeText())};
+    return OneOf(values);
   }
 
   /// Up to three steps, and with `wantAttribute` an attribute that can be compared.
@@ -553,9 +517,9 @@ class RandomQueries {
   }
 
   QueryOp MakeOp() {
-    constexpr QueryOp kOps[] = {QueryOp::Equal,     QueryOp::NotEqual, QueryOp::Less,
-                                QueryOp::LessEqual, QueryOp::Greater,  QueryOp::GreaterEqual};
-    return kOps[Below(std::size(kOps))];
+    using enum QueryOp;
+    constexpr QueryOp kOps[] = {Equal, NotEqual, Less, LessEqual, Greater, GreaterEqual};
+    return OneOf(kOps);
   }
 
   BoundNode MakeNode(EntityId entity, int depth) {
@@ -584,14 +548,10 @@ class RandomQueries {
   }
   BoundNode MakeInstanceNode(EntityId entity) {
     constexpr std::u16string_view kConstants[] = {u"1", u"0.5", u"a", u"2010", u"-1"};
-    BoundNode node;
-    node.kind = BoundNode::Kind::InstanceAttribute;
-    node.path = MakePath(entity, false);
-    node.op = MakeOp();
-    node.anyValue = Chance(4);
-    node.constant = InstanceConstant(kConstants[Below(std::size(kConstants))], Chance(2));
-    if (Chance(2)) node.attributeName = FoldCase(MakeText() + u"n");
-    return node;
+    const std::u16string name = Chance(2) ? FoldCase(MakeText() + u"n") : u"";
+    return CompareInstance(
+        MakePath(entity, false), name, MakeOp(),
+        Chance(4) ? BoundConstant() : InstanceConstant(OneOf(kConstants), Chance(2)));
   }
 
   RecordStore& m_store;
@@ -612,7 +572,7 @@ TEST_P(RecordStoreContract, FindsWhatAReferenceFinds) {
       const BoundQuery query = random.MakeQuery();
       const std::string expected = Describe(ReferenceSelect(*store, query));
       ASSERT_EQ(expected, Describe(store->Select(query)))
-          << "seed " << seed << " query " << i << " " << Describe(*model, query.condition);
+          << "seed " << seed << " query " << i << " " << Describe(query.condition, *model);
       hits += expected.empty() ? 0 : 1;
     }
   }

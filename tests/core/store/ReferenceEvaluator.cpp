@@ -106,44 +106,26 @@ bool Meets(const RecordStore& store, EntityId entity, RecordId id, const BoundNo
   return false;
 }
 
-// A sort key: absent values come last in either direction, so they stand apart.
-struct Key {
-  bool isUnset = true;
-  std::u16string text;
-  long double number = 0;
-};
+using Key = std::pair<std::u16string, long double>;
 
-Key KeyOf(const RecordStore& store, EntityId entity, RecordId id, const BoundOrder& order) {
+std::optional<Key> KeyOf(const RecordStore& store, EntityId entity, RecordId id,
+                         const BoundOrder& order) {
   const EntityId target = order.path.steps.empty() ? entity : order.path.target;
-  Key best;
+  std::optional<Key> best;
   for (const RecordId related : Walk(store, order.path, id)) {
     const Value value = store.ReadValue({target, related}, order.path.attribute);
-    Key key{false, {}, 0};
+    Key key;
     if (const auto* texts = std::get_if<Value::Texts>(&value.data)) {
-      key.text = FoldCase(texts->front());
+      key.first = FoldCase(texts->front());
     } else if (const auto* integers = std::get_if<Value::Integers>(&value.data)) {
-      key.number = static_cast<long double>(integers->front());
+      key.second = static_cast<long double>(integers->front());
     } else if (const auto* reals = std::get_if<Value::Reals>(&value.data)) {
-      if (std::isnan(reals->front())) continue;
-      key.number = static_cast<long double>(reals->front());
-    } else {
-      continue;
+      key.second = static_cast<long double>(reals->front());
     }
-    const bool isLower = std::pair(key.text, key.number) < std::pair(best.text, best.number);
-    const bool isHigher = std::pair(best.text, best.number) < std::pair(key.text, key.number);
-    if (best.isUnset || (order.descending ? isHigher : isLower)) best = key;
+    if (!value.IsSet() || std::isnan(key.second)) continue;
+    if (!best || (order.descending ? *best < key : key < *best)) best = key;
   }
   return best;
-}
-
-bool ComesBefore(const std::vector<Key>& a, const std::vector<Key>& b, const BoundQuery& query,
-                 RecordId idA, RecordId idB) {
-  for (std::size_t i = 0; i < query.order.size(); ++i) {
-    if (a[i].isUnset != b[i].isUnset) return b[i].isUnset;
-    const int order = Order(std::pair(a[i].text, a[i].number), std::pair(b[i].text, b[i].number));
-    if (order != 0) return (order < 0) != query.order[i].descending;
-  }
-  return idA < idB;
 }
 
 }  // namespace
@@ -151,25 +133,29 @@ bool ComesBefore(const std::vector<Key>& a, const std::vector<Key>& b, const Bou
 std::vector<RecordId> ReferenceSelect(const RecordStore& store, const BoundQuery& query) {
   struct Hit {
     RecordId id;
-    std::vector<Key> keys;
+    std::vector<std::optional<Key>> keys;
   };
   std::vector<Hit> hits;
   for (const RecordId id : store.AllOf(query.entity)) {
     if (query.hasCondition && !Meets(store, query.entity, id, query.condition)) continue;
-    Hit hit{id, {}};
+    hits.push_back({id, {}});
     for (const BoundOrder& order : query.order) {
-      hit.keys.push_back(KeyOf(store, query.entity, id, order));
+      hits.back().keys.push_back(KeyOf(store, query.entity, id, order));
     }
-    hits.push_back(std::move(hit));
   }
   std::sort(hits.begin(), hits.end(), [&](const Hit& a, const Hit& b) {
-    return ComesBefore(a.keys, b.keys, query, a.id, b.id);
+    for (std::size_t i = 0; i < query.order.size(); ++i) {
+      // Absent values come last in either direction.
+      if (!a.keys[i] != !b.keys[i]) return a.keys[i].has_value();
+      if (a.keys[i] != b.keys[i]) return (a.keys[i] < b.keys[i]) != query.order[i].descending;
+    }
+    return a.id < b.id;
   });
-  if (query.limit > 0 && hits.size() > static_cast<std::size_t>(query.limit)) {
-    hits.resize(static_cast<std::size_t>(query.limit));
+  std::vector<RecordId> ids;
+  for (const Hit& hit : hits) {
+    if (query.limit > 0 && ids.size() == static_cast<std::size_t>(query.limit)) break;
+    ids.push_back(hit.id);
   }
-  std::vector<RecordId> ids(hits.size());
-  std::transform(hits.begin(), hits.end(), ids.begin(), [](const Hit& hit) { return hit.id; });
   return ids;
 }
 
