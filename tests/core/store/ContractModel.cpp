@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstdlib>
 #include <sstream>
 
 #include "core/query/TextMatch.h"
@@ -159,36 +160,28 @@ MemoryPersistence KeptNowhere() {
   return {[](const MemoryStore&, std::u16string_view) { return false; }, {}};
 }
 
-BoundConstant IntegerConstant(std::int64_t value) {
+BoundConstant ConstantOf(std::u16string_view text) {
   BoundConstant constant;
-  constant.integer = value;
-  constant.real = static_cast<double>(value);
-  return constant;
-}
-
-BoundConstant RealConstant(double value) {
-  BoundConstant constant;
-  constant.isReal = true;
-  constant.real = value;
-  return constant;
-}
-
-BoundConstant TextConstant(std::u16string_view text, bool ignoreCase, bool wildcards) {
-  BoundConstant constant;
-  constant.text = ignoreCase ? FoldCase(text) : std::u16string(text);
-  constant.ignoreCase = ignoreCase;
-  constant.wildcards = wildcards;
-  return constant;
-}
-
-BoundConstant NeverConstant() {
-  BoundConstant constant;
-  constant.isNever = true;
+  constant.isNever = text == u"never";
+  constant.isReal = text[0] == u'r';
+  if (text[0] == u'\'') {
+    const std::size_t end = text.rfind(u'\'');
+    constant.wildcards = text.find(u'w', end) != text.npos;
+    constant.ignoreCase = text.find(u'i', end) != text.npos;
+    text = text.substr(1, end - 1);
+    constant.text = constant.ignoreCase ? FoldCase(text) : std::u16string(text);
+  } else if (!constant.isNever) {
+    const std::string number = Narrow(text.substr(constant.isReal ? 1 : 0));
+    constant.real = std::strtod(number.c_str(), nullptr);
+    if (!constant.isReal) constant.integer = std::strtoll(number.c_str(), nullptr, 10);
+  }
   return constant;
 }
 
 BoundConstant InstanceConstant(std::u16string_view text, bool ignoreCase) {
-  BoundConstant constant = TextConstant(text, ignoreCase);
+  BoundConstant constant;
+  constant.text = ignoreCase ? FoldCase(text) : std::u16string(text);
+  constant.ignoreCase = ignoreCase;
   const std::string ascii(text.begin(), text.end());
   const auto parsed = std::from_chars(ascii.data(), ascii.data() + ascii.size(), constant.real);
   constant.isNumber = parsed.ec == std::errc() && parsed.ptr == ascii.data() + ascii.size();
@@ -220,6 +213,22 @@ BoundNode Logic(QueryOp op, std::vector<BoundNode> children) {
   node.op = op;
   node.children = std::move(children);
   return node;
+}
+
+BoundNode Condition(const Model& model, EntityId start, std::u16string_view text) {
+  constexpr std::u16string_view kOps[] = {u"=", u"!=", u"<", u"<=", u">", u">="};
+  const std::size_t name = text.find(u' ');
+  const std::size_t op = text.find(u' ', name + 1);
+  const auto found = std::find(kOps, std::end(kOps), text.substr(name + 1, op - name - 1));
+  const auto path = model.Resolve(start, text.substr(0, name), true);
+  EXPECT_TRUE(path && found != std::end(kOps)) << cor::ToUtf8(text);
+  return Compare(path.value_or(ResolvedPath()),
+                 static_cast<QueryOp>(static_cast<int>(QueryOp::Equal) + (found - kOps)),
+                 ConstantOf(text.substr(op + 1)));
+}
+
+BoundQuery Where(const Model& model, EntityId entity, std::u16string_view condition) {
+  return Where(entity, Condition(model, entity, condition));
 }
 
 BoundQuery Where(EntityId entity, BoundNode condition) {

@@ -79,12 +79,8 @@ inline Value Longs(Value::Integers values) { return {OdsType::Long, true, std::m
 inline Value Shorts(Value::Integers values) { return {OdsType::Short, true, std::move(values)}; }
 inline Value Doubles(Value::Reals values) { return {OdsType::Double, true, std::move(values)}; }
 
-BoundConstant IntegerConstant(std::int64_t value);
-BoundConstant RealConstant(double value);
-/// As written, or folded if `ignoreCase`.
-BoundConstant TextConstant(std::u16string_view text, bool ignoreCase = false,
-                           bool wildcards = false);
-BoundConstant NeverConstant();
+/// A constant as Describe tells it: "7", "r0.5", "never", "'Text*'wi".
+BoundConstant ConstantOf(std::u16string_view text);
 /// A constant of an instance attribute: text, and number or date if it can be read as one.
 BoundConstant InstanceConstant(std::u16string_view text, bool ignoreCase = false);
 
@@ -93,7 +89,10 @@ BoundNode Compare(ResolvedPath path, QueryOp op, BoundConstant constant);
 BoundNode CompareInstance(ResolvedPath path, std::u16string_view name, QueryOp op,
                           const BoundConstant& constant);
 BoundNode Logic(QueryOp op, std::vector<BoundNode> children);
+/// "Project.Name = 'alpha'i"
+BoundNode Condition(const Model& model, EntityId start, std::u16string_view text);
 BoundQuery Where(EntityId entity, BoundNode condition);
+BoundQuery Where(const Model& model, EntityId entity, std::u16string_view condition);
 /// All records of the entity.
 BoundQuery All(EntityId entity, std::int64_t limit = 0);
 
