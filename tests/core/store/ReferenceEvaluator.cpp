@@ -135,21 +135,30 @@ std::vector<RecordId> ReferenceSelect(const RecordStore& store, const BoundQuery
     RecordId id;
     std::vector<std::optional<Key>> keys;
   };
+  std::vector<RecordId> all;
+  if (query.start) {
+    const RecordId source[] = {query.start->id};
+    for (const Link& link : store.Follow(query.start->entity, query.start->relation, source)) {
+      all.push_back(link.target.id);
+    }
+  } else {
+    all = store.AllOf(query.entity);
+  }
   std::vector<Hit> hits;
-  for (const RecordId id : store.AllOf(query.entity)) {
+  for (const RecordId id : all) {
     if (query.hasCondition && !Meets(store, query.entity, id, query.condition)) continue;
     hits.push_back({id, {}});
     for (const BoundOrder& order : query.order) {
       hits.back().keys.push_back(KeyOf(store, query.entity, id, order));
     }
   }
-  std::sort(hits.begin(), hits.end(), [&](const Hit& a, const Hit& b) {
+  std::stable_sort(hits.begin(), hits.end(), [&](const Hit& a, const Hit& b) {
     for (std::size_t i = 0; i < query.order.size(); ++i) {
       // Absent values come last in either direction.
       if (!a.keys[i] != !b.keys[i]) return a.keys[i].has_value();
       if (a.keys[i] != b.keys[i]) return (a.keys[i] < b.keys[i]) != query.order[i].descending;
     }
-    return a.id < b.id;
+    return !query.order.empty() && a.id < b.id;
   });
   std::vector<RecordId> ids;
   for (const Hit& hit : hits) {
