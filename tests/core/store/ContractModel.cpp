@@ -171,7 +171,7 @@ BoundConstant ConstantOf(std::u16string_view text) {
     text = text.substr(1, end - 1);
     constant.text = constant.ignoreCase ? FoldCase(text) : std::u16string(text);
   } else if (!constant.isNever) {
-    const std::string number = Narrow(text.substr(constant.isReal ? 1 : 0));
+    const std::string number = cor::ToUtf8(text.substr(constant.isReal ? 1 : 0));
     constant.real = std::strtod(number.c_str(), nullptr);
     if (!constant.isReal) constant.integer = std::strtoll(number.c_str(), nullptr, 10);
   }
