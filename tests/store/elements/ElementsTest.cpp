@@ -3,102 +3,126 @@
 #include "browse/BrowseConfigImpl.h"
 #include "browse/SymbolImage.h"
 #include "elements/InterfaceFactory.h"
+#include "store/core/CoreLibrary.h"
 #include "store/elements/DataStoreInterfaceFactory.h"
-#include "tests/store/elements/CollectionsFixture.h"
+#include "store/elements/IReferencesImpl.h"
+#include "tests/store/CampaignFixture.h"
 
 namespace hv::vex {
 namespace {
 
-using test::Eval;
-using test::Get;
-using test::Put;
+using test::kGone;
+using test::NoMember;
 
 class Elements : public test::CampaignTest {
  protected:
-  static std::string DisplayName(easyImpl::IVEXElementImpl& element) {
-    WString name;
-    EXPECT_EQ(S_OK, element.GetDisplayName(&name));
-    return cor::ToUtf8(name);
+  Elements() {
+    Expect({{"Set campaign = GetElementByKey('Campaign:1')", "Cold start"},
+            {"Set day = GetElementByKey('Sub.Test:3')", "Day 1"},
+            {"Set run = GetElementByKey('Run:4')", "Run 1"}});
   }
   Ref<CDataStoreBrowseConfigImpl> Config() {
     Ref<IBrowseConfig> config;
-    EXPECT_EQ(S_OK, m_provider->GetBrowseConfig(config.Put()));
+    EXPECT_EQ(S_OK, Provider()->GetBrowseConfig(config.Put()));
     return OwnBrowseConfig(config.Get());
   }
-  /// A campaign's display name: its name, a text, a date and a number.
-  void ShowDates() {
-    const auto level = OwnBrowseEntity(
-        Ref<IBrowseConfigEntity>::Adopt(Config()->GetEntityByName(u"Campaign")).Get());
-    Ref<IRepresentedByPartsImpl> parts;
-    ASSERT_EQ(S_OK, level->GetRepresentedByParts(parts.Put()));
-    for (const auto name : {u"Start.Date", u"Count"}) {
-      ASSERT_EQ(S_OK, parts->AddFreeText(u" - ", nullptr));
-      ASSERT_EQ(S_OK, parts->AddProperty(FindAttributeDefinition(level->ModelEntity(), name).Get(),
-                                         nullptr));
+  /// Every member that the object of a line lists fails.
+  void ExpectGone(std::string_view line) {
+    const Ref<IDispatch> object = m_script.Object(line);
+    ASSERT_TRUE(object);
+    for (std::uint32_t i = 0; i < object->GetMemberCount(); ++i) {
+      MemberInfo info;
+      ASSERT_EQ(S_OK, object->GetMember(i, &info));
+      SCOPED_TRACE(cor::ToUtf8(info.name));
+      std::vector<Variant> args(static_cast<std::size_t>(info.argumentCount), Variant::I4(0));
+      if (info.name == u"SetValues") args = {Variant::Null()};
+      const bool isMethod = Intersects(info.kinds, CallKind::Method);
+      const auto read = isMethod ? CallKind::Method : CallKind::Get;
+      EXPECT_EQ(kGone, test::Call(object.Get(), info.name, read, args).Shown());
+      if (!Intersects(info.kinds, CallKind::Put) || info.name == u"DataType") continue;
+      args.push_back(Variant::I4(1));
+      EXPECT_EQ(kGone, test::Call(object.Get(), info.name, CallKind::Put, args).Shown());
     }
   }
-  std::string Ask(std::u16string_view key, std::string_view expression) {
-    return Eval(Wrap(Element(key)).Get(), expression).Shown();
-  }
 };
-INSTANTIATE_TEST_SUITE_P(Stores, Elements, ::testing::Values("ATFX", "SQL"), test::NameOfKind);
-
-struct MemberCase {
-  std::u16string_view key;
-  const char* expression;
-  const char* shown;
-};
+HV_BOTH_KINDS(Elements);
 
 TEST_P(Elements, TellScriptsWhatTheyAre) {
-  constexpr MemberCase kRows[] = {
-      {u"Campaign:1", "Name", "Cold start"},
-      {u"Campaign:1", "DisplayName", "Cold start"},
-      {u"Campaign:1", "Type", "Campaign"},
-      {u"Campaign:1", "DisplayType", "Campaign"},
-      {u"Campaign:1", "InstanceKey", "Campaign:1"},
-      {u"Campaign:1", "Instance", "Campaign:1"},
-      {u"Campaign:1", "Parent", "no object"},
-      {u"Campaign:1", "Path", "245 Path not implemented."},
-      {u"Campaign:1", "TransportDataCollection", "245 TransportDataCollection not implemented."},
-      {u"Campaign:1", "Properties('Count').Value", "7"},
-      {u"Campaign:1", "Children('Day 1').InstanceKey", "Sub.Test:3"},
-      {u"Campaign:1", "References('children').Name", "Vehicle.Runs"},
-      {u"Campaign:1", "IsKindOf('Element<DataStore>')", "1"},
-      {u"Campaign:1", "IsKindOf('StoreElement<WithBulk>')", "0"},
-      {u"Campaign:1", "IsKindOf('Campaign')", "1"},
-      {u"Campaign:1", "IsKindOf('aotest')", "1"},
-      {u"Campaign:1", "IsKindOf('Run')", "0"},
-      {u"Campaign:1", "IsKindOf('Nothing')", "0"},
-      {u"Campaign:1", "IsKindOf('')", "0"},
-      {u"Campaign:1", "Save", "empty"},
-      {u"Sub.Test:3", "Parent.Name", "Cold start"},
-      {u"Run:4", "Parent.Parent.InstanceKey", "Campaign:1"},
-      {u"Run:4", "Values(0)", "refused"},  // no column
-  };
-  for (const MemberCase& row : kRows) {
-    if (std::string_view(row.expression) == "Instance") {
-      Ref<IUnknown> instance;
-      ASSERT_EQ(S_OK, Wrap(Element(row.key))->get_Instance(instance.Put()));
-      EXPECT_EQ(instance, Ref<IUnknown>(Instance(row.key)));
-      continue;
-    }
-    EXPECT_EQ(row.shown, Ask(row.key, row.expression)) << row.expression;
-  }
+  Expect({{"campaign.Name", "Cold start"},
+          {"campaign.DisplayName", "Cold start"},
+          {"campaign.Type", "Campaign"},
+          {"campaign.DisplayType", "Campaign"},
+          {"campaign.InstanceKey", "Campaign:1"},
+          {"campaign.Parent", "no object"},
+          {"campaign.Path", "245 Path not implemented."},
+          {"campaign.TransportDataCollection", "245 TransportDataCollection not implemented."},
+          {"campaign.Properties('Count').Value", "7"},
+          {"campaign.Children('Day 1').InstanceKey", "Sub.Test:3"},
+          {"campaign.IsKindOf('Element<DataStore>')", "1"},
+          {"campaign.IsKindOf('StoreElement<WithBulk>')", "0"},
+          {"campaign.IsKindOf('Campaign')", "1"},
+          {"campaign.IsKindOf('aotest')", "1"},
+          {"campaign.IsKindOf('Run')", "0"},
+          {"campaign.IsKindOf('Nothing')", "0"},
+          {"campaign.IsKindOf('')", "0"},
+          {"campaign.Save", "empty"},
+          {"day.Parent.Name", "Cold start"},
+          {"run.Parent.Parent.InstanceKey", "Campaign:1"},
+          {"run.Values(0)", "refused"}});  // no column
+  Ref<IUnknown> instance;
+  ASSERT_EQ(S_OK, m_script.Object("run").As<IStoreElement>()->get_Instance(instance.Put()));
+  EXPECT_EQ(instance, Ref<IUnknown>(Instance(u"Run:4")));
   std::int32_t level = 0;
   WString id;
-  ASSERT_EQ(S_OK, Element(u"Run:4")->GetBrowseLevel(&level));
+  ASSERT_EQ(S_OK, Element("run")->GetBrowseLevel(&level));
   EXPECT_EQ(2, level);
-  ASSERT_EQ(S_OK, Element(u"Run:4")->GetIdText(&id));
+  ASSERT_EQ(S_OK, Element("run")->GetIdText(&id));
   EXPECT_EQ(u"4", id.view());
 }
 
+TEST_P(Elements, HaveReferencesByNameBaseNameAndPath) {
+  Expect({{"Set all = campaign.References", "[Vehicle.Runs|Best]"},
+          {"CreateElement('Column','c').References", "[Matrix|Channel]"},
+          {"all.Count", "2"},
+          {"all(0).Name", "Vehicle.Runs"},
+          {"all(0).BaseName", "children"},
+          {"all(1).BaseName", ""},
+          {"all('children').Name", "Vehicle.Runs"},
+          {"all('children').Elements", "[Day 1]"},
+          {"all('Best').Elements.Count", "0"},
+          {"all('Vehicle.Runs.Runs').Name", "Vehicle.Runs.Runs"},
+          {"all('Vehicle.Runs.Runs').BaseName", "children"},
+          {"all('Vehicle.Runs.Runs').Elements.Count", "2"},
+          {"all('children.children').Elements('Run 2').InstanceKey", "Run:5"},
+          {"run.References('test.parent_test').Elements", "[Cold start]"},
+          {"all('Title')", NoMember("Title")},
+          {"all('Vehicle.Nothing')", NoMember("Vehicle.Nothing")},
+          {"all('')", NoMember("")},
+          {"all(2)", NoMember("2")},
+          {"all(null)", test::kNoKey}});
+  Ref<IReferencesImpl> logic;
+  ASSERT_EQ(S_OK, MakeReferences(*Provider(), *Instance(u"Campaign:1"), logic.Put()));
+  WString unique;
+  EXPECT_EQ(E_NOTIMPL, logic->RemoveAt(0));
+  EXPECT_EQ(E_NOTIMPL, logic->RemoveByName(u"Best"));
+  EXPECT_EQ(E_NOTIMPL, logic->Clear());
+  EXPECT_EQ(E_NOTIMPL, logic->Swap(0, 1));
+  EXPECT_EQ(E_NOTIMPL, logic->Rename(u"Best", u"Worst", &unique));
+  for (const std::u16string_view name : {u"Best", u"Worst"}) {
+    bool exists = name != u"Best";
+    EXPECT_EQ(S_OK, logic->Exists(name, &exists));
+    EXPECT_EQ(name == u"Best", exists);
+  }
+}
+
 TEST_P(Elements, OutsideTheBrowsePathHaveNoPlace) {
-  OpenAgain({}, "columns");
-  EXPECT_EQ("Ada", Ask(u"Person:1", "DisplayName"));
-  EXPECT_EQ("", Ask(u"Person:1", "DisplayType"));
-  EXPECT_EQ("370 The element must be in the browse path.", Ask(u"Person:1", "Children"));
-  EXPECT_EQ("245 Parent not implemented.", Ask(u"Person:1", "Parent"));
-  const auto person = Element(u"Person:1");
+  OpenAgain("browse/columns");
+  Expect({{"Set person = GetElementByKey('Person:1')", "Ada"},
+          {"person.DisplayName", "Ada"},
+          {"person.DisplayType", ""},
+          {"person.Children", "370 The element must be in the browse path."},
+          {"person.Parent", "245 Parent not implemented."}});
+  const auto person = Element("person");
   std::int32_t number = 0;
   Ref<easyImpl::IVEXElementsImpl> children;
   EXPECT_EQ(E_NOTIMPL, person->HasChildren(&number));
@@ -107,264 +131,229 @@ TEST_P(Elements, OutsideTheBrowsePathHaveNoPlace) {
 }
 
 TEST_P(Elements, AreOneObjectPerRecordWhileSomebodyHoldsThem) {
-  auto element = Element(u"Run:4");
-  Ref<easyImpl::IVEXElementImpl> parent;
-  ASSERT_EQ(S_OK, element->GetParent(parent.Put()));
-  EXPECT_EQ(Element(u"Run:4"), element);
-  EXPECT_EQ(Element(u"Sub.Test:3"), parent.As<IStoreElementImpl>());
-  element->SetCachedName(u"remembered");
-  EXPECT_EQ("remembered", Ask(u"Run:4", "Name"));
-  element.Reset();
-  EXPECT_EQ("Run 1", Ask(u"Run:4", "Name"));  // a new object
-
+  Element("run")->SetCachedName(u"remembered");
+  EXPECT_EQ(Element("day"), Element("run.Parent"));
+  Expect({{"GetElementByKey('Run:4').Name", "remembered"}, {"Set run = null", "null"}});
+  EXPECT_EQ("Run 1", Show("GetElementByKey('Run:4').Name")) << "a new object";
   // Elements go on without those who gave them out; the fixture sees to it that all of it goes.
-  auto outlives = Element(u"Run:5");
-  m_provider.Reset();
+  m_script.Set("", {});
   m_store.Reset();
-  EXPECT_EQ("Sub.Test:3", Eval(Wrap(outlives).Get(), "Parent.InstanceKey").Shown());
+  Expect({{"day.Children(1).Parent.Parent.InstanceKey", "Campaign:1"}});
 }
 
 TEST_P(Elements, FollowRenamesByWhomever) {
   struct Client final : IElementNameClient {
-    void OnElementRenamed(IStoreElementImpl& element, std::u16string_view oldName,
+    void OnElementRenamed(IStoreElementImpl&, std::u16string_view oldName,
                           std::u16string_view newName) override {
-      heard += NameInStore(element) + ":" + cor::ToUtf8(WString(oldName)) + ">" +
-               cor::ToUtf8(WString(newName)) + ";";
+      heard += cor::ToUtf8(WString(oldName)) + ">" + cor::ToUtf8(WString(newName)) + ";";
     }
     std::string heard;
   } client, other;
-  const auto element = Element(u"Run:4");
-  const auto face = Wrap(element);
+  const auto element = Element("run");
   element->SetNameClient(&client);
-  EXPECT_EQ("Run 1", DisplayName(*element));
-  EXPECT_EQ("360 The name of an Element<DataStore> must not be an empty string.",
-            Put(face.Get(), u"Name", Variant::Text(u"")).Shown());
-  EXPECT_EQ("empty", Put(face.Get(), u"Name", Variant::Text(u"a'b")).Shown());
+  Expect({{"run.DisplayName", "Run 1"},
+          {"run.Name = ''", test::kNoName},
+          {"run.Name = 'a''b'", "empty"}});
   element->DropNameClient(&other);
-  ASSERT_EQ(S_OK, element->SetName(u"c"));
+  EXPECT_EQ("empty", Show("run.Name = 'c'"));
   element->DropNameClient(&client);
-  ASSERT_EQ(S_OK, element->SetName(u"d"));
-  EXPECT_EQ("a'b:Run 1>a'b;c:a'b>c;", client.heard + other.heard);
-  EXPECT_EQ("Run 1", DisplayName(*element));  // until a refresh
-  ASSERT_EQ(S_OK, element->Refresh());
-  EXPECT_EQ("d", DisplayName(*element));
-  ASSERT_EQ(S_OK, element->SetName(u"e"));
-  Instance(u"Run:4").As<IContainer>()->SetString(u"name", u"f");
-  EXPECT_EQ("e", Ask(u"Run:4", "Name"));
-  ASSERT_EQ(S_OK, element->Refresh());
-  EXPECT_EQ("f", Ask(u"Run:4", "Name"));
-
-  OpenAgain(u" readonly='yes'");
-  EXPECT_EQ("365 The data store is write protected.",
-            Put(Wrap(Element(u"Run:4")).Get(), u"Name", Variant::Text(u"x")).Shown());
-}
-
-/// Calls every member that the object lists.
-void ExpectGone(IDispatch& object) {
-  for (std::uint32_t i = 0; i < object.GetMemberCount(); ++i) {
-    MemberInfo info;
-    ASSERT_EQ(S_OK, object.GetMember(i, &info));
-    const std::vector<Variant> args(static_cast<std::size_t>(info.argumentCount), Variant::I4(0));
-    const bool isMethod = Intersects(info.kinds, CallKind::Method);
-    const auto answer =
-        test::Call(&object, info.name, isMethod ? CallKind::Method : CallKind::Get,
-                   info.name == u"SetValues" ? std::vector<Variant>{Variant::Null()} : args);
-    EXPECT_EQ("323 The object is no longer valid.", answer.Shown()) << cor::ToUtf8(info.name);
-    if (!Intersects(info.kinds, CallKind::Put) || info.name == u"DataType") continue;
-    auto values = args;
-    values.push_back(Variant::I4(1));
-    EXPECT_EQ("323 The object is no longer valid.",
-              test::Call(&object, info.name, CallKind::Put, values).Shown())
-        << cor::ToUtf8(info.name);
-  }
+  EXPECT_EQ("empty", Show("run.Name = 'd'"));
+  EXPECT_EQ("Run 1>a'b;a'b>c;", client.heard + other.heard);
+  Expect({{"run.DisplayName", "Run 1"},  // until a refresh
+          {"run.Refresh", "empty"},
+          {"run.DisplayName", "d"},
+          {"run.Properties('Name').Value", "d"},
+          {"run.Name = 'e'", "empty"}});
+  RenameInstance(u"Run:4", u"f");
+  Expect({{"run.Name", "e"}, {"run.Refresh", "empty"}, {"run.Name", "f"}});
+  OpenAgain("browse/campaign", "<readonly>yes</readonly>");
+  Expect({{"GetElementByKey('Run:4').Name = 'x'", test::kProtected}});
 }
 
 TEST_P(Elements, WhoseRecordIsGoneSaySo) {
-  const auto run = Wrap(Element(u"Run:4"));
-  const auto properties = Eval(run.Get(), "Properties");
-  m_store->DeleteInstance(Instance(u"Run:4").Get());
-  ExpectGone(*run);
-  m_store->Discard();  // the record is there again
-  EXPECT_EQ("Run 1", Eval(run.Get(), "Name").Shown());
+  Core()->DeleteInstance(Instance(u"Run:4").Get());
+  ExpectGone("run");
+  Core()->Discard();  // the record is there again
+  EXPECT_EQ("Run 1", Show("run.Name"));
   Instance(u"Run:4")->Delete();
-  ExpectGone(*run);
+  ExpectGone("run");
   Ref<IStoreElementImpl> none;
-  EXPECT_EQ(E_INVALIDARG, m_provider->GetElementByKey(u"Run:4", none.Put()));
+  EXPECT_EQ(E_INVALIDARG, Provider()->GetElementByKey(u"Run:4", none.Put()));
 
-  OpenAgain({}, "columns");
-  const auto column = Wrap(Element(u"Trace.Record:1"));
-  EXPECT_EQ("3", Eval(column.Get(), "Size").Shown());
+  OpenAgain("browse/columns");
+  Expect({{"Set column = GetElementByKey('Trace.Record:1')", "explicit"}, {"column.Size", "3"}});
   Instance(u"Trace.Record:1")->Delete();
-  ExpectGone(*column);
+  ExpectGone("column");
 }
 
 TEST_P(Elements, SeeWhatOtherSessionsDeletedAfterARefresh) {
   if (!IsDatabase()) return;  // a file's sessions know nothing of each other
-  const auto run = Wrap(Element(u"Run:4"));
-  EXPECT_EQ("Run 1", Eval(run.Get(), "Name").Shown());
-  WString parameters;
-  m_store->GetParameters(parameters);
-  const auto other =
-      Ref<IStore>::Adopt(GetEngineEnvironment()->OpenStoreByParameter(u"", u"SQL", parameters, 0));
-  Ref<IInstance>::Adopt(other->GetInstance(u"Run:4"))->Delete();
-  other->Save(u"");
-  ASSERT_EQ(S_OK, m_provider->Refresh());
-  ExpectGone(*run);
+  test::Script(Open().Get())
+      .Expect({{"DeleteElement(GetElementByKey('Run:4'))", "empty"}, {"Save", "empty"}});
+  EXPECT_EQ("empty", Show("Refresh"));
+  ExpectGone("run");
 }
 
 TEST_P(Elements, OfALevelComeWithTheirNames) {
-  ShowDates();
-  const auto held = Element(u"Campaign:2");
-  Ref<IStoreElementListImpl> list;
-  ASSERT_EQ(S_OK, m_provider->GetChildrenPrefetched({}, u"/#Campaign", list.Put()));
-  const auto names = [&](const Ref<IStoreElementListImpl>& elements) {
-    std::string all;
-    std::int32_t count = 0;
-    (void)elements->GetCount(&count);
-    for (std::int32_t i = 0; i < count; ++i) {
-      Ref<easyImpl::IVEXElementImpl> element;
-      (void)elements->GetItem(i, element.Put());
-      all += (i == 0 ? "" : "|") + DisplayName(*element);
-      const std::string prefetched = DisplayName(*element);
-      EXPECT_EQ(S_OK, element->Refresh());
-      EXPECT_EQ(prefetched, DisplayName(*element)) << "read alone it is another";
-    }
-    return all;
-  };
-  EXPECT_EQ("Cold start - 20260102030405000000000 - 7|Warm start - 20251231235959123000000 - ",
-            names(list));
-  Ref<easyImpl::IVEXElementImpl> second;
-  ASSERT_EQ(S_OK, list->GetItem(1, second.Put()));
-  EXPECT_EQ(held, second.As<IStoreElementImpl>());
-
+  // A campaign's display name: its name, a text, a date and a number.
+  const auto level = OwnBrowseEntity(
+      Ref<IBrowseConfigEntity>::Adopt(Config()->GetEntityByName(u"Campaign")).Get());
+  Ref<IRepresentedByPartsImpl> parts;
+  ASSERT_EQ(S_OK, level->GetRepresentedByParts(parts.Put()));
+  for (const auto name : {u"Start.Date", u"Count"}) {
+    const auto attribute = FindAttributeDefinition(level->ModelEntity(), name);
+    ASSERT_EQ(S_OK, parts->AddFreeText(u" - ", nullptr));
+    ASSERT_EQ(S_OK, parts->AddProperty(attribute.Get(), nullptr));
+  }
+  const std::string campaigns =
+      "Cold start - 20260102030405000000000 - 7|Warm start - 20251231235959123000000 - ";
+  const auto provider = Provider();
   const struct {
-    std::u16string_view key, path, filter;
+    std::string_view from;
+    std::u16string_view path, filter;
     Result code;
-    const char* names;
+    std::string names;
   } rows[] = {
-      {u"", u"/##aotest", u"", S_OK,
-       "Cold start - 20260102030405000000000 - 7|Warm start - 20251231235959123000000 - "},
-      {u"", u"/#Sub.Test", u"", S_OK, "Day 1"},
-      {u"", u"/#Campaign.Vehicle.Runs.Runs", u"", S_OK, "Run 1|Run 2"},
-      {u"", u"/#Nothing", u"", E_INVALIDARG, ""},
-      {u"", u"", u"", E_UNEXPECTED, ""},
-      {u"Sub.Test:3", u"Runs", u"", S_OK, "Run 1|Run 2"},
-      {u"Sub.Test:3", u"children", u"Run 2", S_OK, "Run 2"},
-      {u"Campaign:1", u"Vehicle.Runs.Runs", u"", S_OK, "Run 1|Run 2"},
-      {u"Sub.Test:3", u"Name", u"", E_INVALIDARG, ""},
-      {u"Sub.Test:3", u"", u"", E_UNEXPECTED, ""},
-      {u"Sub.Test:3", u"Runs", u"<nonsense", E_FAIL, ""},
+      {"", u"/#Campaign", u"", S_OK, campaigns},
+      {"", u"/##aotest", u"", S_OK, campaigns},
+      {"", u"/#Sub.Test", u"", S_OK, "Day 1"},
+      {"", u"/#Campaign.Vehicle.Runs.Runs", u"", S_OK, "Run 1|Run 2"},
+      {"", u"/#Nothing", u"", E_INVALIDARG, ""},
+      {"", u"", u"", E_UNEXPECTED, ""},
+      {"day", u"Runs", u"", S_OK, "Run 1|Run 2"},
+      {"day", u"children", u"Run 2", S_OK, "Run 2"},
+      {"campaign", u"Vehicle.Runs.Runs", u"", S_OK, "Run 1|Run 2"},
+      {"day", u"Name", u"", E_INVALIDARG, ""},
+      {"day", u"", u"", E_UNEXPECTED, ""},
+      {"day", u"Runs", u"<nonsense", E_FAIL, ""},
   };
-  const auto query = QueryRef<IStoreQuery>(m_store.Get());
+  const auto query = Core().As<IStoreQuery>();
   for (const auto& row : rows) {
+    SCOPED_TRACE(cor::ToUtf8(row.path));
     WString filter = row.filter;
     if (row.filter.starts_with(u"Run")) {
       query->BuildQueryText(filter, u"Run", 0, u"Name='" + std::u16string(row.filter) + u"'");
     }
-    const Result rc = row.key.empty()
-                          ? m_provider->GetChildrenPrefetched(filter, row.path, list.Put())
-                          : Element(row.key)->GetChildrenPrefetched(filter, row.path, list.Put());
-    ASSERT_EQ(row.code, rc) << cor::ToUtf8(WString(row.path));
-    EXPECT_EQ(Failed(rc), !list);
-    EXPECT_EQ(row.names, list ? names(list) : std::string()) << cor::ToUtf8(WString(row.path));
+    Ref<IStoreElementListImpl> list;
+    ASSERT_EQ(row.code,
+              row.from.empty()
+                  ? provider->GetChildrenPrefetched(filter, row.path, list.Put())
+                  : Element(row.from)->GetChildrenPrefetched(filter, row.path, list.Put()));
+    ASSERT_EQ(Failed(row.code), !list);
+    std::string names[2];  // as read with the others, and alone
+    std::int32_t count = 0;
+    if (list) (void)list->GetCount(&count);
+    for (std::int32_t i = 0; i < count; ++i) {
+      Ref<easyImpl::IVEXElementImpl> element;
+      ASSERT_EQ(S_OK, list->GetItem(i, element.Put()));
+      for (std::string& all : names) {
+        WString name;
+        EXPECT_EQ(S_OK, element->GetDisplayName(&name));
+        all += (i == 0 ? "" : "|") + cor::ToUtf8(name);
+        EXPECT_EQ(S_OK, element->Refresh());
+      }
+    }
+    EXPECT_EQ(row.names, names[0]);
+    EXPECT_EQ(row.names, names[1]);
   }
+  Ref<IStoreElementListImpl> list;
+  Ref<easyImpl::IVEXElementImpl> first;
+  ASSERT_EQ(S_OK, provider->GetChildrenPrefetched({}, u"/#Campaign", list.Put()));
+  ASSERT_EQ(S_OK, list->GetItem(0, first.Put()));
+  EXPECT_EQ(Element("campaign"), first.As<IStoreElementImpl>());
   Ref<easyImpl::IVEXElementsImpl> children;
-  ASSERT_EQ(S_OK, Element(u"Sub.Test:3")->GetChildrenFiltered({}, children.Put()));
-  EXPECT_EQ("Run 1|Run 2", Names(*children));
+  Ref<IStoreElements> shown;
+  ASSERT_EQ(S_OK, Element("day")->GetChildrenFiltered({}, children.Put()));
+  ASSERT_EQ(S_OK, WrapStoreElements(children.Get(), shown.Put()));
+  m_script.Set("children", Variant::Object(shown.Get()));
+  EXPECT_EQ("[Run 1|Run 2]", Show("children"));
 }
 
 TEST_P(Elements, FollowTheBrowsePathWhenTheyAreRefreshed) {
-  const auto day = Element(u"Sub.Test:3");
-  const auto shown = Wrap(day);
+  const std::string noPlace = "370 The element must be in the browse path.";
   const auto shorter = MakeRef<CDataStoreBrowseConfigImpl>();
-  const auto model = Ref<IModel>::Adopt(m_store->GetModel());
+  const auto model = Ref<IModel>::Adopt(Core()->GetModel());
   ASSERT_EQ(S_OK, shorter->SetSingleRoot(model.Get(), u"Campaign"));
   const auto longer = MakeRef<CDataStoreBrowseConfigImpl>();
-  ASSERT_EQ(S_OK, longer->Load(m_store.Get(), {}));
+  ASSERT_EQ(S_OK, longer->Load(Core().Get(), {}));
 
   ASSERT_EQ(S_OK, Config()->CopyFrom(shorter.Get()));
-  ASSERT_EQ(S_OK, m_provider->ResetBrowseData());
-  ASSERT_EQ(S_OK, day->Refresh());
-  EXPECT_EQ("370 The element must be in the browse path.", Eval(shown.Get(), "Children").Shown());
-  EXPECT_EQ("no object", Ask(u"Campaign:1", "Children"));  // a leaf now
+  ASSERT_EQ(S_OK, Provider()->ResetBrowseData());
+  Expect({{"day.Refresh", "empty"},
+          {"day.Children", noPlace},
+          {"campaign.Children", "no object"}});  // a leaf now
   ASSERT_EQ(S_OK, Config()->CopyFrom(longer.Get()));
-  EXPECT_EQ("370 The element must be in the browse path.", Eval(shown.Get(), "Children").Shown());
-  ASSERT_EQ(S_OK, day->Refresh());
-  EXPECT_EQ("Run:4", Eval(shown.Get(), "Children.Item(0).InstanceKey").Shown());
+  Expect({{"day.Children", noPlace}, {"day.Refresh", "empty"}, {"day.Children", "[Run 1|Run 2]"}});
 
   // Turned round, the path makes the child of before the parent. Neither holds the other for good.
-  const auto campaign = Element(u"Campaign:1");
-  Ref<easyImpl::IVEXElementImpl> parent;
-  ASSERT_EQ(S_OK, day->GetParent(parent.Put()));
-  EXPECT_EQ(campaign, parent.As<IStoreElementImpl>());
+  EXPECT_EQ(Element("campaign"), Element("day.Parent"));
   const auto entity = Ref<IEntity>::Adopt(model->GetEntity(u"Sub.Test"));
   const auto upward = Ref<IRelation>::Adopt(entity->GetRelationByName(u"Campaign"));
   const auto turned = MakeRef<CDataStoreBrowseConfigImpl>();
   IRelation* const references[] = {upward.Get()};
   ASSERT_EQ(S_OK, turned->InitFromReferences(model.Get(), references));
   ASSERT_EQ(S_OK, Config()->CopyFrom(turned.Get()));
-  ASSERT_EQ(S_OK, campaign->Refresh());
-  ASSERT_EQ(S_OK, campaign->GetParent(parent.Put()));
-  EXPECT_EQ(day, parent.As<IStoreElementImpl>());
+  EXPECT_EQ("empty", Show("campaign.Refresh"));
+  EXPECT_EQ(Element("day"), Element("campaign.Parent"));
 }
 
 TEST_P(Elements, AreMadeByAProviderThatKnowsItsStore) {
+  const auto provider = Provider();
   WString text;
   WString location;
-  EXPECT_EQ(S_OK, m_provider->GetPluginName(&text));
+  EXPECT_EQ(S_OK, provider->GetPluginName(&text));
   EXPECT_EQ(GetParam(), cor::ToUtf8(text));
-  WString name;
-  m_store->GetName(name);
-  EXPECT_EQ(S_OK, m_provider->GetDisplayLocation(&text, &location));
-  EXPECT_EQ(name, text);
+  EXPECT_EQ(S_OK, provider->GetDisplayLocation(&text, &location));
+  EXPECT_EQ(Show("Name"), cor::ToUtf8(text));
   EXPECT_FALSE(location.empty());
-  EXPECT_EQ(S_OK, m_provider->GetParameters(&text));
+  EXPECT_EQ(S_OK, provider->GetParameters(&text));
   EXPECT_EQ(0U, text.view().find(u"<filename>"));
-  EXPECT_EQ(E_NOTIMPL, m_provider->Reserved());
-  EXPECT_EQ(E_POINTER, m_provider->CreateRootElements(nullptr));
-  EXPECT_EQ(E_POINTER, m_provider->GetElement(Instance(u"Run:4").Get(), nullptr));
+  EXPECT_EQ(E_NOTIMPL, provider->Reserved());
+  EXPECT_EQ(E_POINTER, provider->CreateRootElements(nullptr));
+  EXPECT_EQ(E_POINTER, provider->GetElement(Instance(u"Run:4").Get(), nullptr));
   Ref<IStoreElementImpl> element;
-  EXPECT_EQ(E_POINTER, m_provider->GetElement(nullptr, element.Put()));
+  EXPECT_EQ(E_POINTER, provider->GetElement(nullptr, element.Put()));
   // There are no configured stores, so no type of store has a picture.
   Ref<ISymbolImage> icon;
-  EXPECT_EQ(S_OK, m_provider->GetIcon(icon.Put()));
+  EXPECT_EQ(S_OK, provider->GetIcon(icon.Put()));
   EXPECT_FALSE(icon);
 
-  const auto otherStore = Open();
-  const auto other = ProviderOf(*otherStore);
-  const auto foreign = Ref<IInstance>::Adopt(otherStore->GetInstance(u"Run:4"));
-  EXPECT_TRUE(m_provider->OwnsInstance(Instance(u"Run:4").Get()));
-  EXPECT_FALSE(m_provider->OwnsInstance(foreign.Get()));
-  EXPECT_TRUE(m_provider->OwnsElement(Element(u"Run:4").Get()));
-  EXPECT_FALSE(other->OwnsElement(Element(u"Run:4").Get()));
-  EXPECT_FALSE(m_provider->OwnsElement(nullptr));
+  const auto other = Open();
+  m_script.Set("other", Variant::Object(other.Get()));
+  const auto foreign = Ref<IInstance>::Adopt(CoreOf(*other)->GetInstance(u"Run:4"));
+  EXPECT_TRUE(provider->OwnsInstance(Instance(u"Run:4").Get()));
+  EXPECT_FALSE(provider->OwnsInstance(foreign.Get()));
+  EXPECT_TRUE(provider->OwnsElement(Element("run").Get()));
+  EXPECT_FALSE(provider->OwnsElement(Element("other.GetElementByKey('Run:4')").Get()));
+  EXPECT_FALSE(provider->OwnsElement(nullptr));
 }
 
 TEST_P(Elements, GoOutInTheWrappersOfTheirKind) {
-  const auto generic = MakeRef<easyImpl::CCvexInterfaceFactory>();
-  const auto ofStores = MakeRef<CDataStoreInterfaceFactory>();
   const auto className = [](IDispatch* object) {
     return object ? cor::ToUtf8(WString(object->GetClassName())) : "none";
   };
-  const auto run = Element(u"Run:4");
-  const auto runs = Members(u"Sub.Test:3", u"Runs");
+  const auto run = Element("run");
+  Ref<IStoreElementsImpl> runs;
+  ASSERT_EQ(S_OK,
+            MakeReferencedElements(*Provider(), *Instance(u"Sub.Test:3"), u"Runs", runs.Put()));
   Ref<IStoreElementListImpl> list;
   ASSERT_EQ(S_OK, run->CreateElementList(list.Put()));
   for (const auto& [factory, names] :
-       {std::pair{Ref<easyImpl::ICvexInterfaceFactory>(generic), "Element Elements Elements none"},
-        std::pair{Ref<easyImpl::ICvexInterfaceFactory>(ofStores),
-                  "StoreElement StoreElements StoreElementList none"}}) {
-    Ref<IVEXElement> element;
-    Ref<IDispatch> members;
+       {std::pair{Ref<easyImpl::ICvexInterfaceFactory>(MakeRef<easyImpl::CCvexInterfaceFactory>()),
+                  "Element none Elements Elements"},
+        {MakeRef<CDataStoreInterfaceFactory>(),
+         "StoreElement none StoreElements StoreElementList"}}) {
     std::string made;
-    ASSERT_EQ(S_OK, factory->MakeElement(run.Get(), element.Put()));
-    made = className(element.Get());
+    for (IStoreElementImpl* const logic : {run.Get(), static_cast<IStoreElementImpl*>(nullptr)}) {
+      Ref<IVEXElement> element;
+      ASSERT_EQ(S_OK, factory->MakeElement(logic, element.Put()));
+      made += className(element.Get()) + " ";
+    }
+    Ref<IDispatch> members;
     ASSERT_EQ(S_OK, factory->MakeElements(runs.Get(), members.Put()));
-    made += " " + className(members.Get());
+    made += className(members.Get()) + " ";
     ASSERT_EQ(S_OK, factory->MakeElements(list.Get(), members.Put()));
-    made += " " + className(members.Get());
-    ASSERT_EQ(S_OK, factory->MakeElement(nullptr, element.Put()));
-    EXPECT_EQ(names, made + " " + className(element.Get()));
+    EXPECT_EQ(names, made + className(members.Get()));
   }
 }
 

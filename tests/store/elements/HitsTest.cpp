@@ -1,175 +1,149 @@
 // store/elements/HitsTest.cpp - lists of elements without names, and the hits of a search.
-#include "tests/store/elements/CollectionsFixture.h"
+#include "tests/store/CampaignFixture.h"
 
 namespace hv::vex {
 namespace {
 
-using test::Eval;
-using test::Get;
-using test::Put;
+using test::NoMember;
 
 class Hits : public test::CampaignTest {
  protected:
   Hits() {
-    EXPECT_EQ(S_OK, MakeResultCollection(*m_provider, 200, m_results.Put()));
     for (const char16_t* name : {u"b", u"A", u"c"}) MakeRecord(u"Run", name);
-    MakeRecord(u"Sub.Test", u"0");
-    const auto all = Ref<IInstList>::Adopt(m_store->GetInstances(u"/#Run"));
+    const auto all = Ref<IInstList>::Adopt(Core()->GetInstances(u"/#Run"));
     all->Append(MakeRecord(u"Campaign", u"z").Get());
-    EXPECT_EQ(S_OK, m_results->SetList(all.Get()));
-    EXPECT_EQ(S_OK, m_results->SetTotal(6));
-  }
-  std::string Ask(std::string_view expression) {
-    return Eval(Wrap(m_results).Get(), expression).Shown();
-  }
-  static Ref<IStoreElementList> Wrap(Ref<IDataStoreResultCollectionImpl> results) {
-    return CampaignTest::Wrap(Ref<IStoreElementListImpl>(std::move(results)));
+    EXPECT_EQ(S_OK, MakeResultCollection(*Provider(), 200, m_hits.Put()));
+    EXPECT_EQ(S_OK, m_hits->SetList(all.Get()));
+    EXPECT_EQ(S_OK, m_hits->SetTotal(6));
+    Ref<IStoreElementList> face;
+    EXPECT_EQ(S_OK, WrapStoreElementList(m_hits.Get(), face.Put()));
+    m_script.Set("hits", Variant::Object(face.Get()));
   }
   /// Lets go of what refers to the store, before the fixture looks at what is left.
-  void TearDown() override { m_results.Reset(); }
+  void TearDown() override { m_hits.Reset(); }
 
-  Ref<IDataStoreResultCollectionImpl> m_results;
+  Ref<IDataStoreResultCollectionImpl> m_hits;
 };
-INSTANTIATE_TEST_SUITE_P(Stores, Hits, ::testing::Values("ATFX", "SQL"), test::NameOfKind);
+HV_BOTH_KINDS(Hits);
 
 TEST_P(Hits, MakeElementsWhenTheyAreAskedFor) {
   const std::int64_t before = cor::LiveObjectCount();
-  EXPECT_EQ("6", Ask("Count"));
-  EXPECT_EQ("Run 2", Ask("Item(1).Name"));
+  Expect({{"hits.Count", "6"}, {"hits(1).Name", "Run 2"}});
   EXPECT_EQ(before, cor::LiveObjectCount()) << "nobody holds the element any more";
-  Ref<easyImpl::IVEXElementImpl> element;
-  ASSERT_EQ(S_OK, m_results->GetItem(1, element.Put()));
-  EXPECT_EQ(Element(u"Run:5").Get(), element.Get()) << "one object as long as it is held";
-  EXPECT_EQ("Run 1|Run 2|b|A|c|z", Names(*m_results));
-
+  const auto held = Element("hits(1)");
+  EXPECT_EQ(Element("GetElementByKey('Run:5')"), held) << "one object as long as it is held";
+  EXPECT_EQ("[Run 1|Run 2|b|A|c|z]", Show("hits"));
   Instance(u"Run:5")->Delete();
-  EXPECT_EQ("323 The object is no longer valid.", Ask("Item(1).Name"));
-  EXPECT_EQ(S_OK, m_results->RemoveAt(1));
-  EXPECT_EQ("Run 1|b|A|c|z", Names(*m_results));
+  Expect({{"hits(1).Name", test::kGone}, {"hits.Remove(1)", "empty"}, {"hits", "[Run 1|b|A|c|z]"}});
 }
 
 TEST_P(Hits, AreSortedAndTakenOut) {
-  ASSERT_EQ(S_OK, m_results->SortByName(true));  // the type first: Campaign before Run
-  EXPECT_EQ("z|A|b|c|Run 1|Run 2", Names(*m_results));
-  ASSERT_EQ(S_OK, m_results->SortByProperty(u"Version", false));  // without one: first
-  EXPECT_EQ("c|b|A|z|Run 2|Run 1", Names(*m_results));
-  ASSERT_EQ(S_OK, m_results->Swap(0, 5));
-  ASSERT_EQ(S_OK, m_results->RemoveAt(1));
-  EXPECT_EQ("Run 1|A|z|Run 2|c", Names(*m_results));
+  Expect({{"hits.Sort", "empty"},
+          {"hits", "[z|A|b|c|Run 1|Run 2]"},  // the type first: Campaign before Run
+          {"hits.Sort('Version',false)", "empty"},
+          {"hits", "[c|b|A|z|Run 2|Run 1]"}});  // without one: first
+  ASSERT_EQ(S_OK, m_hits->Swap(0, 5));
+  Expect({{"hits.Remove(1)", "empty"}, {"hits", "[Run 1|A|z|Run 2|c]"}});
   std::int32_t index = 0;
-  EXPECT_EQ(S_OK, m_results->IndexOf(Element(u"Run:5").Get(), &index));
+  const auto day = Element("GetElementByKey('Sub.Test:3')");
+  EXPECT_EQ(S_OK, m_hits->IndexOf(Element("GetElementByKey('Run:5')").Get(), &index));
   EXPECT_EQ(3, index);
-  EXPECT_EQ(E_INVALIDARG, m_results->IndexOf(Element(u"Sub.Test:3").Get(), &index));
-  EXPECT_EQ(E_INVALIDARG, m_results->IndexOf(nullptr, &index));
-  ASSERT_EQ(S_OK, m_results->Append(Element(u"Sub.Test:3").Get()));
-  EXPECT_EQ("Run 1|A|z|Run 2|c|Day 1", Names(*m_results));
+  EXPECT_EQ(E_INVALIDARG, m_hits->IndexOf(day.Get(), &index));
+  EXPECT_EQ(E_INVALIDARG, m_hits->IndexOf(nullptr, &index));
+  ASSERT_EQ(S_OK, m_hits->Append(day.Get()));
+  EXPECT_EQ("[Run 1|A|z|Run 2|c|Day 1]", Show("hits"));
   for (const std::int32_t outside : {-1, 6}) {
-    Ref<easyImpl::IVEXElementImpl> element;
-    EXPECT_EQ(E_INVALIDARG, m_results->RemoveAt(outside));
-    EXPECT_EQ(E_INVALIDARG, m_results->Swap(0, outside));
-    EXPECT_EQ(E_INVALIDARG, m_results->GetItem(outside, element.Put()));
+    EXPECT_EQ(E_INVALIDARG, m_hits->RemoveAt(outside));
+    EXPECT_EQ(E_INVALIDARG, m_hits->Swap(0, outside));
+    EXPECT_EQ(NoMember(std::to_string(outside)), Show("hits(" + std::to_string(outside) + ")"));
   }
 }
 
 /// The values of a list with "|" between them.
-std::string Listed(const Variant& list) {
+std::string Listed(const test::Answer& answer) {
+  if (!answer.value.Is(VT_ARRAY | VT_VARIANT)) return answer.Shown();
   std::string all;
-  for (const Variant& value : list.AsArray()) {
-    all += (all.empty() ? "" : "|") + (value.Is(VT_ARRAY | VT_VARIANT)
-                                           ? "(" + Listed(value) + ")"
-                                           : test::Answer{S_OK, value, {}}.Shown());
+  for (const Variant& value : answer.value.AsArray()) {
+    all += (all.empty() ? "" : "|") + Listed({S_OK, value, {}});
   }
-  return all;
+  return "(" + all + ")";
 }
 
 TEST_P(Hits, GiveColumnsOfAllAtOnce) {
-  const auto column = [this](IDispatch* elements, Variant names) {
-    const auto answer = Get(elements, u"ReadColumns", std::move(names));
-    return answer.value.Is(VT_ARRAY | VT_VARIANT) ? Listed(answer.value) : answer.Shown();
+  const std::string names = "(Run 1|Run 2|b|A|c|z)";
+  const auto invalid = [](const std::string& name) {
+    return "2105 The property \"" + name + "\" is invalid. Please edit or remove this property.";
   };
-  const auto texts = [](std::initializer_list<const char16_t*> names) {
-    std::vector<Variant> all;
-    for (const char16_t* name : names) all.push_back(Variant::Text(name));
-    return Variant::Array(std::move(all));
+  m_script.Set("both", Variant::Array({Variant::Text(u"name"), Variant::Text(u"id")}));
+  m_script.Set("misspelt", Variant::Array({Variant::Text(u"Name"), Variant::Text(u"Nmae")}));
+  const std::vector<test::Line> rows{
+      {"hits.ReadColumns('name')", names},  // of entities whose own name for it is another one
+      {"hits.ReadColumns(both)", "(" + names + "|(4|5|6|7|8|3))"},
+      {"hits.ReadColumns(array)", "()"},
+      {"hits.ReadColumns(misspelt)", invalid("Nmae")},
+      {"hits.ReadColumns('Test')", invalid("Test")},
+      {"hits.ReadColumns('Channels')", invalid("Channels")},
+      {"hits.ReadColumns('Picture')", invalid("Picture")},
+      {"hits.ReadColumns('')", invalid("")},
+      {"hits.ReadColumns(0)", "refused"},
+      {"hits.Sort(missing,false)", "empty"},
+      {"hits.ReadColumns('name')", "(Run 2|Run 1|c|b|A|z)"},
+      // The members of a reference and a plain list, with a property of what they refer to.
+      {"GetElementByKey('Campaign:1').Children.ReadColumns('Name')", "(Day 1)"},
+      {"GetElementList('Run','Name = *').ReadColumns('Test.Name')", "(Day 1|Day 1|null|null|null)"},
   };
-  const auto hits = Wrap(m_results);
-  const std::string names = "Run 1|Run 2|b|A|c|z";
-  EXPECT_EQ(names, column(hits.Get(), Variant::Text(u"name"))) << "whose own name is another one";
-  EXPECT_EQ("(" + names + ")|(4|5|6|7|8|3)", column(hits.Get(), texts({u"name", u"id"})));
-  EXPECT_EQ("", column(hits.Get(), texts({})));
-  EXPECT_EQ("2105 The property \"Nmae\" is invalid. Please edit or remove this property.",
-            column(hits.Get(), texts({u"Name", u"Nmae"})));
-  for (const char16_t* name : {u"Test", u"Channels", u"Picture", u""}) {
-    EXPECT_EQ("2105", column(hits.Get(), Variant::Text(name)).substr(0, 4)) << "no property";
-  }
-  EXPECT_EQ("refused", column(hits.Get(), Variant::I4(0)));
-  ASSERT_EQ(S_OK, m_results->SortByName(false));
-  EXPECT_EQ("Run 2|Run 1|c|b|A|z", column(hits.Get(), Variant::Text(u"name")));
-  // The members of a reference and a plain list, with a property of what they refer to.
-  const auto days = CampaignTest::Wrap(Members(u"Campaign:1", u"children"));
-  EXPECT_EQ(Names(*Members(u"Campaign:1", u"children")),
-            column(days.Get(), Variant::Text(u"Name")));
-  Ref<IStoreElementListImpl> list;
-  ASSERT_EQ(S_OK, MakeStoreElementList(*m_provider, list.Put()));
-  ASSERT_EQ(S_OK, list->Append(Element(u"Run:5").Get()));
-  ASSERT_EQ(S_OK, list->Append(Element(u"Run:6").Get()));
-  const std::string test =
-      Eval(CampaignTest::Wrap(Element(u"Run:5")).Get(), "References('Test').Elements(0).Name")
-          .Shown();
-  EXPECT_EQ(test + "|null", column(CampaignTest::Wrap(list).Get(), Variant::Text(u"Test.Name")));
+  for (const auto& [line, shown] : rows) EXPECT_EQ(shown, Listed(m_script.Run(line))) << line;
   // Every value is what the property itself gives.
-  const auto campaigns = CampaignTest::Wrap(Ref<IStoreElementsImpl>(Roots()));
   for (const std::string name :
        {"Title", "Start.Date", "Score", "Count", "Big", "Byte", "Active", "Note"}) {
     std::string values;
-    for (int i = 0; i < 3; ++i) {
-      const auto item = "Item(" + std::to_string(i) + ").Properties('" + name + "').Value";
-      values += (i == 0 ? "" : "|") + Eval(campaigns.Get(), item).Shown();
+    for (const std::string index : {"0", "1", "2"}) {
+      const auto item = "RootElements(" + index + ").Properties('" + name + "').Value";
+      values += (index == "0" ? "(" : "|") + Show(item);
     }
-    EXPECT_EQ(values, column(campaigns.Get(), Variant::Text(cor::FromUtf8(name)))) << name;
+    EXPECT_EQ(values + ")", Listed(m_script.Run("RootElements.ReadColumns('" + name + "')")));
   }
 }
 
 TEST_P(Hits, TellWhetherThereAreMore) {
-  EXPECT_EQ("0", Ask("IsIncomplete"));
-  ASSERT_EQ(S_OK, m_results->SetTotal(-1));
-  EXPECT_EQ("1", Ask("IsIncomplete"));
-  EXPECT_EQ("200", Ask("MaxCount"));
-  EXPECT_EQ("empty", Put(Wrap(m_results).Get(), u"MaxCount", Variant::I4(6)).Shown());
-  ASSERT_EQ(S_OK, m_results->ClearResults());
-  EXPECT_EQ("0", Ask("Count"));
-  EXPECT_EQ("0", Ask("IsIncomplete"));
-  EXPECT_EQ("6", Ask("MaxCount")) << "that is for the next search";
-  const auto list = Wrap(m_results);
-  EXPECT_EQ("object", Get(list.Get(), u"Add", Variant::Unknown(Instance(u"Run:4").Get())).Shown());
-  EXPECT_EQ("Run 1", Ask("Item(0).Name"));
+  m_script.Set("run", Variant::Unknown(Instance(u"Run:4").Get()));
+  EXPECT_EQ("0", Show("hits.IsIncomplete"));
+  ASSERT_EQ(S_OK, m_hits->SetTotal(-1));
+  Expect({{"hits.IsIncomplete", "1"}, {"hits.MaxCount", "200"}, {"hits.MaxCount = 6", "empty"}});
+  ASSERT_EQ(S_OK, m_hits->ClearResults());
+  Expect({{"hits.Count", "0"},
+          {"hits.IsIncomplete", "0"},
+          {"hits.MaxCount", "6"},  // that is for the next search
+          {"hits.Add(run)", "Run 1"},
+          {"hits", "[Run 1]"}});
 }
 
 TEST_P(Hits, ListsKeepElementsInOrder) {
   Ref<IStoreElementListImpl> logic;
-  ASSERT_EQ(S_OK, MakeStoreElementList(*m_provider, logic.Put()));
+  ASSERT_EQ(S_OK, MakeStoreElementList(*Provider(), logic.Put()));
   ASSERT_EQ(S_OK, logic->Reserve(3));
-  for (const char16_t* key : {u"Run:5", u"Campaign:1", u"Run:4"}) {
-    ASSERT_EQ(S_OK, logic->Append(Element(key).Get()));
+  for (const char* key : {"Run:5", "Campaign:1", "Run:4"}) {
+    const std::string line = "GetElementByKey('" + std::string(key) + "')";
+    ASSERT_EQ(S_OK, logic->Append(Element(line).Get()));
   }
-  const auto list = CampaignTest::Wrap(logic);
-  EXPECT_EQ("Run 2|Cold start|Run 1", Names(*logic));
-  EXPECT_EQ("empty", Get(list.Get(), u"Sort").Shown());
-  EXPECT_EQ("Cold start|Run 1|Run 2", Names(*logic));
-  EXPECT_EQ("empty",
-            Get(list.Get(), u"Sort", Variant::Text(u"Version"), Variant::Bool(false)).Shown());
-  EXPECT_EQ("Cold start|Run 2|Run 1", Names(*logic));
-  EXPECT_EQ("empty", Get(list.Get(), u"Remove", Variant::I4(0)).Shown());
-  EXPECT_EQ("Run 2|Run 1", Names(*logic));
-  EXPECT_EQ("Cold start|Warm start|z", Names(*Roots())) << "taken out, not deleted";
+  Ref<IStoreElementList> list;
+  ASSERT_EQ(S_OK, WrapStoreElementList(logic.Get(), list.Put()));
+  m_script.Set("list", Variant::Object(list.Get()));
+  Expect({{"list", "[Run 2|Cold start|Run 1]"},
+          {"list.Sort", "empty"},
+          {"list", "[Cold start|Run 1|Run 2]"},
+          {"list.Sort('Version',false)", "empty"},
+          {"list", "[Cold start|Run 2|Run 1]"},
+          {"list.Remove(0)", "empty"},
+          {"list", "[Run 2|Run 1]"},
+          {"RootElements", "[Cold start|Warm start|z]"}});  // taken out, not deleted
   const auto other = Open();
+  const auto foreign = Ref<IInstance>::Adopt(CoreOf(*other)->GetInstance(u"Run:4"));
   Ref<easyImpl::IVEXElementImpl> element;
-  EXPECT_EQ(VEX_E_FOREIGN_ELEMENT,
-            logic->Add(Ref<IInstance>::Adopt(other->GetInstance(u"Run:4")).Get(), element.Put()));
-  EXPECT_EQ(VEX_E_BAD_TYPE_ARGUMENT, logic->Add(m_store.Get(), element.Put()));
+  EXPECT_EQ(VEX_E_FOREIGN_ELEMENT, logic->Add(foreign.Get(), element.Put()));
+  EXPECT_EQ(VEX_E_BAD_TYPE_ARGUMENT, logic->Add(Core().Get(), element.Put()));
   EXPECT_EQ(E_POINTER, logic->Add(static_cast<IUnknown*>(nullptr), element.Put()));
-  EXPECT_EQ("empty", Get(list.Get(), u"RemoveAll").Shown());
-  EXPECT_EQ("0", Eval(list.Get(), "Count").Shown());
+  Expect({{"list.RemoveAll", "empty"}, {"list.Count", "0"}});
   Ref<IVEXElement> typed;
   EXPECT_EQ(E_INVALIDARG, list->Item(Variant::I4(0), typed.Put()));
 }

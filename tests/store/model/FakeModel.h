@@ -10,9 +10,8 @@
 #include <storefabric/DataType.h>
 #include <storefabric/Ref.h>
 
-#include "cor/Counted.h"
 #include "core/objects/AttributeObjects.h"
-#include "store/core/Seam.h"
+#include "tests/store/NoModel.h"
 
 namespace hv::test {
 
@@ -23,8 +22,6 @@ using vex::IEntityList;
 using vex::IModel;
 using vex::IRelation;
 
-class FakeModel;
-
 template <class T>
 T* Given(T* object) {
   return Ref<T>::Share(object).Detach();
@@ -32,8 +29,6 @@ T* Given(T* object) {
 
 class FakeRelation final : public cor::Counted<IRelation> {
  public:
-  FakeRelation() = default;
-
   WString m_name;
   IEntity* m_target = nullptr;
   FakeRelation* m_inverse = nullptr;
@@ -48,9 +43,6 @@ class FakeRelation final : public cor::Counted<IRelation> {
   void GetBaseName(WString& name) override { name.clear(); }
   IEntity* GetSourceEntity() override { return nullptr; }
   std::int32_t GetRelationship() override { return 0; }
-
- private:
-  ~FakeRelation() override = default;
 };
 
 class FakeEntity final : public cor::Counted<IEntity> {
@@ -61,8 +53,6 @@ class FakeEntity final : public cor::Counted<IEntity> {
     std::int32_t type = vex::eString;
     Ref<FakeRelation> relation;
   };
-
-  FakeEntity() = default;
 
   WString m_name;
   bool m_isBaseOnly = false;
@@ -107,15 +97,10 @@ class FakeEntity final : public cor::Counted<IEntity> {
   IEntity* GetBaseEntity() override { return nullptr; }
   IRelation* GetRelationByName(std::u16string_view) override { return nullptr; }
   IModel* GetModel() override { return Given(m_model); }
-
- private:
-  ~FakeEntity() override = default;
 };
 
 class FakeEntityList final : public cor::Counted<IEntityList> {
  public:
-  FakeEntityList() = default;
-
   FakeEntity& Add(std::u16string_view name) {
     m_entities.push_back(MakeRef<FakeEntity>());
     m_entities.back()->m_name = name;
@@ -127,35 +112,19 @@ class FakeEntityList final : public cor::Counted<IEntityList> {
   }
 
  private:
-  ~FakeEntityList() override = default;
   std::vector<Ref<FakeEntity>> m_entities;
 };
 
 /// A model that knows one entity: the local column of the base model.
-class FakeModel final : public cor::Counted<IModel> {
+class FakeModel final : public NoModel {
  public:
   FakeModel() { m_localColumn->m_name = u"aolocalcolumn"; }
 
-  IEntityList* GetEntities() override { return nullptr; }
   IEntity* GetEntityByName(std::u16string_view name) override {
     return name == u"aolocalcolumn" ? Given<IEntity>(m_localColumn.Get()) : nullptr;
   }
-  IEntity* GetEntityOf(vex::IInstance*) override { return nullptr; }
-  std::int32_t HasModelPart(std::u16string_view) override { return 0; }
-  IEntity* GetEntity(std::u16string_view) override { return nullptr; }
-  IEntity* GetApplicationEntityOfBase(std::u16string_view) override { return nullptr; }
-  std::int32_t FindPath(IEntity*, IEntity*, WString&) override { return 0; }
-  std::uint64_t GetChangeCounter() override { return 0; }
-  std::uint64_t GetLongestValue() override { return 0; }
-  std::int32_t SupportsCustomLogic() override { return 0; }
-  std::int32_t SupportsMultipleValues() override { return 0; }
-  void GetBaseModelVersion(WString&) override {}
-  IAttribute* GetEnumerationNames() override { return nullptr; }
-  std::uint64_t GetEnumerationItemCount(std::u16string_view) override { return 0; }
-  void GetEnumerationItem(std::u16string_view, std::uint64_t, WString&, std::int64_t*) override {}
 
  private:
-  ~FakeModel() override = default;
   Ref<FakeEntity> m_localColumn = MakeRef<FakeEntity>();
 };
 

@@ -1,130 +1,113 @@
 // tests/store/session/BrowseSettingsTest.cpp - the browse settings of a session.
 #include <storefabric/IBrowseConfig.h>
-#include <storefabric/IBrowseSettings.h>
 
-#include "SessionFixture.h"
 #include "browse/BrowseConfigImpl.h"
+#include "tests/store/CampaignFixture.h"
 
 namespace hv::vex {
 namespace {
 
-using test::Eval;
-using test::Get;
-using test::NamesOf;
-using test::Obj;
-using test::Put;
-using test::Txt;
+using test::kUnknown;
 
 class BrowseSettings : public test::CampaignTest {
  protected:
-  static Ref<CDataStoreBrowseConfigImpl> ConfigOf(const Ref<IDispatch>& settings) {
-    const auto config = Get(settings.Get(), u"GetVexBrowseConfig").value;
+  /// The configuration behind the settings of a line.
+  Ref<CDataStoreBrowseConfigImpl> ConfigOf(const std::string& settings) {
+    const Variant config = m_script.Run(settings + ".GetVexBrowseConfig").value;
     EXPECT_TRUE(config.Is(VT_UNKNOWN));
     return OwnBrowseConfig(QueryRef<IBrowseConfig>(config.AsUnknown()).Get());
   }
-  static std::string Root(IDispatch* session) {
-    return Eval(session, "BrowseSettings.RootEntity.EntityType.Name").Shown();
-  }
 };
+HV_BOTH_KINDS(BrowseSettings);
 
 TEST_P(BrowseSettings, LeadFromElementToElement) {
-  const Ref<IDispatch> settings = Object("BrowseSettings");
-  const Ref<IDispatch> root = Object("RootElements(0)");
-  const Ref<IDispatch> run = Object("GetElementByKey('Run:4')");
-  const Ref<IDispatch> channel = Ref<IDispatch>::Share(
-      Get(Get(run.Get(), u"Children").Object(), u"Add", Txt(u"Speed")).Object());
-  const Ref<IDispatch> matrix = Object("CreateElement('Matrix','m')");
-  EXPECT_EQ("no object", Get(settings.Get(), u"GetParent", Obj(root)).Shown());
-  EXPECT_EQ("Day 1", Eval(Get(settings.Get(), u"GetParent", Obj(run)).Object(), "Name").Shown());
-  EXPECT_EQ("Day 1", NamesOf(Get(settings.Get(), u"GetChildren", Obj(root)).Object()));
-  EXPECT_EQ("Speed", NamesOf(Get(settings.Get(), u"GetChildren", Obj(run)).Object()));
-  EXPECT_EQ("no object", Get(settings.Get(), u"GetChildren", Obj(channel)).Shown());
-  EXPECT_EQ(
-      "Run",
-      Eval(Get(settings.Get(), u"GetBrowseEntity", Obj(run)).Object(), "EntityType.Name").Shown());
-  // Off the path that users see, the implicit branch still leads on; what isn't in either has no
-  // place.
-  EXPECT_EQ("object", Get(settings.Get(), u"GetBrowseEntity", Obj(matrix)).Shown());
-  EXPECT_EQ(
-      S_OK,
-      ConfigOf(settings)->RemoveEntity(
-          Ref<IBrowseConfigEntity>::Adopt(ConfigOf(settings)->GetEntityByName(u"Run")).Get()));
-  EXPECT_EQ("no object", Get(settings.Get(), u"GetBrowseEntity", Obj(run)).Shown());
-  EXPECT_EQ("222", Get(settings.Get(), u"GetParent", Obj(run)).Shown().substr(0, 3));
-  EXPECT_EQ("222", Get(settings.Get(), u"GetChildren", Obj(run)).Shown().substr(0, 3));
+  Expect({{"Set settings = BrowseSettings", "object"},
+          {"Set root = RootElements(0)", "Cold start"},
+          {"Set run = GetElementByKey('Run:4')", "Run 1"},
+          {"Set channel = run.Children.Add('Speed')", "Speed"},
+          {"settings.GetParent(root)", "no object"},
+          {"settings.GetParent(run)", "Day 1"},
+          {"settings.GetChildren(root)", "[Day 1]"},
+          {"settings.GetChildren(run)", "[Speed]"},
+          {"settings.GetChildren(channel)", "no object"},
+          {"settings.GetBrowseEntity(run).EntityType", "Run"},
+          // Off the path that users see, the implicit branch still leads on; what isn't in either
+          // has no place.
+          {"settings.GetBrowseEntity(CreateElement('Matrix','m')).EntityType", "Matrix"}});
+  const auto config = ConfigOf("settings");
+  EXPECT_EQ(S_OK, config->RemoveEntity(
+                      Ref<IBrowseConfigEntity>::Adopt(config->GetEntityByName(u"Run")).Get()));
+  Expect({{"settings.GetBrowseEntity(run)", "no object"},
+          {"settings.GetParent(run)",
+           "222 The argument Element<DataStore> of the method GetParent must be a Element."},
+          {"settings.GetChildren(run)",
+           "222 The argument Element<DataStore> of the method GetChildren must be a Element."}});
 }
 
 TEST_P(BrowseSettings, CopiesHaveNoEffectUntilTheyAreSet) {
-  const Ref<IDispatch> first = Object("BrowseSettings");
-  const Ref<IDispatch> second = Object("GetBrowseSettings");
-  const Ref<IDispatch> live = Object("GetBrowseSettingsInternal");
-  const Ref<IDispatch> held = Object("GetElementByKey('Campaign:1')");
-  const Ref<IModel> model = Ref<IModel>::Adopt(ConfigOf(first)->GetModel());
-  ASSERT_EQ(S_OK, ConfigOf(first)->SetSingleRoot(model.Get(), u"Sub.Test"));
-  EXPECT_EQ("Campaign", Root(m_store.Get()));
-  EXPECT_EQ("Cold start Warm start", NamesOf(Object("RootElements").Get()));
-  EXPECT_EQ(compare::kEqual, ConfigOf(second)->CompareWith(ConfigOf(live).Get()));
-
-  EXPECT_EQ("empty", Put(m_store.Get(), u"BrowseSettings", Obj(first)).Shown());
-  EXPECT_EQ("Sub.Test", Root(m_store.Get()));
-  EXPECT_EQ("Sub.Test", Eval(live.Get(), "RootEntity.EntityType.Name").Shown());
-  EXPECT_EQ("Day 1", NamesOf(Object("RootElements").Get()));
-  EXPECT_EQ("empty", Get(held.Get(), u"Refresh").Shown());
-  EXPECT_EQ("370 The element must be in the browse path.", Get(held.Get(), u"Children").Shown());
-  // A new top element joins the collection that shows the top now.
-  EXPECT_EQ("Sub.Test", Eval(m_store.Get(), "CreateElement('Sub.Test','Day 2').Type").Shown());
-  EXPECT_EQ("Campaign", Eval(m_store.Get(), "CreateElement('Campaign','Dust').Type").Shown());
-  EXPECT_EQ("Day 1 Day 2", NamesOf(Object("RootElements").Get()));
-
-  EXPECT_EQ("empty", Put(m_store.Get(), u"BrowseSettings", Obj(second)).Shown());
-  EXPECT_EQ("Cold start Warm start Dust", NamesOf(Object("RootElements").Get()));
-  EXPECT_EQ("empty", Get(held.Get(), u"Refresh").Shown());
-  EXPECT_EQ("Day 1", NamesOf(Get(held.Get(), u"Children").Object()));
+  Expect({{"Set first = BrowseSettings", "object"},
+          {"Set second = GetBrowseSettings", "object"},
+          {"Set live = GetBrowseSettingsInternal", "object"},
+          {"Set held = GetElementByKey('Campaign:1')", "Cold start"}});
+  const auto model = Ref<IModel>::Adopt(ConfigOf("first")->GetModel());
+  ASSERT_EQ(S_OK, ConfigOf("first")->SetSingleRoot(model.Get(), u"Sub.Test"));
+  EXPECT_EQ(compare::kEqual, ConfigOf("second")->CompareWith(ConfigOf("live").Get()));
+  Expect({{"BrowseSettings.RootEntity.EntityType", "Campaign"},
+          {"RootElements", "[Cold start|Warm start]"},
+          {"BrowseSettings = first", "empty"},
+          {"BrowseSettings.RootEntity.EntityType", "Sub.Test"},
+          {"live.RootEntity.EntityType", "Sub.Test"},
+          {"RootElements", "[Day 1]"},
+          {"held.Refresh", "empty"},
+          {"held.Children", "370 The element must be in the browse path."},
+          // A new top element joins the collection that shows the top now.
+          {"CreateElement('Sub.Test','Day 2').Type", "Sub.Test"},
+          {"CreateElement('Campaign','Dust').Type", "Campaign"},
+          {"RootElements", "[Day 1|Day 2]"},
+          {"BrowseSettings = second", "empty"},
+          {"RootElements", "[Cold start|Warm start|Dust]"},
+          {"held.Refresh", "empty"},
+          {"held.Children", "[Day 1]"}});
 }
 
 TEST_P(BrowseSettings, TheLiveOnesNullAndUnfitOnesChangeNothing) {
-  const Ref<IDispatch> live = Object("GetBrowseSettingsInternal");
-  const std::uint64_t stamp = ConfigOf(live)->GetGeneration();
-  EXPECT_EQ("empty", Put(m_store.Get(), u"BrowseSettings", Obj(live)).Shown());
-  EXPECT_EQ("empty", Put(m_store.Get(), u"BrowseSettings", Variant::Null()).Shown());
-  const Ref<IDataStore> other = Open("bench");
-  EXPECT_EQ("371", Put(m_store.Get(), u"BrowseSettings",
-                       Obj(Ref<IDispatch>::Share(Eval(other.Get(), "BrowseSettings").Object())))
-                       .Shown()
-                       .substr(0, 3));
-  EXPECT_EQ(stamp, ConfigOf(live)->GetGeneration());
-  EXPECT_EQ("Campaign", Root(m_store.Get()));
+  EXPECT_EQ("object", Show("Set live = GetBrowseSettingsInternal"));
+  const std::uint64_t stamp = ConfigOf("live")->GetGeneration();
+  m_script.Set("other", Variant::Object(Open("store/bench").Get()));
+  Expect({{"BrowseSettings = live", "empty"},
+          {"BrowseSettings = null", "empty"},
+          {"BrowseSettings = other.BrowseSettings",
+           "371 The browse path does not match the model of the data store."},
+          {"BrowseSettings.RootEntity.EntityType", "Campaign"}});
+  EXPECT_EQ(S_OK, m_store->SetBrowseSettings(nullptr));
+  EXPECT_EQ(stamp, ConfigOf("live")->GetGeneration());
 }
 
 TEST_P(BrowseSettings, ThoseOfAnotherStoreAreTranslated) {
-  const Ref<IDataStore> other = Open("translated");
-  EXPECT_EQ("empty", Put(other.Get(), u"BrowseSettings", Obj(Object("BrowseSettings"))).Shown());
-  EXPECT_EQ("Campaign", Root(other.Get()));
-  const auto taken = Ref<IDispatch>::Share(Eval(other.Get(), "BrowseSettings").Object());
-  EXPECT_EQ(Ref<IModel>::Adopt(CoreOf(*other.Get())->GetModel()),
-            Ref<IModel>::Adopt(ConfigOf(taken)->GetModel()));
+  const auto other = Open("browse/translated");
+  m_script.Set("other", Variant::Object(other.Get()));
+  Expect({{"other.BrowseSettings = BrowseSettings", "empty"},
+          {"other.BrowseSettings.RootEntity.EntityType", "Campaign"}});
+  EXPECT_EQ(Ref<IModel>::Adopt(CoreOf(*other)->GetModel()),
+            Ref<IModel>::Adopt(ConfigOf("other.BrowseSettings")->GetModel()));
 }
 
 TEST_P(BrowseSettings, StoreWithoutAPathHasNoTop) {
-  m_store = Open("notest");
-  EXPECT_EQ("250 Unknown error.", Ask("RootElements"));
-  EXPECT_EQ("no object", Ask("BrowseSettings.RootEntity"));
-  EXPECT_EQ("0", Ask("BrowseSettings.RootElements.Count"));
-  EXPECT_EQ("a", Ask("CreateElement('Thing','a').Name"));
-  EXPECT_EQ("no object", Get(Object("BrowseSettings").Get(), u"GetBrowseEntity",
-                             Obj(Object("GetElementList('Thing','a').Item(0)")))
-                             .Shown());
+  OpenAgain("browse/notest");
+  Expect({{"RootElements", kUnknown},
+          {"BrowseSettings.RootEntity", "no object"},
+          {"BrowseSettings.RootElements", "[]"},
+          {"Set thing = CreateElement('Thing','a')", "a"},
+          {"BrowseSettings.GetBrowseEntity(thing)", "no object"}});
 }
 
 TEST_P(BrowseSettings, OutliveTheirSession) {
-  const Ref<IDispatch> settings = Object("BrowseSettings");
-  const Ref<IDispatch> level = Object("BrowseSettings.RootEntity.ChildEntity");
+  Expect({{"Set settings = BrowseSettings", "object"},
+          {"Set level = settings.RootEntity.ChildEntity", "object"}});
+  m_script.Set("", {});
   m_store.Reset();
-  EXPECT_EQ("Cold start Warm start", NamesOf(Get(settings.Get(), u"RootElements").Object()));
-  EXPECT_EQ("Sub.Test", Eval(level.Get(), "EntityType.Name").Shown());
+  Expect({{"settings.RootElements", "[Cold start|Warm start]"}, {"level.EntityType", "Sub.Test"}});
 }
-
-HV_BOTH_KINDS(BrowseSettings);
 
 }  // namespace
 }  // namespace hv::vex

@@ -5,33 +5,17 @@
 #include <string_view>
 #include <utility>
 
-#include "cor/Counted.h"
-#include "store/core/Seam.h"
+#include "tests/store/NoModel.h"
 
 namespace hv::test {
 
 using namespace vex;  // NOLINT: the seam's vocabulary
 
 /// A model that says of itself that its browse path is fixed, and nothing else.
-class QmdModel final : public cor::Counted<IModel> {
- public:
-  IEntityList* GetEntities() override { return nullptr; }
-  IEntity* GetEntityByName(std::u16string_view) override { return nullptr; }
-  IEntity* GetEntityOf(IInstance*) override { return nullptr; }
+class QmdModel final : public NoModel {
   std::int32_t HasModelPart(std::u16string_view identifier) override {
     return identifier == u"/DataModels/VEX/QMD/1_0" ? 1 : 0;
   }
-  IEntity* GetEntity(std::u16string_view) override { return nullptr; }
-  IEntity* GetApplicationEntityOfBase(std::u16string_view) override { return nullptr; }
-  std::int32_t FindPath(IEntity*, IEntity*, WString&) override { return 0; }
-  std::uint64_t GetChangeCounter() override { return 0; }
-  std::uint64_t GetLongestValue() override { return 0; }
-  std::int32_t SupportsCustomLogic() override { return 0; }
-  std::int32_t SupportsMultipleValues() override { return 0; }
-  void GetBaseModelVersion(WString&) override {}
-  IAttribute* GetEnumerationNames() override { return nullptr; }
-  std::uint64_t GetEnumerationItemCount(std::u16string_view) override { return 0; }
-  void GetEnumerationItem(std::u16string_view, std::uint64_t, WString&, std::int64_t*) override {}
 };
 
 /// A store of the engine with faults.
