@@ -15,7 +15,7 @@
 #include "store/model/ModelPropertyInt.h"
 #include "store/model/ModelReferenceInt.h"
 #include "tests/elements/EngineFixture.h"
-#include "tests/elements/Script.h"
+#include "tests/store/ScriptLines.h"
 #include "tests/store/model/FakeModel.h"
 
 namespace hv::vex {
@@ -28,17 +28,32 @@ using test::FakeEntityList;
 class EntityFill : public ::testing::Test {
  protected:
   ~EntityFill() override {
+    m_script = test::Script();
     m_collection.Reset();
     m_cache.Reset();
     m_list.Reset();
+    m_model.Reset();
     EXPECT_EQ(m_objectsBefore, cor::LiveObjectCount());
   }
-  std::string Names() { return test::NamesOf(MakeRef<CEntityCollInt>(m_collection).Get()); }
+  std::string Fill(Result expected = S_OK) {
+    EXPECT_EQ(expected, m_collection->Fill(*m_list, *m_cache));
+    m_script.Set("all", Variant::Object(MakeRef<CEntityCollInt>(m_collection).Get()));
+    return m_script.Show("all");
+  }
+  /// The references of an entity, as a host sees them.
+  std::string Refer(FakeEntity& entity) {
+    entity.m_model = m_model.Get();
+    Fill();
+    return m_script.Show("Set references = all(0).ModelReferences");
+  }
+  void Expect(const std::vector<test::Line>& lines) { m_script.Expect(lines); }
 
   std::int64_t m_objectsBefore = cor::LiveObjectCount();
+  Ref<test::FakeModel> m_model = MakeRef<test::FakeModel>();
   Ref<FakeEntityList> m_list = MakeRef<FakeEntityList>();
   Ref<CEntityImplCache> m_cache = MakeRef<CEntityImplCache>();
   Ref<CEntityCollImpl> m_collection = MakeRef<CEntityCollImpl>();
+  test::Script m_script;
 };
 
 TEST_F(EntityFill, LeavesOutWhatOnlyTheBaseModelHas) {
@@ -46,39 +61,30 @@ TEST_F(EntityFill, LeavesOutWhatOnlyTheBaseModelHas) {
   m_list->Add(u"AoTest").m_isBaseOnly = true;  // the text decides, letter by letter
   m_list->Add(u"aoOwn");
   m_list->Add(u"Own");
-  EXPECT_EQ(S_OK, m_collection->Fill(*m_list, *m_cache));
-  EXPECT_EQ("AoTest aoOwn Own", Names());
+  EXPECT_EQ("[AoTest|aoOwn|Own]", Fill());
 }
 
 TEST_F(EntityFill, TellsOfANameThatComesTwiceAndGoesOn) {
-  m_list->Add(u"A");
-  m_list->Add(u"B");
-  m_list->Add(u"A");
-  m_list->Add(u"a");  // another name
-  EXPECT_EQ(E_ACCESSDENIED, m_collection->Fill(*m_list, *m_cache));
-  EXPECT_EQ("A B a", Names());
+  for (const char16_t* name : {u"A", u"B", u"A", u"a"}) m_list->Add(name);
+  EXPECT_EQ("[A|B|a]", Fill(E_ACCESSDENIED));
 }
 
-struct FailureCase {
-  const char* name;
-  std::int32_t thrown;
-  Result code;
-};
-class EntityFailure : public EntityFill, public ::testing::WithParamInterface<FailureCase> {};
-TEST_P(EntityFailure, IsTheResultAndLeavesTheEntityOut) {
+TEST_F(EntityFill, LeavesOutAnEntityThatFails) {
   m_list->Add(u"A");
-  m_list->Add(u"Bad").m_failure = GetParam().thrown;
+  FakeEntity& bad = m_list->Add(u"Bad");
   m_list->Add(u"C");
-  EXPECT_EQ(GetParam().code, m_collection->Fill(*m_list, *m_cache));
-  EXPECT_EQ("A C", Names());
-  Ref<IEntityImpl> entity;
-  EXPECT_EQ(E_INVALIDARG, m_cache->Get(u"Bad", entity.Put()));
+  const std::pair<std::int32_t, Result> kCodes[] = {
+      {-800, E_OUTOFMEMORY}, {-1008, E_PENDING}, {-1999, E_FAIL}};
+  for (const auto& [thrown, code] : kCodes) {
+    SCOPED_TRACE(thrown);
+    bad.m_failure = thrown;
+    m_collection = MakeRef<CEntityCollImpl>();
+    m_cache = MakeRef<CEntityImplCache>();
+    EXPECT_EQ("[A|C]", Fill(code));
+    Ref<IEntityImpl> entity;
+    EXPECT_EQ(E_INVALIDARG, m_cache->Get(u"Bad", entity.Put()));
+  }
 }
-INSTANTIATE_TEST_SUITE_P(Codes, EntityFailure,
-                         ::testing::Values(FailureCase{"OutOfMemory", -800, E_OUTOFMEMORY},
-                                           FailureCase{"Timeout", -1008, E_PENDING},
-                                           FailureCase{"AnyOther", -1999, E_FAIL}),
-                         [](const auto& row) { return std::string(row.param.name); });
 
 TEST_F(EntityFill, CacheGivesOneObjectPerName) {
   FakeEntity& upper = m_list->Add(u"AoTest");
@@ -95,90 +101,38 @@ TEST_F(EntityFill, CacheGivesOneObjectPerName) {
   EXPECT_EQ(first, again);
   EXPECT_EQ(S_OK, m_cache->Get(u"aotest", again.Put()));
   EXPECT_EQ(other, again);
-}
-
-TEST_F(EntityFill, CacheRefusesBadArguments) {
-  Ref<IEntityImpl> entity;
-  EXPECT_EQ(E_POINTER, m_cache->GetOrCreate(nullptr, entity.Put()));
-  EXPECT_EQ(E_POINTER, m_cache->GetOrCreate(&m_list->Add(u"A"), nullptr));
+  EXPECT_EQ(E_POINTER, m_cache->GetOrCreate(nullptr, first.Put()));
+  EXPECT_EQ(E_POINTER, m_cache->GetOrCreate(&upper, nullptr));
   EXPECT_EQ(E_POINTER, m_cache->Get(u"A", nullptr));
-  EXPECT_EQ(E_INVALIDARG, m_cache->Get(u"", entity.Put()));
-  EXPECT_EQ(E_INVALIDARG, m_cache->Get(u"Nobody", entity.Put()));
+  EXPECT_EQ(E_INVALIDARG, m_cache->Get(u"", first.Put()));
 }
 
-class ReferenceFill : public EntityFill {
- protected:
-  ~ReferenceFill() override { m_references.Reset(); }
-
-  /// The references of an entity, as a host sees them.
-  IDispatch* ReferencesOf(FakeEntity& entity) {
-    entity.m_model = m_model.Get();
-    EXPECT_EQ(S_OK, m_collection->Fill(*m_list, *m_cache));
-    Ref<IEntityImpl> logic;
-    EXPECT_EQ(S_OK, m_cache->Get(entity.m_name, logic.Put()));
-    EXPECT_EQ(S_OK, MakeRef<CEntityInt>(logic)->get_ModelReferences(m_references.Put()));
-    return m_references.Get();
-  }
-
-  Ref<IModelReferences> m_references;
-  Ref<test::FakeModel> m_model = MakeRef<test::FakeModel>();
-};
-
-TEST_F(ReferenceFill, LeavesOutTheValuesOfALocalColumn) {
+TEST_F(EntityFill, LeavesOutTheValuesOfALocalColumnAndNamesThatComeTwice) {
   FakeEntity& column = m_list->Add(u"Column");
   column.m_isLocalColumn = true;
   column.AddRelation(u"Content", u"Values", nullptr);
   column.AddRelation(u"Matrix", u"submatrix", nullptr);
-  IDispatch* const references = ReferencesOf(column);
-  EXPECT_EQ("Matrix", test::NamesOf(references));
-  EXPECT_EQ("0", test::Eval(references, "Exists('values')").Shown());
-  EXPECT_EQ("0", test::Eval(references, "Exists('Content')").Shown());
+  column.AddRelation(u"matrix", u"second", nullptr);
+  EXPECT_EQ("[Matrix]", Refer(column));
+  Expect({{"references.Exists('values')", "0"},
+          {"references.Exists('Content')", "0"},
+          {"references('second')", "Matrix"}});  // the one that stayed
 }
 
-TEST_F(ReferenceFill, ShowsReferencesToValuesElsewhere) {
-  FakeEntity& other = m_list->Add(u"Other");
-  other.AddRelation(u"Content", u"values", nullptr);
-  EXPECT_EQ("Content", test::NamesOf(ReferencesOf(other)));
-}
-
-TEST_F(ReferenceFill, DropsANameThatComesTwice) {
-  FakeEntity& entity = m_list->Add(u"E");
-  entity.AddRelation(u"R", u"first", nullptr);
-  entity.AddRelation(u"r", u"second", nullptr);
-  IDispatch* const references = ReferencesOf(entity);
-  EXPECT_EQ("R", test::NamesOf(references));
-  // Its base name leads to the one that stayed.
-  EXPECT_EQ("R", test::Eval(references, "Item('second').Name").Shown());
-}
-
-TEST_F(ReferenceFill, GivesOccurrencesAsTheEngineSaysThem) {
-  FakeEntity& entity = m_list->Add(u"E");
-  entity.AddRelation(u"R", u"", nullptr);
-  IDispatch* const references = ReferencesOf(entity);
-  EXPECT_EQ("3", test::Eval(references, "Item(0).MinOccur").Shown());
-  EXPECT_EQ("-7", test::Eval(references, "Item(0).MaxOccur").Shown());
-}
-
-TEST_F(ReferenceFill, AReferenceMayLeadNowhere) {
+TEST_F(EntityFill, ShowsOtherReferencesAsTheEngineSaysThem) {
   FakeEntity& entity = m_list->Add(u"E");
   const auto stranger = MakeRef<FakeEntity>();
   stranger->m_name = u"Stranger";
-  entity.AddRelation(u"NoTarget", u"", nullptr);
+  entity.AddRelation(u"Content", u"values", nullptr);
   entity.AddRelation(u"Unknown", u"", stranger.Get());
-  IDispatch* const references = ReferencesOf(entity);
-  for (const char* name : {"NoTarget", "Unknown"}) {
-    SCOPED_TRACE(name);
-    const std::string item = "Item('" + std::string(name) + "')";
-    EXPECT_EQ("250 Unknown error.", test::Eval(references, item + ".EntityType").Shown());
-    EXPECT_EQ("245 Inverse not implemented.", test::Eval(references, item + ".Inverse").Shown());
-  }
-  Ref<IModelReference> reference;
-  ASSERT_EQ(S_OK, m_references->Item(Variant::Text(u"Unknown"), reference.Put()));
-  Ref<IModelEntity> target;
-  EXPECT_EQ(E_FAIL, reference->get_EntityType(target.Put()));
-  Ref<IModelReference> inverse;
-  EXPECT_EQ(E_NOTIMPL, reference->get_Inverse(inverse.Put()));
-  EXPECT_EQ(nullptr, inverse.Get());
+  EXPECT_EQ("[Content|Unknown]", Refer(entity));
+  Expect({{"references(0).MinOccur", "3"},
+          {"references(0).MaxOccur", "-7"},
+          // They may lead nowhere.
+          {"references(0).EntityType", test::kUnknown},
+          {"references(0).Inverse", "245 Inverse not implemented."},
+          {"references(1).EntityType", test::kUnknown},
+          {"references(1).Inverse", "245 Inverse not implemented."}});
 }
 
 /// A plug-in that only remembers how it was asked to write.
@@ -273,69 +227,58 @@ class RefusingReferences final : public cor::Counted<IModelReferenceCollImpl> {
   Result GetIterator(easyImpl::tIIteratorImpl<IModelReferenceImpl>**) override { return g_answer; }
 };
 
-struct MessageCase {
-  const char* object;
-  const char* call;
-  Result code;
-  const char* shown;
-};
-
 TEST(ModelMessages, StandAsInTheTable) {
-  const auto model = MakeRef<CDataStoreModelInt>(MakeRef<RefusingModel>());
-  const auto entity = MakeRef<CEntityInt>(MakeRef<RefusingEntity>());
-  const auto property = MakeRef<CModelPropertyInt>(MakeRef<RefusingProperty>());
-  const auto reference = MakeRef<CModelReferenceInt>(MakeRef<RefusingReference>());
-  const auto references = MakeRef<CModelReferenceCollInt>(MakeRef<RefusingReferences>());
-  const std::map<std::string, IDispatch*> objects{{"model", model.Get()},
-                                                  {"entity", entity.Get()},
-                                                  {"property", property.Get()},
-                                                  {"reference", reference.Get()},
-                                                  {"references", references.Get()}};
-  constexpr const char* kMemory = "207 The application is out of memory.";
-  constexpr const char* kGone = "323 The object is no longer valid.";
-  constexpr const char* kUnknown = "250 Unknown error.";
-  const MessageCase rows[] = {
-      {"model", "Entities", E_NOTIMPL, "245 GetEntities not implemented."},
-      {"model", "Entities", E_PENDING, "241 The operation GetEntities was timed out."},
-      {"model", "Entities", VEX_E_OBJECT_GONE, kGone},
-      {"model", "Entities", E_OUTOFMEMORY, kMemory},
-      {"model", "Entities", E_UNEXPECTED, kUnknown},
-      {"model", "Export('/a/b.atfx')", E_FAIL,
-       "358 Cannot write the file /a/b.atfx. Maybe the file is write protected or the path does "
-       "not exist."},
-      {"model", "Export('x')", E_NOTIMPL, "245 Export not implemented."},
-      {"model", "Export('x')", E_PENDING, "241 The operation Export was timed out."},
-      {"model", "Export('x')", E_ACCESSDENIED, kUnknown},
-      {"entity", "Name", E_FAIL, kUnknown},
-      {"entity", "ModelProperties", E_PENDING, "241 The operation ModelProperties was timed out."},
-      {"entity", "ModelReferences", VEX_E_OBJECT_GONE, kGone},
-      {"entity", "SubTypes", E_ACCESSDENIED, kUnknown},
-      {"entity", "SuperType", E_OUTOFMEMORY, kMemory},
-      {"entity", "IsBaseType", E_NOTIMPL, "245 IsBaseType not implemented."},
-      {"entity", "IsKindOf('x')", E_PENDING, "241 The operation IsKindOf was timed out."},
-      {"property", "BaseName", VEX_E_NOT_BASE_PROPERTY, "343 This property is no base property."},
-      {"property", "BaseName", E_NOTIMPL, "245 GetBaseName not implemented."},
-      {"property", "BaseName", E_FAIL, kUnknown},
-      {"property", "DataType", E_FAIL, kUnknown},
-      {"reference", "Inverse", E_NOTIMPL, "245 Inverse not implemented."},
-      {"reference", "EntityType", E_FAIL, kUnknown},
-      {"reference", "BaseName", E_PENDING, "241 The operation BaseName was timed out."},
-      {"references", "Item('x')", E_INVALIDARG,
-       "215 The index x does not correspond to a member of the collection."},
-      {"references", "Item('x')", E_NOTIMPL,
-       "254 Properties and methods which change the contents of an object can only be called on "
-       "data which is loaded."},
-      {"references", "_NewEnum", E_NOTIMPL, "245 _NewEnum not implemented."},
-      {"references", "Exists('x')", E_NOTIMPL,
-       "254 Properties and methods which change the contents of an object can only be called on "
-       "data which is loaded."},
-      {"references", "Exists('x')", E_PENDING, "241 The operation Exists was timed out."},
-      {"references", "Exists('x')", E_FAIL, "0"},  // no row: no error
+  test::Script script;
+  script.Set("model", Variant::Object(MakeRef<CDataStoreModelInt>(MakeRef<RefusingModel>()).Get()));
+  script.Set("entity", Variant::Object(MakeRef<CEntityInt>(MakeRef<RefusingEntity>()).Get()));
+  script.Set("property",
+             Variant::Object(MakeRef<CModelPropertyInt>(MakeRef<RefusingProperty>()).Get()));
+  script.Set("reference",
+             Variant::Object(MakeRef<CModelReferenceInt>(MakeRef<RefusingReference>()).Get()));
+  script.Set("references",
+             Variant::Object(MakeRef<CModelReferenceCollInt>(MakeRef<RefusingReferences>()).Get()));
+  const std::string memory = "207 The application is out of memory.";
+  const std::string notLoaded =
+      "254 Properties and methods which change the contents of an object can only be called on "
+      "data which is loaded.";
+  const std::string cannotWrite =
+      "358 Cannot write the file x. Maybe the file is write protected or the path does not exist.";
+  const auto timedOut = [](const std::string& operation) {
+    return "241 The operation " + operation + " was timed out.";
   };
-  for (const MessageCase& row : rows) {
-    SCOPED_TRACE(std::string(row.object) + "." + row.call);
-    g_answer = row.code;
-    EXPECT_EQ(row.shown, test::Eval(objects.at(row.object), row.call).Shown());
+  const std::pair<Result, test::Line> rows[] = {
+      {E_NOTIMPL, {"model.Entities", "245 GetEntities not implemented."}},
+      {E_PENDING, {"model.Entities", timedOut("GetEntities")}},
+      {VEX_E_OBJECT_GONE, {"model.Entities", test::kGone}},
+      {E_OUTOFMEMORY, {"model.Entities", memory}},
+      {E_UNEXPECTED, {"model.Entities", test::kUnknown}},
+      {E_FAIL, {"model.Export('x')", cannotWrite}},
+      {E_PENDING, {"model.Export('x')", timedOut("Export")}},
+      {E_ACCESSDENIED, {"model.Export('x')", test::kUnknown}},
+      {E_FAIL, {"entity.Name", test::kUnknown}},
+      {E_PENDING, {"entity.ModelProperties", timedOut("ModelProperties")}},
+      {VEX_E_OBJECT_GONE, {"entity.ModelReferences", test::kGone}},
+      {E_ACCESSDENIED, {"entity.SubTypes", test::kUnknown}},
+      {E_OUTOFMEMORY, {"entity.SuperType", memory}},
+      {E_NOTIMPL, {"entity.IsBaseType", "245 IsBaseType not implemented."}},
+      {E_PENDING, {"entity.IsKindOf('x')", timedOut("IsKindOf")}},
+      {VEX_E_NOT_BASE_PROPERTY, {"property.BaseName", test::kNotBase}},
+      {E_NOTIMPL, {"property.BaseName", "245 GetBaseName not implemented."}},
+      {E_FAIL, {"property.BaseName", test::kUnknown}},
+      {E_FAIL, {"property.DataType", test::kUnknown}},
+      {E_NOTIMPL, {"reference.Inverse", "245 Inverse not implemented."}},
+      {E_FAIL, {"reference.EntityType", test::kUnknown}},
+      {E_PENDING, {"reference.BaseName", timedOut("BaseName")}},
+      {E_INVALIDARG, {"references.Item('x')", test::NoMember("x")}},
+      {E_NOTIMPL, {"references.Item('x')", notLoaded}},
+      {E_NOTIMPL, {"references._NewEnum", "245 _NewEnum not implemented."}},
+      {E_NOTIMPL, {"references.Exists('x')", notLoaded}},
+      {E_PENDING, {"references.Exists('x')", timedOut("Exists")}},
+      {E_FAIL, {"references.Exists('x')", "0"}},  // no row: no error
+  };
+  for (const auto& [code, line] : rows) {
+    g_answer = code;
+    script.Expect({line});
   }
   g_answer = S_OK;
 }

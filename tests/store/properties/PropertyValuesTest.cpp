@@ -1,9 +1,5 @@
 // store/properties/PropertyValuesTest.cpp - values of properties: written, refused, made longer,
 // kept.
-#include <string>
-
-#include <gtest/gtest.h>
-
 #include "tests/store/properties/RigFixture.h"
 
 namespace hv::vex {
@@ -59,7 +55,7 @@ TEST_F(StorePropertyValues, AreTakenByTypeOrRefused) {
   for (const Row& row : rows) {
     for (std::size_t i = 0; i < std::size(properties); ++i) {
       SCOPED_TRACE(std::string(row.name) + " in " + cor::ToUtf8(properties[i]));
-      const std::string item = "Item('" + cor::ToUtf8(properties[i]) + "').Value";
+      const std::string item = "p('" + cor::ToUtf8(properties[i]) + "').Value";
       const std::string before = Ask(item);
       Ref<IPropertyImpl> property;
       ASSERT_EQ(S_OK, m_logic->GetItemByName(properties[i], property.Put()));
@@ -76,63 +72,57 @@ TEST_F(StorePropertyValues, TextsAreWrittenLikeVariants) {
   Ref<IPropertyImpl> property;
   ASSERT_EQ(S_OK, m_logic->GetItemByName(u"State", property.Put()));
   EXPECT_EQ(S_OK, property->SetValueText(u"off"));
-  EXPECT_EQ("off", Ask("Item('State').Value"));
   EXPECT_EQ(VEX_E_VALUE_TYPE, property->SetValueText(u"broken"));
-  EXPECT_EQ("off", Ask("Item('State').Value"));
+  EXPECT_EQ("off", Ask("p('State').Value"));
 }
 
 TEST_F(StorePropertyValues, ListsGrowByWritingBehindTheirEnd) {
-  EXPECT_EQ("empty", WriteAt(u"Tags", 5, Variant::Text(u"last")));
-  EXPECT_EQ("6", Ask("Item('Tags').Size"));
+  EXPECT_EQ("empty", Ask("p('Tags').Values(5) = 'last'"));
   EXPECT_EQ("hot dry    last", ValuesOf("Tags"));
-  EXPECT_EQ("empty", WriteAt(u"Tags", 7, Variant()));
-  EXPECT_EQ("empty", WriteAt(u"Tags", 7, Variant::Null()));
-  EXPECT_EQ("6", Ask("Item('Tags').Size"));
-  EXPECT_EQ("empty", WriteAt(u"Levels", 2, Variant::I4(3)));
+  Expect({{"p('Tags').Values(7) = empty", "empty"},
+          {"p('Tags').Values(7) = null", "empty"},
+          {"p('Tags').Size", "6"},
+          {"p('Levels').Values(2) = 3", "empty"}});
   EXPECT_EQ("1 2 3", ValuesOf("Levels"));
-  EXPECT_EQ("empty", Write(u"Levels", Variant::I4(9)));
+  EXPECT_EQ("empty", Ask("p('Levels').Value = 9"));
   EXPECT_EQ("9 2 3", ValuesOf("Levels"));
   Show(u"Rig:2");
-  EXPECT_EQ("empty", Write(u"Levels", Variant::Null()));
-  EXPECT_EQ("0", Ask("Item('Levels').Size"));
-  EXPECT_EQ("empty", WriteAt(u"Levels", 1, Variant::I4(5)));
+  Expect({{"p('Levels').Value = null", "empty"},
+          {"p('Levels').Size", "0"},
+          {"p('Levels').Values(1) = 5", "empty"}});
   EXPECT_EQ("0 5", ValuesOf("Levels"));
 }
 
 TEST_F(StorePropertyValues, ThatAreHeldFollowTheRecord) {
-  const test::Answer held = Answered("Item('Title')");
-  const test::Answer levels = Answered("Item('Levels')");
-  Show(u"Rig:1");  // another list, as after a refresh of the element
-  ListInstanceProperties();
-  EXPECT_EQ("empty", Write(u"Title", Variant::Text(u"Renamed")));
-  EXPECT_EQ("empty", WriteAt(u"Levels", 2, Variant::I4(3)));
-  EXPECT_EQ("Renamed", test::Eval(held.Object(), "Value").Shown());
-  EXPECT_EQ("3", test::Eval(levels.Object(), "Values(2)").Shown());
-  EXPECT_EQ("empty", test::Put(levels.Object(), u"Values", Variant::I4(3), Variant::I4(4)).Shown());
+  Expect({{"Set title = p('Title')", "Title"}, {"Set levels = p('Levels')", "Levels"}});
+  Show(u"Rig:1", true);  // another list, as after a refresh of the element
+  Expect({{"p('Title').Value = 'Renamed'", "empty"},
+          {"p('Levels').Values(2) = 3", "empty"},
+          {"title.Value", "Renamed"},
+          {"levels.Values(2)", "3"},
+          {"levels.Values(3) = 4", "empty"}});
   EXPECT_EQ("1 2 3 4", ValuesOf("Levels"));
   // What is written past the properties is seen as well.
   Instance(u"Rig:1").As<IContainer>()->SetString(u"name", u"Again");
-  EXPECT_EQ("Again", test::Eval(held.Object(), "Value").Shown());
-  EXPECT_EQ("Again", Ask("Item('Title').Value"));
+  Expect({{"title.Value", "Again"}, {"p('Title').Value", "Again"}});
 }
 
 TEST_F(StorePropertyValues, AreSavedWithTheStore) {
-  ListInstanceProperties();
-  ASSERT_EQ("empty", Write(u"Built", Variant::Date(40000.25)));
-  ASSERT_EQ("empty", WriteAt(u"Tags", 2, Variant::Text(u"new")));
-  ASSERT_EQ("object", Add(u"Count", Variant::I4(12), eI64));
-  ASSERT_EQ("empty", Ask("Remove('Weather')"));
+  List();
+  m_script.Set("date", Variant::Date(40000.25));
+  Expect({{"p('Built').Value = date", "empty"},
+          {"p('Tags').Values(2) = 'new'", "empty"},
+          {"p.Add('Count',12,4)", "Count"},
+          {"p.Remove('Weather')", "empty"}});
   EXPECT_NE(0, m_store->GetState(3));
   m_store->Save(u"");
-  m_properties.Reset();
-  m_logic.Reset();
   OpenRig(u"<filename>");
-  ListInstanceProperties();
-  EXPECT_EQ("7/6/2009 6:00:00 AM", Ask("Item('Built').Value"));
+  List();
+  Expect({{"p('Built').Value", "7/6/2009 6:00:00 AM"},
+          {"p('Count').Value", "12"},
+          {"p('Count').DataType", "4"},
+          {"p", Names("|Wind|Count")}});
   EXPECT_EQ("hot dry new", ValuesOf("Tags"));
-  EXPECT_EQ("12", Ask("Item('Count').Value"));
-  EXPECT_EQ("4", Ask("Item('Count').DataType"));
-  EXPECT_EQ(std::string(test::kRigNames) + " Wind Count", Names());
 }
 
 }  // namespace

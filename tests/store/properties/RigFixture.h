@@ -7,11 +7,12 @@
 #include "store/properties/StorePropertiesImpl.h"
 #include "store/properties/StorePropertiesInt.h"
 #include "tests/elements/EngineFixture.h"
-#include "tests/elements/Script.h"
+#include "tests/store/ScriptLines.h"
 
 namespace hv::test {
 
-/// Opens a copy of tests/data/store/properties/rig.atfx in a session of the engine.
+/// Opens a copy of tests/data/store/properties/rig.atfx in a session of the engine. In scripts,
+/// `p` are the properties of the record that is shown.
 class RigTest : public FleetTest {
  protected:
   RigTest() {
@@ -29,49 +30,37 @@ class RigTest : public FleetTest {
     Show(u"Rig:1");
   }
   /// Makes the properties of a record, as its element does.
-  void Show(std::u16string_view key) {
+  void Show(std::u16string_view key, bool listInstanceProperties = false) {
     m_logic = MakeRef<vex::CStorePropertiesImpl>(*Instance(key));
     ASSERT_EQ(S_OK, m_logic->Fill());
     m_properties = MakeRef<vex::CStorePropertiesInt>(m_logic);
+    m_script.Set("p", Variant::Object(m_properties.Get()));
+    List(listInstanceProperties);
   }
-  void ListInstanceProperties(bool list = true) {
-    ASSERT_EQ(S_OK, m_logic->SetListInstanceProperties(list ? 1 : 0));
+  void List(bool listInstanceProperties = true) {
+    ASSERT_EQ(S_OK, m_logic->SetListInstanceProperties(listInstanceProperties ? 1 : 0));
   }
 
-  /// What an expression from the list on gives, as `Answer::Shown` shows it.
-  std::string Ask(std::string_view expression) { return Answered(expression).Shown(); }
-  Answer Answered(std::string_view expression) { return Eval(m_properties.Get(), expression); }
-  std::string Names() { return NamesOf(m_properties.Get()); }
-  std::string Add(std::u16string_view name, Variant value, std::int32_t type) {
-    return Get(m_properties.Get(), u"Add", Variant::Text(name), std::move(value), Variant::I4(type))
-        .Shown();
-  }
-  /// `Properties(name).Value = value`
-  std::string Write(std::u16string_view name, Variant value) {
-    return Put(Index(m_properties.Get(), Variant::Text(name)).Object(), u"Value", std::move(value))
-        .Shown();
-  }
-  /// `Properties(name).Values(index) = value`
-  std::string WriteAt(std::u16string_view name, std::int32_t index, Variant value) {
-    return Put(Index(m_properties.Get(), Variant::Text(name)).Object(), u"Values",
-               Variant::I4(index), std::move(value))
-        .Shown();
-  }
+  std::string Ask(std::string_view line) { return m_script.Show(line); }
+  void Expect(const std::vector<Line>& lines) { m_script.Expect(lines); }
   /// All values of a property, with blanks between them.
   std::string ValuesOf(const std::string& name) {
+    const std::string item = "p('" + name + "').";
     std::string all;
-    const int size = std::stoi(Ask("Item('" + name + "').Size"));
+    const int size = std::stoi(Ask(item + "Size"));
     for (int i = 0; i < size; ++i) {
-      all += (i == 0 ? "" : " ") + Ask("Item('" + name + "').Values(" + std::to_string(i) + ")");
+      all += (i == 0 ? "" : " ") + Ask(item + "Values(" + std::to_string(i) + ")");
     }
     return all;
+  }
+  static std::string Names(const std::string& further = "") {
+    return "[Id|Title|Built|Double|Float|Short|Long|LongLong|Byte|Active|State|Tags|Levels|flags" +
+           further + "]";
   }
 
   Ref<vex::CStorePropertiesImpl> m_logic;
   Ref<vex::CStorePropertiesInt> m_properties;
+  Script m_script;
 };
-
-inline constexpr const char* kRigNames =
-    "Id Title Built Double Float Short Long LongLong Byte Active State Tags Levels flags";
 
 }  // namespace hv::test
