@@ -5,7 +5,6 @@
 #include "elements/InterfaceFactory.h"
 #include "store/core/CoreLibrary.h"
 #include "store/elements/DataStoreInterfaceFactory.h"
-#include "store/elements/IReferencesImpl.h"
 #include "tests/store/CampaignFixture.h"
 
 namespace hv::vex {
@@ -100,19 +99,6 @@ TEST_P(Elements, HaveReferencesByNameBaseNameAndPath) {
           {"all('')", NoMember("")},
           {"all(2)", NoMember("2")},
           {"all(null)", test::kNoKey}});
-  Ref<IReferencesImpl> logic;
-  ASSERT_EQ(S_OK, MakeReferences(*Provider(), *Instance(u"Campaign:1"), logic.Put()));
-  WString unique;
-  EXPECT_EQ(E_NOTIMPL, logic->RemoveAt(0));
-  EXPECT_EQ(E_NOTIMPL, logic->RemoveByName(u"Best"));
-  EXPECT_EQ(E_NOTIMPL, logic->Clear());
-  EXPECT_EQ(E_NOTIMPL, logic->Swap(0, 1));
-  EXPECT_EQ(E_NOTIMPL, logic->Rename(u"Best", u"Worst", &unique));
-  for (const std::u16string_view name : {u"Best", u"Worst"}) {
-    bool exists = name != u"Best";
-    EXPECT_EQ(S_OK, logic->Exists(name, &exists));
-    EXPECT_EQ(name == u"Best", exists);
-  }
 }
 
 TEST_P(Elements, OutsideTheBrowsePathHaveNoPlace) {
@@ -308,7 +294,6 @@ TEST_P(Elements, AreMadeByAProviderThatKnowsItsStore) {
   EXPECT_FALSE(location.empty());
   EXPECT_EQ(S_OK, provider->GetParameters(&text));
   EXPECT_EQ(0U, text.view().find(u"<filename>"));
-  EXPECT_EQ(E_NOTIMPL, provider->Reserved());
   EXPECT_EQ(E_POINTER, provider->CreateRootElements(nullptr));
   EXPECT_EQ(E_POINTER, provider->GetElement(Instance(u"Run:4").Get(), nullptr));
   Ref<IStoreElementImpl> element;

@@ -190,17 +190,6 @@ class RefusingModel final : public cor::Counted<IDataStoreModelImpl> {
   Result SetStore(IStore*) override { return g_answer; }
   Result GetCache(IEntityImplCache**) override { return g_answer; }
 };
-class RefusingEntity final : public cor::Counted<IEntityImpl> {
- public:
-  Result GetName(WString*) override { return g_answer; }
-  Result GetModelProperties(IModelPropertyCollImpl**) override { return g_answer; }
-  Result GetModelReferences(IModelReferenceCollImpl**) override { return g_answer; }
-  Result GetSubTypes(IEntityCollImpl**) override { return g_answer; }
-  Result GetSuperType(IEntityImpl**) override { return g_answer; }
-  Result IsKindOf(std::u16string_view, std::int32_t*) override { return g_answer; }
-  Result IsBaseType(std::int32_t*) override { return g_answer; }
-  Result Reserved() override { return g_answer; }
-};
 class RefusingProperty final : public cor::Counted<IModelPropertyImpl> {
  public:
   Result GetName(WString*) override { return g_answer; }
@@ -208,15 +197,6 @@ class RefusingProperty final : public cor::Counted<IModelPropertyImpl> {
   Result GetBaseName(WString*) override { return g_answer; }
   Result GetMinOccur(std::int32_t*) override { return g_answer; }
   Result GetMaxOccur(std::int32_t*) override { return g_answer; }
-};
-class RefusingReference final : public cor::Counted<IModelReferenceImpl> {
- public:
-  Result GetName(WString*) override { return g_answer; }
-  Result GetEntityType(IEntityImpl**) override { return g_answer; }
-  Result GetBaseName(WString*) override { return g_answer; }
-  Result GetMinOccur(std::int32_t*) override { return g_answer; }
-  Result GetMaxOccur(std::int32_t*) override { return g_answer; }
-  Result GetInverse(IModelReferenceImpl**) override { return g_answer; }
 };
 class RefusingReferences final : public cor::Counted<IModelReferenceCollImpl> {
  public:
@@ -230,11 +210,8 @@ class RefusingReferences final : public cor::Counted<IModelReferenceCollImpl> {
 TEST(ModelMessages, StandAsInTheTable) {
   test::Script script;
   script.Set("model", Variant::Object(MakeRef<CDataStoreModelInt>(MakeRef<RefusingModel>()).Get()));
-  script.Set("entity", Variant::Object(MakeRef<CEntityInt>(MakeRef<RefusingEntity>()).Get()));
   script.Set("property",
              Variant::Object(MakeRef<CModelPropertyInt>(MakeRef<RefusingProperty>()).Get()));
-  script.Set("reference",
-             Variant::Object(MakeRef<CModelReferenceInt>(MakeRef<RefusingReference>()).Get()));
   script.Set("references",
              Variant::Object(MakeRef<CModelReferenceCollInt>(MakeRef<RefusingReferences>()).Get()));
   const std::string memory = "207 The application is out of memory.";
@@ -255,20 +232,10 @@ TEST(ModelMessages, StandAsInTheTable) {
       {E_FAIL, {"model.Export('x')", cannotWrite}},
       {E_PENDING, {"model.Export('x')", timedOut("Export")}},
       {E_ACCESSDENIED, {"model.Export('x')", test::kUnknown}},
-      {E_FAIL, {"entity.Name", test::kUnknown}},
-      {E_PENDING, {"entity.ModelProperties", timedOut("ModelProperties")}},
-      {VEX_E_OBJECT_GONE, {"entity.ModelReferences", test::kGone}},
-      {E_ACCESSDENIED, {"entity.SubTypes", test::kUnknown}},
-      {E_OUTOFMEMORY, {"entity.SuperType", memory}},
-      {E_NOTIMPL, {"entity.IsBaseType", "245 IsBaseType not implemented."}},
-      {E_PENDING, {"entity.IsKindOf('x')", timedOut("IsKindOf")}},
       {VEX_E_NOT_BASE_PROPERTY, {"property.BaseName", test::kNotBase}},
       {E_NOTIMPL, {"property.BaseName", "245 GetBaseName not implemented."}},
       {E_FAIL, {"property.BaseName", test::kUnknown}},
       {E_FAIL, {"property.DataType", test::kUnknown}},
-      {E_NOTIMPL, {"reference.Inverse", "245 Inverse not implemented."}},
-      {E_FAIL, {"reference.EntityType", test::kUnknown}},
-      {E_PENDING, {"reference.BaseName", timedOut("BaseName")}},
       {E_INVALIDARG, {"references.Item('x')", test::NoMember("x")}},
       {E_NOTIMPL, {"references.Item('x')", notLoaded}},
       {E_NOTIMPL, {"references._NewEnum", "245 _NewEnum not implemented."}},
