@@ -150,8 +150,8 @@ TEST_P(Collections, LinkAndUnlinkRecords) {
         test::kUnknown}});
   Ref<IStoreElementsImpl> nowhere;
   Ref<IStoreElementImpl> none;
-  ASSERT_EQ(S_OK, MakeReferencedElements(*Provider(), *Instance(u"Campaign:1"), u"Runs.Nothing",
-                                         nowhere.Put()));
+  ASSERT_EQ(S_OK, MakeReferencedElements(*Provider(), *Instance(u"Campaign:1"),
+                                         u"Vehicle.Runs.Nothing", nowhere.Put()));
   EXPECT_EQ(E_FAIL, nowhere->Add(u"x", none.Put()));
 }
 

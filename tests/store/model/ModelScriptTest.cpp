@@ -87,7 +87,9 @@ TEST_F(FleetModel, ShowsPropertiesOfPropertyTypesOnly) {
           {"properties.Exists('name')", "1"},
           {"properties('Picture')", NoMember("Picture")},
           {"properties('Driver')", NoMember("Driver")},
+          {"properties('nothing')", NoMember("nothing")},
           {"properties(14)", NoMember("14")},
+          {"properties(null)", test::kNoKey},
           {"properties._NewEnum", "refused"}});
   for (const std::string name :
        {"NAME", "", "nothing", "Picture", "Sheet", "Raw", "Z", "ZZ", "Driver"}) {
