@@ -8,8 +8,8 @@
 #include "elements/PropertyInt.h"
 #include "elements/VEXElementInt.h"
 #include "tests/elements/EngineFixture.h"
-#include "tests/elements/Script.h"
 #include "tests/elements/TestElement.h"
+#include "tests/support/Script.h"
 
 namespace hv::vex::easyImpl {
 namespace {
@@ -49,7 +49,7 @@ TEST_F(FleetElements, ShowTheirInstance) {
                {"Item(1).Parent", "no object"},
                {"Item(1).Path", "245 Path not implemented."},
                {"Item(1).TransportDataCollection", "245 TransportDataCollection not implemented."},
-               {"Item(1).Name='Andes'", "empty"},
+               {"Item(1).Name = 'Andes'", "empty"},
                {"Item(1).Name", "Andes"},
                {"Item(1).Properties('Title').Value", "Andes"}});
   const auto instance = Eval(m_elements.Get(), "Item(1).Instance");
@@ -78,7 +78,7 @@ TEST_F(FleetElements, ThatAreDeletedSaySoEverywhere) {
   const auto element = Eval(m_elements.Get(), "Item(1)");
   m_instances[1]->Delete();
   for (const char* member : {"Name", "Type", "Properties", "Instance", "DisplayName", "DisplayType",
-                             "IsKindOf('x')", "Refresh", "Name='x'"}) {
+                             "IsKindOf('x')", "Refresh", "Name = 'x'"}) {
     ExpectShown(element.Object(), {{member, "323 The object is no longer valid."}});
   }
 }
@@ -102,8 +102,8 @@ TEST_F(FleetElements, AreFoundAndTakenOutOfTheList) {
   ExpectShown(m_elements.Get(), {{"RemoveAll", "empty"},
                                  {"Count", "0"},
                                  {"MaxCount", "200"},
-                                 {"MaxCount=1", "empty"},
-                                 {"MaxCount=0", "250 Unknown error."},
+                                 {"MaxCount = 1", "empty"},
+                                 {"MaxCount = 0", "250 Unknown error."},
                                  {"MaxCount", "1"},
                                  {"IsIncomplete", "0"}});
   m_logic->SetIsIncomplete(true);
@@ -217,21 +217,21 @@ TEST_F(FleetElements, RaiseTheMessagesOfTheTable) {
     Result code;
     const char* shown;
   } const kRows[] = {
-      {"Element", "Name='x'", E_NOTIMPL, kNotLoaded},
-      {"Element", "Name='x'", E_ACCESSDENIED,
+      {"Element", "Name = 'x'", E_NOTIMPL, kNotLoaded},
+      {"Element", "Name = 'x'", E_ACCESSDENIED,
        "210 The DirectAccessChannel has already been added to a ChannelGroup.  Its name can now no "
        "longer be changed."},
-      {"Element", "Name='x'", E_INVALIDARG,
+      {"Element", "Name = 'x'", E_INVALIDARG,
        "209 The text x is not a valid value for the property Name."},
-      {"Element", "Name='x'", E_POINTER,
+      {"Element", "Name = 'x'", E_POINTER,
        "209 The text Name is not a valid value for the property NULL."},
-      {"Element", "Name='x'", E_OUTOFMEMORY, "207 The application is out of memory."},
+      {"Element", "Name = 'x'", E_OUTOFMEMORY, "207 The application is out of memory."},
       {"Element", "Name", E_PENDING, "241 The operation Name was timed out."},
       {"Element", "Children", E_NOTIMPL, "245 Children not implemented."},
       {"Element", "Children", E_FAIL, "250 Unknown error."},
       {"Element", "Refresh", VEX_E_OBJECT_GONE, "323 The object is no longer valid."},
-      {"Elements", "Add(nothing)", E_NOTIMPL, kNotLoaded},
-      {"Elements", "Add(nothing)", E_ACCESSDENIED, kLocked},
+      {"Elements", "Add(none)", E_NOTIMPL, kNotLoaded},
+      {"Elements", "Add(none)", E_ACCESSDENIED, kLocked},
       {"Elements", "Remove(3)", E_NOTIMPL, kNotLoaded},
       {"Elements", "Remove(3)", E_ACCESSDENIED, kLocked},
       {"Elements", "RemoveAll", E_NOTIMPL, kNotLoaded},
@@ -253,14 +253,15 @@ TEST_F(FleetElements, RaiseTheMessagesOfTheTable) {
       {"Properties", "Exists('x')", E_PENDING, "241 The operation Exists was timed out."},
       {"Properties", "Add('x',3)", E_INVALIDARG,
        "212 The text Add is not a valid value for the argument Name of the method NULL."},
-      {"Property", "Value='x'", E_NOTIMPL, kNotLoaded},
-      {"Property", "Value='x'", E_ACCESSDENIED, "220 The property Colour is a readonly property."},
-      {"Property", "Value='x'", DISP_E_TYPEMISMATCH,
+      {"Property", "Value = 'x'", E_NOTIMPL, kNotLoaded},
+      {"Property", "Value = 'x'", E_ACCESSDENIED,
+       "220 The property Colour is a readonly property."},
+      {"Property", "Value = 'x'", DISP_E_TYPEMISMATCH,
        "218 Properties cannot be created with the type String."},
       {"Property", "Values(3)", E_NOTIMPL, kNotLoaded},
       {"Property", "Values(3)", E_INVALIDARG, kOutOfRange},
-      {"Property", "Values(3)='x'", E_NOTIMPL, kNotLoaded},
-      {"Property", "Values(3)='x'", E_INVALIDARG, kOutOfRange},
+      {"Property", "Values(3) = 'x'", E_NOTIMPL, kNotLoaded},
+      {"Property", "Values(3) = 'x'", E_INVALIDARG, kOutOfRange},
       {"Property", "Size", E_FAIL, "250 Unknown error."},
   };
   for (const auto& row : kRows) {

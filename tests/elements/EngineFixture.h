@@ -4,7 +4,6 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <fstream>
 #include <string>
 #include <string_view>
 
@@ -16,26 +15,16 @@
 #include "core/objects/EnvironmentObject.h"
 #include "core/plugins/atfx/AtfxPlugin.h"
 #include "store/core/Seam.h"
+#include "tests/support/TempFolder.h"
 
 namespace hv::test {
-
-inline std::string ReadFile(const std::filesystem::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
 
 /// Opens a copy of tests/data/store/model/fleet.atfx and counts objects: none may be left over.
 class FleetTest : public ::testing::Test {
  protected:
   FleetTest() : m_objectsBefore(cor::LiveObjectCount()) {
-    const auto* const info = ::testing::UnitTest::GetInstance()->current_test_info();
-    std::string name = std::string(info->test_suite_name()) + "." + info->name();
-    for (char& c : name) c = c == '/' ? '_' : c;
-    m_folder = std::filesystem::temp_directory_path() / ("storefabric-" + name);
-    std::filesystem::remove_all(m_folder);
-    std::filesystem::create_directories(m_folder);
     std::filesystem::copy_file(std::string(HV_TEST_DATA_DIR) + "/store/model/fleet.atfx",
-                               m_folder / "fleet.atfx");
+                               m_folder.File("fleet.atfx"));
     m_environment = MakeRef<vex::engine::EnvironmentObject>(
         std::span<const vex::engine::PluginInfo>(&vex::engine::kAtfxPlugin, 1));
     m_store = Open(u"<filename>");
@@ -44,13 +33,12 @@ class FleetTest : public ::testing::Test {
     m_store.Reset();
     m_environment.Reset();
     EXPECT_EQ(m_objectsBefore, cor::LiveObjectCount()) << "an object is still held";
-    std::filesystem::remove_all(m_folder);
   }
 
   /// The file again, in a session of its own. The tag may have an attribute.
   Ref<vex::IStore> Open(std::u16string_view tag) {
     const WString parameters =
-        WString(tag) + cor::FromUtf8((m_folder / "fleet.atfx").string()) + u"</filename>";
+        WString(tag) + cor::FromUtf8(m_folder.File("fleet.atfx").string()) + u"</filename>";
     return Ref<vex::IStore>::Adopt(
         m_environment->OpenStoreByParameter(u"", u"ATFX", parameters, 0));
   }
@@ -59,7 +47,7 @@ class FleetTest : public ::testing::Test {
   }
 
   std::int64_t m_objectsBefore;
-  std::filesystem::path m_folder;
+  TempFolder m_folder;
   Ref<vex::IEnvironment> m_environment;
   Ref<vex::IStore> m_store;
 };

@@ -8,7 +8,7 @@
 #include "elements/PropertyInt.h"
 #include "elements/ValueVariant.h"
 #include "tests/elements/EngineFixture.h"
-#include "tests/elements/Script.h"
+#include "tests/support/Script.h"
 
 namespace hv::vex::easyImpl {
 namespace {
@@ -130,9 +130,9 @@ TEST_F(FleetProperties, ListsGrowByWritingBehindTheirEnd) {
     }
     return all;
   };
-  ExpectShown(levels.Object(), {{"Values(1)=20", "empty"}, {"Values(3)=4", "empty"}});
+  ExpectShown(levels.Object(), {{"Values(1) = 20", "empty"}, {"Values(3) = 4", "empty"}});
   EXPECT_EQ("1 20 3 4 ", shown());
-  ExpectShown(levels.Object(), {{"Values(6)=7", "empty"}});
+  ExpectShown(levels.Object(), {{"Values(6) = 7", "empty"}});
   EXPECT_EQ("1 20 3 4 0 0 7 ", shown());
   Ref<IPropertyImpl> logic;
   ASSERT_EQ(S_OK, m_logic->GetItemByName(u"Levels", logic.Put()));
@@ -151,7 +151,8 @@ TEST_F(FleetProperties, RaiseTheMessagesOfTheTable) {
       m_properties.Get(),
       {{"Item('Tags').Values(2)", "211 The index 2 is out of range for the property Values."},
        {"Item('Tags').Values(-1)", "211 The index -1 is out of range for the property Values."},
-       {"Item('Title').Values(1)='x'", "211 The index 1 is out of range for the property Values."},
+       {"Item('Title').Values(1) = 'x'",
+        "211 The index 1 is out of range for the property Values."},
        {"Item('nothing')", "250 Unknown error."},
        {"Item(16)", "215 The index 16 does not correspond to a member of the collection."},
        {"Item(-1)", "215 The index -1 does not correspond to a member of the collection."},
@@ -162,7 +163,7 @@ TEST_F(FleetProperties, RaiseTheMessagesOfTheTable) {
   m_store.Reset();
   m_store = Open(u"<filename readonly='yes'>");
   ExpectShown(PropertiesOf(u"Campaign:1").Get(),
-              {{"Item('Title').Value=1", "220 The property Title is a readonly property."},
+              {{"Item('Title').Value = 1", "220 The property Title is a readonly property."},
                {"Item('Title').Value", "Alps"}});
 }
 

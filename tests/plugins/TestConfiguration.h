@@ -3,11 +3,9 @@
 #pragma once
 
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <string>
 
-#include <unistd.h>
+#include "tests/support/TempFolder.h"
 
 namespace hv::test {
 
@@ -15,12 +13,7 @@ namespace hv::test {
 class TestConfiguration {
  public:
   /// Without `binDir`.
-  TestConfiguration() {
-    m_folder =
-        std::filesystem::temp_directory_path() / ("storefabric-test-" + std::to_string(::getpid()));
-    std::filesystem::create_directories(m_folder);
-    ::setenv("STOREFABRIC_CONFIG", m_folder.c_str(), 1);
-  }
+  TestConfiguration() { ::setenv("STOREFABRIC_CONFIG", m_folder.Path().c_str(), 1); }
   explicit TestConfiguration(const std::string& binDir) : TestConfiguration() {
     std::string escaped;
     for (const char c : binDir) escaped.append(c == '\\' ? 2 : 1, c);
@@ -28,18 +21,12 @@ class TestConfiguration {
   }
   TestConfiguration(const TestConfiguration&) = delete;
   TestConfiguration& operator=(const TestConfiguration&) = delete;
-  ~TestConfiguration() {
-    ::unsetenv("STOREFABRIC_CONFIG");
-    std::error_code unused;
-    std::filesystem::remove_all(m_folder, unused);
-  }
+  ~TestConfiguration() { ::unsetenv("STOREFABRIC_CONFIG"); }
 
-  void WriteMachine(const std::string& text) const {
-    std::ofstream(m_folder / "machine.reg", std::ios::binary) << text;
-  }
+  void WriteMachine(const std::string& text) const { m_folder.Write("machine.reg", text); }
 
  private:
-  std::filesystem::path m_folder;
+  TempFolder m_folder;
 };
 
 }  // namespace hv::test

@@ -20,7 +20,8 @@
 #include "store/elements/StoreElementFactory.h"
 #include "store/session/DataStoreEnvironmentInt.h"
 #include "tests/plugins/TestConfiguration.h"
-#include "tests/store/ScriptLines.h"
+#include "tests/support/Script.h"
+#include "tests/support/TempFolder.h"
 
 namespace hv::test {
 
@@ -28,13 +29,7 @@ namespace hv::test {
 /// the end no object may be left over, and the engine has to be unloaded.
 class CampaignTest : public ::testing::TestWithParam<const char*> {
  protected:
-  CampaignTest()
-      : m_configuration(HV_BINARY_DIR "/lib"),
-        m_alive(cor::LiveObjectCount()),
-        m_folder(std::filesystem::temp_directory_path() /
-                 ("storefabric-campaign-" + std::to_string(::getpid()))) {
-    std::filesystem::remove_all(m_folder);
-    std::filesystem::create_directories(m_folder);
+  CampaignTest() : m_configuration(HV_BINARY_DIR "/lib"), m_alive(cor::LiveObjectCount()) {
     OpenAgain();
   }
   ~CampaignTest() override {
@@ -43,13 +38,12 @@ class CampaignTest : public ::testing::TestWithParam<const char*> {
     void* const engine = ::dlopen(HV_BINARY_DIR "/lib/vexex.so", RTLD_NOW | RTLD_NOLOAD);
     EXPECT_EQ(nullptr, engine) << "nobody needs the engine any more";
     if (engine) ::dlclose(engine);
-    std::filesystem::remove_all(m_folder);
   }
 
   static bool IsDatabase() { return std::string_view(GetParam()) == "SQL"; }
   [[nodiscard]] std::string File(const std::string& data) const {
     const std::string name = std::filesystem::path(data).filename().string();
-    return (m_folder / (name + (IsDatabase() ? ".sqlite" : ".atfx"))).string();
+    return m_folder.File(name + (IsDatabase() ? ".sqlite" : ".atfx")).string();
   }
   /// A session of its own with this test's copy of a store of the test data.
   [[nodiscard]] Ref<vex::IDataStore> Open(const std::string& data = "browse/campaign",
@@ -132,7 +126,7 @@ class CampaignTest : public ::testing::TestWithParam<const char*> {
 
   TestConfiguration m_configuration;
   std::int64_t m_alive;
-  std::filesystem::path m_folder;
+  TempFolder m_folder;
 };
 
 #define HV_BOTH_KINDS(Suite)                                               \

@@ -6,10 +6,9 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 #include <string>
 
-#include <unistd.h>
+#include "tests/support/TempFolder.h"
 
 namespace hv::xml {
 namespace {
@@ -225,10 +224,9 @@ TEST(SaxParser, HandlersSeeThePlaceAndEndTheParseTheirOwnWay) {
 }
 
 TEST(SaxParser, ReadsFilesAndNamesThoseItCannotRead) {
-  const auto path = std::filesystem::temp_directory_path() /
-                    ("sax_parser_test_" + std::to_string(::getpid()) + ".xml");
+  const test::TempFolder folder;
   const std::string text = "<a>" + Repeated("<b x='1'>text</b>\n", 20000) + "</a>";
-  std::ofstream(path, std::ios::binary) << text;
+  const std::filesystem::path path = folder.Write("a.xml", text);
   SaxParser parser;
   Recorder recorder;
   parser.ParseFile(path, recorder);

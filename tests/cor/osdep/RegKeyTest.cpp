@@ -12,7 +12,7 @@
 #include <map>
 #include <string>
 
-#include <unistd.h>
+#include "tests/support/TempFolder.h"
 
 namespace hv::cor::osdep {
 namespace {
@@ -23,8 +23,6 @@ namespace fs = std::filesystem;
 class RegKeyTest : public ::testing::Test {
  protected:
   RegKeyTest() {
-    std::string name = (fs::temp_directory_path() / "reg_key_test_XXXXXX").string();
-    m_directory = ::mkdtemp(name.data());
     for (const char* variable : kVariables) {
       if (const char* const value = std::getenv(variable)) m_saved[variable] = value;
     }
@@ -33,8 +31,6 @@ class RegKeyTest : public ::testing::Test {
   ~RegKeyTest() override {
     for (const char* variable : kVariables) ::unsetenv(variable);
     for (const auto& [variable, value] : m_saved) ::setenv(variable, value.c_str(), 1);
-    std::error_code ignored;
-    fs::remove_all(m_directory, ignored);
   }
 
   void Write(const fs::path& file, std::string_view content) const {
@@ -59,7 +55,8 @@ class RegKeyTest : public ::testing::Test {
 
   static constexpr const char* kVariables[] = {"STOREFABRIC_CONFIG", "XDG_CONFIG_HOME",
                                                "XDG_CONFIG_DIRS", "HOME"};
-  fs::path m_directory;
+  test::TempFolder m_folder;
+  const fs::path& m_directory = m_folder.Path();
 
  private:
   std::map<const char*, std::string> m_saved;

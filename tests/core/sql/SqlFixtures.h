@@ -2,7 +2,6 @@
 #pragma once
 
 #include <sqlite3.h>
-#include <stdlib.h>
 
 #include <filesystem>
 #include <memory>
@@ -13,28 +12,11 @@
 #include "core/plugins/sql/SqlPlugin.h"
 
 #include "ContractModel.h"
+#include "tests/support/TempFolder.h"
 
 namespace hv::vex::engine::test {
 
-/// A folder that goes with this object.
-class TempFolder final {
- public:
-  TempFolder() {
-    std::string name = (std::filesystem::temp_directory_path() / "sf-sql-XXXXXX").string();
-    m_path = mkdtemp(name.data());
-  }
-  TempFolder(const TempFolder&) = delete;
-  TempFolder& operator=(const TempFolder&) = delete;
-  ~TempFolder() {
-    std::error_code unused;
-    std::filesystem::remove_all(m_path, unused);
-  }
-  std::filesystem::path File(std::string_view name) const { return m_path / name; }
-  const std::filesystem::path& Path() const { return m_path; }
-
- private:
-  std::filesystem::path m_path;
-};
+using hv::test::TempFolder;
 
 /// The parameters of a file. Parameters only look at their text, so it is kept for good.
 inline ConnectParameters FileParameters(const std::filesystem::path& path,

@@ -118,7 +118,7 @@ TEST_F(ConditionsTest, GiveTheStoresNameWhereItTakesNoLists) {
       MakeRef<CDataStoreConditionCollInt>(MakeRef<OneValue>(&m_query, m_model.Get())).Get(),
       {{"Add('Test','Name','=','a OR b')",
         "326 The data store Bench does not support multiple values connected with OR."},
-       {"Logic='C1 OR C2'",
+       {"Logic = 'C1 OR C2'",
         "325 The data store Bench does not support queries with a custom logical operation (e.g. "
         "with \"OR\")."}});
 }

@@ -248,7 +248,7 @@ TEST_F(ConditionsTest, AskTheQueryBeforeTheyCountValues) {
 TEST_F(ConditionsTest, AnswerByName) {
   ExpectShown(m_face.Get(),
               {{"AddOrderBy('Test','Size',0).OrderBy", "0"},
-               {"Item(1).OrderBy=1", "245 OrderBy not implemented."},
+               {"Item(1).OrderBy = 1", "245 OrderBy not implemented."},
                {"AddOrderBy('Test','Size',2)", "245 AddOrderBy not implemented."},
                {"Count", "2"},  // the condition stays
                {"AddOrderBy('Tset','Size',0)",
@@ -266,15 +266,15 @@ TEST_F(ConditionsTest, AnswerByName) {
     ExpectShown(m_face.Get(),
                 {{"Item(" + index + ")", refused}, {"Remove(" + index + ")", refused}});
   }
-  ExpectShown(m_face.Get(),
-              {{"Logic='C1 XOR C2'", "298 The provided logical operation: C1 XOR C2 is not valid."},
-               {"Logic='OR'", "empty"},
-               {"Remove(1)", "empty"},
-               {"Logic", "C2"},
-               {"Renumber", "empty"},
-               {"Logic", "C1"},
-               {"RemoveAll", "empty"},
-               {"Count", "0"}});
+  ExpectShown(m_face.Get(), {{"Logic = 'C1 XOR C2'",
+                              "298 The provided logical operation: C1 XOR C2 is not valid."},
+                             {"Logic = 'OR'", "empty"},
+                             {"Remove(1)", "empty"},
+                             {"Logic", "C2"},
+                             {"Renumber", "empty"},
+                             {"Logic", "C1"},
+                             {"RemoveAll", "empty"},
+                             {"Count", "0"}});
   EXPECT_EQ(E_POINTER, m_face->Add(u"", u"", u"", Variant(), nullptr)) << "before all other checks";
 }
 

@@ -11,7 +11,7 @@
 #include "cor/Counted.h"
 #include "query/conditions/ConditionCollInt.h"
 #include "query/conditions/DataStoreConditionCollImpl.h"
-#include "tests/elements/Script.h"
+#include "tests/support/Script.h"
 
 namespace hv::vex::test {
 

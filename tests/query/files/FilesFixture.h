@@ -3,9 +3,6 @@
 
 #include <storefabric/ITextStream.h>
 
-#include <fstream>
-#include <iterator>
-
 #include "query/files/QueryFiles.h"
 #include "query/files/QueryInfoSetLoader.h"
 #include "query/files/QueryInfoSetSaver.h"

@@ -175,7 +175,7 @@ TEST_F(QueryFiles, KeepWhatHoldsAndRefuseTheRest) {
 
 TEST_F(QueryFiles, FindTheirNamesInAnotherStore) {
   Fill("Title|=|x;Campaign|Start.Date|>=|@20200101;Channel|Name|=|n", u"C1 OR C3");
-  const std::string path = (m_folder / "a&b.query").string();
+  const std::string path = m_folder.File("a&b.query").string();
   ASSERT_EQ(S_OK, SaveQueryFile(m_query.Get(), cor::FromUtf8(path)));
   const Ref<IStore> other = OpenFile(HV_TEST_DATA_DIR "/browse/campaign.atfx");
   const auto query = MakeRef<CDataStoreAdvancedQueryImpl>(*other, nullptr);

@@ -31,10 +31,8 @@ class QueryInfoSet : public QueryFiles {
   static Ref<IDispatch> Automation(const Ref<CDataStoreAdvancedQueryImpl>& query) {
     return MakeRef<CDataStoreQueryInt>(query).As<IDispatch>();
   }
-  WString PathOf(std::string_view name) const { return cor::FromUtf8((m_folder / name).string()); }
-  std::string Bytes(std::string_view name) const {
-    std::ifstream file(m_folder / name, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
+  WString PathOf(std::string_view name) const {
+    return cor::FromUtf8(m_folder.File(name).string());
   }
 };
 
@@ -65,7 +63,8 @@ TEST_F(QueryInfoSet, HoldsAQueryAndColumnsBesideEachOther) {
   EXPECT_EQ(std::u16string_view(u""), read->stored[0].columns[1].typeName);
   EXPECT_EQ(-1, read->stored[0].columns[1].width);
   EXPECT_FALSE(read->stored[1].automaticColumns);
-  EXPECT_NE(std::string::npos, Bytes("a.query").find("<asamcolumn_manager>\n  <version>6574665<"));
+  EXPECT_NE(std::string::npos,
+            m_folder.Read("a.query").find("<asamcolumn_manager>\n  <version>6574665<"));
 }
 
 TEST_F(QueryInfoSet, TellsWhatIsWrong) {
@@ -126,7 +125,7 @@ TEST_F(QueryInfoSet, TellsWhatIsWrong) {
 TEST_F(QueryInfoSet, LeavesTheOldFileWhenWritingFails) {
   Fill("Title|=|x");
   ASSERT_EQ(S_OK, SaveQueryFile(m_query.Get(), PathOf("a.query")));
-  const std::string old = Bytes("a.query");
+  const std::string old = m_folder.Read("a.query");
   rlimit limit{};
   ASSERT_EQ(0, getrlimit(RLIMIT_FSIZE, &limit));
   const rlimit small{old.size() / 2, limit.rlim_max};
@@ -136,8 +135,8 @@ TEST_F(QueryInfoSet, LeavesTheOldFileWhenWritingFails) {
   setrlimit(RLIMIT_FSIZE, &limit);
   std::signal(SIGXFSZ, earlier);
   EXPECT_EQ(VEX_E_NOT_STORE_QUERY, SaveQueryFile(nullptr, PathOf("a.query")));
-  EXPECT_EQ(old, Bytes("a.query"));
-  EXPECT_EQ(1, std::distance(std::filesystem::directory_iterator(m_folder), {}));
+  EXPECT_EQ(old, m_folder.Read("a.query"));
+  EXPECT_EQ(1, std::distance(std::filesystem::directory_iterator(m_folder.Path()), {}));
 }
 
 }  // namespace

@@ -2,8 +2,8 @@
 #include "query/objects/SessionQueries.h"
 #include "store/session/DataStoreImpl.h"
 #include "store/session/DataStoreInt.h"
-#include "tests/elements/Script.h"
 #include "tests/query/files/FilesFixture.h"
+#include "tests/support/Script.h"
 
 namespace hv::vex {
 namespace {
@@ -25,7 +25,7 @@ class SessionFiles : public QueryFiles {
   /// `session.SaveQuery(query, path)`
   std::string Saved(const Ref<IDispatch>& session, const Ref<IDispatch>& query, const char* name) {
     return Get(session.Get(), u"SaveQuery", Variant::Object(query.Get()),
-               Variant::Text(cor::FromUtf8((m_folder / name).string())))
+               Variant::Text(cor::FromUtf8(m_folder.File(name).string())))
         .Shown();
   }
 };
@@ -36,7 +36,7 @@ TEST_F(SessionFiles, SaveAndLoadByName) {
   ExpectShown(query.Get(), {{"Conditions.Add('MeaResult','Title','=','a OR b').Name", "C1"}});
   EXPECT_EQ("empty", Saved(session, query, "q & <a>.vex"));
 
-  const std::string folder = m_folder.string() + "/";
+  const std::string folder = m_folder.Path().string() + "/";
   const Ref<IStore> other = OpenFile(HV_TEST_DATA_DIR "/browse/campaign.atfx");
   const Ref<IDispatch> there = Session(*other);
   const auto loaded = Eval(there.Get(), "LoadQuery('" + folder + "q & <a>.vex')");
@@ -47,8 +47,8 @@ TEST_F(SessionFiles, SaveAndLoadByName) {
   for (const std::string& text :
        {std::string("no document"), Whole("<asamquery_manager/>"),
         Document("<returntype_name>wheel</returntype_name>"), std::string()}) {
-    std::ofstream(m_folder / "bad.vex") << text;
-    if (text.empty()) std::filesystem::remove(m_folder / "bad.vex");
+    m_folder.Write("bad.vex", text);
+    if (text.empty()) std::filesystem::remove(m_folder.File("bad.vex"));
     ExpectShown(session.Get(),
                 {{"LoadQuery('" + folder + "bad.vex')",
                   "340 The file " + folder +

@@ -2,12 +2,12 @@
 #pragma once
 
 #include "cor/Counted.h"
-#include "store/core/Seam.h"
+#include "tests/support/NoModel.h"
 
 namespace hv::test {
 
 /// Has the entities of a real model, counts its changes, and may be able to do less.
-class ChangingModel final : public cor::Counted<vex::IModel> {
+class ChangingModel final : public NoModel {
  public:
   explicit ChangingModel(const Ref<vex::IStore>& store)
       : m_model(Ref<vex::IModel>::Adopt(store->GetModel())) {}
@@ -40,8 +40,6 @@ class ChangingModel final : public cor::Counted<vex::IModel> {
   std::int32_t SupportsMultipleValues() override { return m_several; }
   void GetBaseModelVersion(WString& version) override { m_model->GetBaseModelVersion(version); }
   vex::IAttribute* GetEnumerationNames() override { return m_model->GetEnumerationNames(); }
-  std::uint64_t GetEnumerationItemCount(std::u16string_view) override { return 0; }
-  void GetEnumerationItem(std::u16string_view, std::uint64_t, WString&, std::int64_t*) override {}
 
  private:
   ~ChangingModel() override = default;

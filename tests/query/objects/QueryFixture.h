@@ -16,6 +16,7 @@
 #include "store/core/CoreLibrary.h"
 #include "store/core/Seam.h"
 #include "tests/plugins/TestConfiguration.h"
+#include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -26,15 +27,11 @@ class QueryTest : public ::testing::Test {
  protected:
   QueryTest() : m_configuration(HV_BINARY_DIR "/lib"), m_objects(cor::LiveObjectCount()) {
     HostInit();
-    m_folder = std::filesystem::temp_directory_path() /
-               ("storefabric-query-" + std::to_string(::getpid()));
-    std::filesystem::create_directories(m_folder);
   }
   ~QueryTest() override {
     m_query.Reset();
     m_store.Reset();
     EXPECT_EQ(m_objects, cor::LiveObjectCount()) << "an object is still held";
-    std::filesystem::remove_all(m_folder);
     HostCleanup();
   }
 
@@ -49,10 +46,10 @@ class QueryTest : public ::testing::Test {
   /// The same records in a database.
   Ref<IStore> OpenBenchDatabase() {
     const Ref<IStore> file = OpenBench();
-    const WString target = FileTag(m_folder / "bench.sqlite");
+    const WString target = FileTag(m_folder.File("bench.sqlite"));
     const auto environment = GetEngineEnvironment();
     Ref<IExporter>::Adopt(environment->CreateExporter(u"SQL", u"", target, file.Get()))->Run();
-    return OpenFile((m_folder / "bench.sqlite").string(), u"SQL");
+    return OpenFile(m_folder.File("bench.sqlite").string(), u"SQL");
   }
 
   void Use(Ref<IStore> store) {
@@ -135,7 +132,7 @@ class QueryTest : public ::testing::Test {
 
   Ref<IStore> m_store;
   Ref<CDataStoreAdvancedQueryImpl> m_query;
-  std::filesystem::path m_folder;
+  test::TempFolder m_folder;
 
  private:
   test::TestConfiguration m_configuration;

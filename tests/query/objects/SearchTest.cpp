@@ -3,8 +3,8 @@
 #include "query/objects/SessionQueries.h"
 #include "store/session/DataStoreImpl.h"
 #include "store/session/DataStoreInt.h"
-#include "tests/elements/Script.h"
 #include "tests/query/objects/QueryFixture.h"
+#include "tests/support/Script.h"
 
 namespace hv::vex {
 namespace {

@@ -5,9 +5,9 @@
 #include "browse/BrowseOperations.h"
 #include "query/objects/AttributePath.h"
 #include "query/objects/QueryInt.h"
-#include "tests/elements/Script.h"
 #include "tests/query/objects/ChangingStore.h"
 #include "tests/query/objects/QueryFixture.h"
+#include "tests/support/Script.h"
 
 namespace hv::vex {
 namespace {
@@ -212,7 +212,7 @@ TEST_F(StoreQuery, FollowsAModelThatChanges) {
 
   start(u"MeaResult", "Campaign|Title|=|x");
   expect("ReturnType", "Run");
-  expect("Conditions", "object");
+  expect("Conditions", "[C1]");
   EXPECT_EQ(S_OK, m_query->CheckSync(u"Nobody")) << "it is up to date again";
   start(u"MeaResult", "Step|Name|=|x");
   expect("Conditions", kMisfit);  // there is no step any more
@@ -242,9 +242,9 @@ TEST_F(StoreQuery, IsSeenByNameWithItsMessages) {
   Add(*m_query, "Size|>|3");
   const auto again = MakeRef<CDataStoreQueryInt>(m_query);
   ExpectShown(again.Get(),
-              {{"ReturnType='Nobody'",
+              {{"ReturnType = 'Nobody'",
                 "209 The text Nobody is not a valid value for the property ReturnType."},
-               {"QueryString='<query/>'", "245 QueryString not implemented."},
+               {"QueryString = '<query/>'", "245 QueryString not implemented."},
                {"put_QueryString('<query/>')", "245 QueryString not implemented."}});
   std::int32_t id = 0;
   EXPECT_EQ(S_OK, again->GetIdOfName(u"put_QueryString", &id));

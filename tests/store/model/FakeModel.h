@@ -11,7 +11,7 @@
 #include <storefabric/Ref.h>
 
 #include "core/objects/AttributeObjects.h"
-#include "tests/store/NoModel.h"
+#include "tests/support/NoModel.h"
 
 namespace hv::test {
 

@@ -15,8 +15,8 @@
 #include "store/model/ModelPropertyInt.h"
 #include "store/model/ModelReferenceInt.h"
 #include "tests/elements/EngineFixture.h"
-#include "tests/store/ScriptLines.h"
 #include "tests/store/model/FakeModel.h"
+#include "tests/support/Script.h"
 
 namespace hv::vex {
 namespace {

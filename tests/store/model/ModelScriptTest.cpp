@@ -6,7 +6,7 @@
 #include "store/model/DataStoreModelImpl.h"
 #include "store/model/DataStoreModelInt.h"
 #include "tests/elements/EngineFixture.h"
-#include "tests/store/ScriptLines.h"
+#include "tests/support/Script.h"
 
 namespace hv::vex {
 namespace {
@@ -135,11 +135,10 @@ TEST_F(FleetModel, FollowsReferencesBothWays) {
 }
 
 TEST_F(FleetModel, ShowsWhatOthersHaveAddedAfterARefresh) {
-  const std::filesystem::path path = m_folder / "fleet.atfx";
-  std::string content = test::ReadFile(path);
+  std::string content = m_folder.Read("fleet.atfx");
   const auto rewrite = [&](std::string_view before, std::string_view text) {
     content.insert(content.find(before), text);
-    std::ofstream(path, std::ios::binary) << content;
+    m_folder.Write("fleet.atfx", content);
   };
   rewrite("<relation_attribute><name>Runs</name>",
           "<application_attribute><name>Late</name><datatype>DT_LONG</datatype>"
@@ -193,13 +192,13 @@ TEST_F(FleetModel, ExportsWhatItRead) {
   const std::pair<const char*, const char*> kPaths[] = {
       {"x", "x.atfx"}, {"y.atfx", "y.atfx"}, {"z.txt", "z.txt"}, {"a & b <c>", "a & b <c>.atfx"}};
   for (const auto& [path, written] : kPaths) {
-    ASSERT_EQ(S_OK, m_model->Export(cor::FromUtf8((m_folder / path).string())));
-    EXPECT_FALSE(test::ReadFile(m_folder / written).empty()) << written;
+    ASSERT_EQ(S_OK, m_model->Export(cor::FromUtf8(m_folder.File(path).string())));
+    EXPECT_FALSE(m_folder.Read(written).empty()) << written;
   }
   Expect({{"Export('/nowhere/at all/x.atfx')",
            "358 Cannot write the file /nowhere/at all/x.atfx. Maybe the file is write protected or "
            "the path does not exist."}});
-  std::filesystem::rename(m_folder / "x.atfx", m_folder / "fleet.atfx");
+  std::filesystem::rename(m_folder.File("x.atfx"), m_folder.File("fleet.atfx"));
   const auto copy = Open(u"<filename>");
   ASSERT_EQ(S_OK, m_logic->SetStore(copy.Get()));
   Expect({{"Entities", "[" + kEntities + "]"},

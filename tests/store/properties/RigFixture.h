@@ -7,7 +7,7 @@
 #include "store/properties/StorePropertiesImpl.h"
 #include "store/properties/StorePropertiesInt.h"
 #include "tests/elements/EngineFixture.h"
-#include "tests/store/ScriptLines.h"
+#include "tests/support/Script.h"
 
 namespace hv::test {
 
@@ -17,14 +17,14 @@ class RigTest : public FleetTest {
  protected:
   RigTest() {
     std::filesystem::copy_file(std::string(HV_TEST_DATA_DIR) + "/store/properties/rig.atfx",
-                               m_folder / "rig.atfx");
+                               m_folder.File("rig.atfx"));
     OpenRig(u"<filename>");
   }
 
   /// Opens the file again and shows the properties of the first rig. The tag may have an attribute.
   void OpenRig(std::u16string_view tag) {
     const WString parameters =
-        WString(tag) + cor::FromUtf8((m_folder / "rig.atfx").string()) + u"</filename>";
+        WString(tag) + cor::FromUtf8(m_folder.File("rig.atfx").string()) + u"</filename>";
     m_store =
         Ref<vex::IStore>::Adopt(m_environment->OpenStoreByParameter(u"", u"ATFX", parameters, 0));
     Show(u"Rig:1");

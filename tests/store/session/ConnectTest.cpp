@@ -11,7 +11,7 @@
 #include "store/core/Seam.h"
 #include "store/session/DataStoreEnvironmentInt.h"
 #include "store/session/DataStoreImpl.h"
-#include "tests/store/ScriptLines.h"
+#include "tests/support/Script.h"
 
 extern "C" hv::test::StandInLog HvStandInLog;
 

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <utility>
 
-#include "tests/store/NoModel.h"
+#include "tests/support/NoModel.h"
 
 namespace hv::test {
 

@@ -1,4 +1,4 @@
-// tests/store/NoModel.h - a model that knows nothing.
+// tests/support/NoModel.h - a model that knows nothing.
 #pragma once
 
 #include "cor/Counted.h"

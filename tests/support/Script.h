@@ -1,4 +1,4 @@
-// tests/store/ScriptLines.h - whole lines of a script, with variables, and what they show.
+// tests/support/Script.h - whole lines of a script, with variables, and what they show.
 #pragma once
 
 #include <cstdlib>
@@ -10,7 +10,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/elements/Script.h"
+#include "tests/support/CallByName.h"
 
 namespace hv::test {
 
@@ -135,6 +135,12 @@ class Script {
 
   std::map<std::string, Variant> m_variables;
 };
+
+/// A line about an object, and rows of them.
+inline Answer Eval(IDispatch* object, std::string_view line) { return Script(object).Run(line); }
+inline void ExpectShown(IDispatch* object, const std::vector<Line>& lines) {
+  Script(object).Expect(lines);
+}
 
 /// \name Messages that many members raise
 /// @{

@@ -1,11 +1,9 @@
-// tests/elements/Script.h - calling automation objects the way a script does: by name.
+// tests/support/CallByName.h - calling automation objects the way a script does: by name.
 #pragma once
 
 #include <cstdint>
-#include <initializer_list>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include <storefabric/Dispatch.h>
@@ -72,53 +70,6 @@ inline Answer Index(IDispatch* object, Variant key) {
                                       &answer.value, &answer.error)
                      : E_POINTER;
   return answer;
-}
-
-/// Follows an expression from an object, as a script would: members joined by points, with
-/// arguments in parentheses, and perhaps "=value" at its end. Values are 'texts', integers, null,
-/// or nothing, which is no object. Stops at the first failure.
-inline Answer Eval(IDispatch* object, std::string_view expression) {
-  const auto take = [&expression](std::size_t end) {
-    const std::string_view taken = expression.substr(0, end);
-    expression.remove_prefix(taken.size());
-    return taken;
-  };
-  const auto takeValue = [&](std::vector<Variant>& values) {
-    if (expression.starts_with('\'')) {
-      take(1);
-      values.push_back(Variant::Text(cor::FromUtf8(take(expression.find('\'')))));
-      take(1);
-    } else if (const std::string word(take(expression.find_first_of(",)"))); word == "null") {
-      values.push_back(Variant::Null());
-    } else if (word == "nothing") {
-      values.push_back(Variant::Object(nullptr));
-    } else if (!word.empty()) {
-      values.push_back(Variant::I4(std::stoi(word)));
-    }
-  };
-  Answer answer;
-  answer.value = Variant::Object(object);
-  while (!expression.empty() && !Failed(answer.rc)) {
-    const WString name = cor::FromUtf8(take(expression.find_first_of(".(=")));
-    std::vector<Variant> args;
-    if (expression.starts_with('(')) {
-      while (take(1).find_first_of("(,") == 0) takeValue(args);
-    }
-    const bool isPut = take(1) == "=";
-    if (isPut) takeValue(args);
-    const Ref<IDispatch> alive = Ref<IDispatch>::Share(answer.Object());
-    const CallKind kinds = isPut ? CallKind::Put : CallKind::Method | CallKind::Get;
-    answer = Call(alive.Get(), name, kinds, std::move(args));
-  }
-  return answer;
-}
-
-/// Expressions from an object on, one after the other, and what `Answer::Shown` shows of them.
-inline void ExpectShown(IDispatch* object,
-                        std::initializer_list<std::pair<std::string, std::string>> lines) {
-  for (const auto& [expression, shown] : lines) {
-    EXPECT_EQ(shown, Eval(object, expression).Shown()) << expression;
-  }
 }
 
 /// The names of a collection's members, in the order of its enumerator, with blanks between them.
