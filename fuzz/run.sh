@@ -6,7 +6,7 @@ if [ "${1-}" = "--one" ]; then
   # fuzz/run.sh --one SECONDS BUILD NAME PROGRAM CORPUS
   found=$3/fuzz/$4
   mkdir -p "$found/corpus" "$found/findings"
-  if "$5" -max_total_time="$2" -timeout=10 -rss_limit_mb=2048 -max_len=16384 -print_final_stats=1 \
+  if "$5" -max_total_time="$2" -timeout=25 -rss_limit_mb=2048 -max_len=16384 -print_final_stats=1 \
       -artifact_prefix="$found/findings/" "$found/corpus" "$6" >"$found/log" 2>&1 </dev/null; then
     echo "$4: $(sed -n 's/^stat::number_of_executed_units: *//p' "$found/log") runs in $2 s, no finding"
     exit 0
