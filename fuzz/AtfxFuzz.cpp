@@ -9,9 +9,9 @@ namespace {
 
 using namespace hv::vex::engine;
 
-/// A folder with a small component file "d" that inputs may name.
-std::filesystem::path MakeComponent() {
-  const std::filesystem::path folder = MakeFolder();
+/// The own folder with a small component file "d" that inputs may name.
+const std::filesystem::path& MakeComponent() {
+  const std::filesystem::path& folder = OwnFolder();
   std::ofstream out(folder / "d", std::ios::binary);
   for (int i = 0; i < 48; ++i) out.put(static_cast<char>(i % 5 == 0 ? 0 : i * 37));
   out << "text" << '\0' << "\xC3\xA4" << '\0';
@@ -58,7 +58,7 @@ void ReadColumn(const RecordStore& store, RecordRef column, bool flags) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   KeepXml();
-  static const std::filesystem::path& folder = *new std::filesystem::path(MakeComponent());
+  static const std::filesystem::path& folder = MakeComponent();
   atfx::ReadOptions options;
   if (size % 2 == 0) options.spoolFolder = folder;  // the other way for inline values
   IsDone(hv::vex::errc::kBadFile, [&] {

@@ -40,10 +40,22 @@ bool IsDone(int code, const Work& work) {
   }
 }
 
-/// A folder of this process; in memory where there is such a place.
-inline std::filesystem::path MakeFolder() {
-  const std::filesystem::path memory = "/dev/shm";
-  const bool hasMemory = access(memory.c_str(), W_OK) == 0;
-  std::string name = (hasMemory ? memory : std::filesystem::temp_directory_path()) / "fuzzXXXXXX";
-  return mkdtemp(name.data());
+/// The folder of this process; in memory where there is such a place. Goes when the process ends,
+/// but for a finding.
+inline const std::filesystem::path& OwnFolder() {
+  static const struct Folder {
+    Folder() {
+      const std::filesystem::path memory = "/dev/shm";
+      const bool hasMemory = access(memory.c_str(), W_OK) == 0;
+      path = (hasMemory ? memory : std::filesystem::temp_directory_path()) / "fuzzXXXXXX";
+      std::string name = path;
+      path = mkdtemp(name.data());
+    }
+    ~Folder() {
+      std::error_code ignored;
+      std::filesystem::remove_all(path, ignored);
+    }
+    std::filesystem::path path;
+  } folder;
+  return folder.path;
 }

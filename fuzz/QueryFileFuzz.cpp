@@ -41,13 +41,12 @@ struct Ground {
   Ground() {
     KeepXml();
     HostInit();  // looks for the engine's module once instead of for every query
-    const std::filesystem::path file = MakeFolder() / "s.atfx";
+    const std::filesystem::path file = OwnFolder() / "s.atfx";
     std::ofstream(file) << kStore;
     static const engine::PluginInfo plugins[] = {engine::kAtfxPlugin, engine::kVexPlugin};
     environment = MakeRef<engine::EnvironmentObject>(std::span(plugins), engine::FindDocumentModel);
     store = Ref<IStore>::Adopt(environment->OpenStoreByParameter(
         u"", u"ATFX", cor::FromUtf8("<filename>" + file.string() + "</filename>"), 0));
-    std::filesystem::remove_all(file.parent_path());
   }
   Ref<IEnvironment> environment;
   Ref<IStore> store;

@@ -54,8 +54,7 @@ constexpr std::string_view kSource = R"(<atfx_file><base_model_version>asam36</b
 
 /// The file that each input works on, and a sound database's content.
 struct Ground {
-  std::filesystem::path folder = MakeFolder();
-  std::filesystem::path file = folder / "fuzz.sqlite";
+  std::filesystem::path file = OwnFolder() / "fuzz.sqlite";
   std::string sound;
   // UPDATE of one column of one table, up to the value.
   std::vector<std::string> cells;
@@ -63,7 +62,7 @@ struct Ground {
 
   Ground() {
     const auto source =
-        atfx::ReadAtfxBytes(std::as_bytes(std::span(kSource)), "seed.atfx", folder, {});
+        atfx::ReadAtfxBytes(std::as_bytes(std::span(kSource)), "seed.atfx", OwnFolder(), {});
     sql::WriteDatabase(*source, file);
     ListCells();
     std::ifstream in(file, std::ios::binary);
@@ -231,7 +230,7 @@ std::unique_ptr<RecordStore> Open(const std::filesystem::path& file) {
 class OpenGround final {
  public:
   explicit OpenGround(const Ground& ground) : m_ground(ground) {
-    const std::filesystem::path file = ground.folder / "open.sqlite";
+    const std::filesystem::path file = OwnFolder() / "open.sqlite";
     m_file = open(file.c_str(), O_RDWR | O_CREAT, 0600);
     PutRight();
     m_database = OpenToChange(file);
