@@ -173,6 +173,14 @@ TEST_F(SeamObjects, ValuesAreReadByOwnNameAndBaseName) {
   EXPECT_FALSE(Own(iterator->Next()));
   EXPECT_FALSE(Own(run->GetAttributeValue(u"nothing")));
   EXPECT_EQ(errc::kUnknownName, Code([&] { Text(run, u"nothing"); }));
+  for (const std::u16string_view name : {u"Status", u"Begin", u"Load"}) {
+    const auto value = Own(run->GetAttributeValue(name));
+    const std::uint64_t behind = value->GetCount();
+    WString text;
+    EXPECT_EQ(errc::kInvalidArgument, Code([&] { (void)value->GetInteger(behind); }));
+    EXPECT_EQ(errc::kInvalidArgument, Code([&] { (void)value->GetReal(behind); }));
+    EXPECT_EQ(errc::kInvalidArgument, Code([&] { value->GetText(behind, text); }));
+  }
 }
 
 TEST_F(SeamObjects, WrittenValuesAreSeenAndCheckedAgainstTheirType) {
